@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// lumaro [FOLDER]: the desktop culling window; reopens the last folder when none is given.
+#include "app/MainWindow.h"
+
+#include "browse/state/ModeStatePersistence.h"
+#include "platform/QSettingsStore.h"
+
+#include <QApplication>
+#include <QFileInfo>
+
+int main(int argc, char* argv[])
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("lumaro"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Lumaro"));
+
+    lumaro::app::MainWindow window;
+    const QStringList arguments = QApplication::arguments().mid(1);
+    QString folder;
+    if (!arguments.isEmpty())
+        folder = QFileInfo(arguments.constFirst()).absoluteFilePath();
+    else
+        folder = lumaro::platform::QSettingsStore::shared()
+                     .string(lumaro::browse::settingsKeys::originalFolderPath)
+                     .value_or(QString());
+    window.show();
+    if (!folder.isEmpty())
+        window.openFolder(folder);
+    return application.exec();
+}

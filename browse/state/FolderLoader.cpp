@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "browse/state/FolderLoader.h"
+
+#include "browse/state/FileSystemService.h"
+#include "browse/state/LMRModeState.h"
+#include "platform/Log.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+#include <QThreadPool>
+
+namespace lumaro::browse {
+
+using platform::Log;
+
+namespace {
+
+QStringList fileNames(const QStringList& paths)
+{
+    QStringList names;
+    names.reserve(paths.size());
+    for (const QString& path : paths)
+        names << path.section(QLatin1Char('/'), -1);
+    return names;
+}
+
+bool sameFolder(const QString& a, const QString& b)
+{
+    return QDir::cleanPath(a) == QDir::cleanPath(b);
+}
+
+} // namespace
+
+FolderLoader::FolderLoader(LMRModeState& state, QString viewName, FileSystemService* service, QObject* parent)
+    : QObject(parent)
+    , m_state(state)
+    , m_viewName(std::move(viewName))
+    , m_service(service ? *service : FileSystemService::shared())
+{
+}
+
+void FolderLoader::load(const QString& folder)
+{
+    if (folder.isEmpty()) {
+        Log::line(m_viewName, QStringLiteral("没有选择文件夹路径"));
+        return;
+    }
+    Log::line(m_viewName, QStringLiteral("开始加载文件夹: ") + folder);
+    m_state.isLoadingImages = true;
+    m_state.notify();
+    const quint64 generation = ++m_generation;
+    QPointer<FolderLoader> self(this);
+    FileSystemService* service = &m_service;
+    // Value in, list out: the pool thread touches nothing of this object.
+    QThreadPool::globalInstance()->start([self, service, generation, folder] {
+        const QStringList paths = service->loadImageFiles(folder);
+        QMetaObject::invokeMethod(
+            self.data(),
+            [self, generation, folder, paths] {
+                if (self)
+                    self->apply(generation, folder, paths);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void FolderLoader::apply(quint64 generation, const QString& folder, const QStringList& paths)
+{
+    const auto current = m_state.currentFolder();
+    if (generation != m_generation || !current || !sameFolder(*current, folder)) {
+        Log::line(m_viewName, QStringLiteral("文件夹路径已改变，取消加载"));
+        if (generation == m_generation) {
+            m_state.isLoadingImages = false;
+            m_state.notify();
+        }
+        Q_EMIT dropped(folder);
+        return;
+    }
+    m_state.isBulkListUpdate = true;
+    m_state.setImageFiles(fileNames(paths));
+    m_state.isBulkListUpdate = false;
+    m_state.isLoadingImages = false;
+    Log::line(m_viewName, QStringLiteral("成功加载 %1 个图像文件").arg(paths.size()));
+    selectFirstWhenNothingSelected();
+    m_state.notify();
+    Q_EMIT loaded(folder, int(paths.size()));
+}
+
+void FolderLoader::selectFirstWhenNothingSelected()
+{
+    if (m_state.imageFiles().isEmpty() || m_state.selectedImageIndex())
+        return;
+    const QString first = m_state.imageFiles().constFirst();
+    Log::line(m_viewName, QStringLiteral("选择第一张图像作为预览: ") + first);
+    m_state.select(0);
+    const QString loadingTag = QStringLiteral("BrowseAreaLoadingService");
+    Log::line(loadingTag, QStringLiteral("首图: ") + first);
+    const auto selected = m_state.selectedImageFileName();
+    Log::line(loadingTag, QStringLiteral("验证选中状态: ") + selected.value_or(QStringLiteral("nil")));
+    if (selected != first)
+        Log::line(loadingTag, QStringLiteral("警告: 选中状态验证失败"));
+}
+
+} // namespace lumaro::browse

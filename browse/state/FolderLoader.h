@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Loads a folder's picture list into LMRModeState without blocking the main thread.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+namespace lumaro::browse {
+
+class FileSystemService;
+class LMRModeState;
+
+// Lives on the main thread with the state it fills. The listing runs on the global thread pool; its result
+// comes back through the event loop and is dropped when the state's folder has changed meanwhile (the user
+// picked another folder while this one was being read) or a newer load was started.
+class FolderLoader : public QObject
+{
+    Q_OBJECT
+public:
+    // `viewName` is the tag of the log lines ("LMRMode1View", "LMRMode2View", …).
+    FolderLoader(LMRModeState& state, QString viewName, FileSystemService* service = nullptr,
+                 QObject* parent = nullptr);
+
+    // Lists `folder` (which the caller has already made the state's current folder).
+    void load(const QString& folder);
+
+Q_SIGNALS:
+    void loaded(const QString& folder, int count);
+    void dropped(const QString& folder);
+
+private:
+    void apply(quint64 generation, const QString& folder, const QStringList& paths);
+    void selectFirstWhenNothingSelected();
+
+    LMRModeState& m_state;
+    QString m_viewName;
+    FileSystemService& m_service;
+    quint64 m_generation = 0;
+};
+
+} // namespace lumaro::browse

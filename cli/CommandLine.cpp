@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/CommandLine.h"
+
+#include "platform/Log.h"
+
+#include <cstdio>
+
+namespace lumaro::cli {
+
+QTextStream& standardOutput()
+{
+    static QTextStream stream(stdout);
+    return stream;
+}
+
+QTextStream& standardError()
+{
+    static QTextStream stream(stderr);
+    return stream;
+}
+
+CommandLine::CommandLine(QString command, const QString& description)
+    : m_command(std::move(command))
+{
+    m_parser.setApplicationDescription(description);
+    m_parser.addHelpOption();
+    m_parser.addOption({{QStringLiteral("q"), QStringLiteral("quiet")}, QStringLiteral("Hide the log lines.")});
+}
+
+void CommandLine::addJsonOption()
+{
+    m_json = true;
+    m_parser.addOption({QStringLiteral("json"), QStringLiteral("Print the results as JSON.")});
+}
+
+void CommandLine::addOption(const QCommandLineOption& option)
+{
+    m_parser.addOption(option);
+}
+
+void CommandLine::addPositional(const QString& name, const QString& description, const QString& syntax)
+{
+    m_parser.addPositionalArgument(name, description, syntax);
+}
+
+QString CommandLine::usage() const
+{
+    // QCommandLineParser names the executable; the command's own name belongs after it.
+    QString text = m_parser.helpText();
+    const QString prefix = QStringLiteral("Usage: ");
+    const qsizetype programEnd = text.indexOf(QLatin1Char(' '), prefix.size());
+    if (text.startsWith(prefix) && programEnd > 0)
+        text.replace(prefix.size(), programEnd - prefix.size(), QStringLiteral("lumaro-cli ") + m_command);
+    return text;
+}
+
+std::optional<int> CommandLine::parse(const QStringList& arguments)
+{
+    if (!m_parser.parse(QStringList{m_command} + arguments))
+        return usageError(m_parser.errorText());
+    if (m_parser.isSet(QStringLiteral("help"))) {
+        standardOutput() << usage();
+        standardOutput().flush();
+        return 0;
+    }
+    if (m_parser.isSet(QStringLiteral("quiet")))
+        platform::Log::silence();
+    else
+        platform::Log::toStandardError();
+    return std::nullopt;
+}
+
+std::optional<QStringList> CommandLine::positional(qsizetype minimum)
+{
+    const QStringList words = m_parser.positionalArguments();
+    if (words.size() < minimum) {
+        usageError(QStringLiteral("missing arguments"));
+        return std::nullopt;
+    }
+    return words;
+}
+
+int CommandLine::fail(const QString& message, int code) const
+{
+    standardError() << "lumaro-cli " << m_command << ": " << message << Qt::endl;
+    return code;
+}
+
+int CommandLine::usageError(const QString& message) const
+{
+    standardError() << "lumaro-cli " << m_command << ": " << message << "\n\n" << usage();
+    standardError().flush();
+    return 2;
+}
+
+QString escapedForLine(const QString& name)
+{
+    QString out;
+    out.reserve(name.size());
+    for (const QChar c : name) {
+        if (c == QLatin1Char('\\'))
+            out += QStringLiteral("\\\\");
+        else if (c == QLatin1Char('\n'))
+            out += QStringLiteral("\\n");
+        else if (c == QLatin1Char('\t'))
+            out += QStringLiteral("\\t");
+        else if (c.unicode() < 0x20 || c.unicode() == 0x7f)
+            out += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
+        else
+            out += c;
+    }
+    return out;
+}
+
+} // namespace lumaro::cli

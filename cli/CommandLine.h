@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The option handling every lumaro-cli command shares: --help, --quiet, --json, positional arguments,
+// and where log lines and results go.
+#pragma once
+
+#include <QCommandLineParser>
+#include <QString>
+#include <QStringList>
+#include <QTextStream>
+
+#include <optional>
+
+namespace lumaro::cli {
+
+// Results go to standard output; the system's log lines go to standard error unless --quiet.
+class CommandLine
+{
+public:
+    CommandLine(QString command, const QString& description);
+
+    void addJsonOption();
+    void addOption(const QCommandLineOption& option);
+    void addPositional(const QString& name, const QString& description, const QString& syntax = {});
+
+    // Parses `arguments` (the words after the command's name). Returns an exit code when the command should
+    // stop now: 0 after --help, 2 after bad usage (the reason and the usage are printed). nullopt: go on.
+    std::optional<int> parse(const QStringList& arguments);
+    // Positional arguments; when fewer than `minimum`, prints the usage and returns nullopt.
+    std::optional<QStringList> positional(qsizetype minimum);
+
+    bool json() const { return m_json && m_parser.isSet(QStringLiteral("json")); }
+    bool isSet(const QString& name) const { return m_parser.isSet(name); }
+    QString value(const QString& name) const { return m_parser.value(name); }
+
+    // Prints "lumaro-cli COMMAND: message" on standard error and returns `code`.
+    int fail(const QString& message, int code) const;
+    int usageError(const QString& message) const;
+
+private:
+    QString usage() const;
+
+    QString m_command;
+    QCommandLineParser m_parser;
+    bool m_json = false;
+};
+
+QTextStream& standardOutput();
+QTextStream& standardError();
+
+// A name made safe for one line of plain output: control characters (a newline in a file name) escaped as
+// \n, \t, \xHH, and backslashes doubled, so one line is always one name.
+QString escapedForLine(const QString& name);
+
+} // namespace lumaro::cli

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The table of lumaro-cli commands. Each command lives in its own file and is a thin call into a module.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace lumaro::cli {
+
+struct Command
+{
+    QString name;
+    QString summary;
+    // Takes the words after the command's name; returns the process exit code (ExitCode.h).
+    int (*run)(const QStringList& arguments);
+};
+
+const std::vector<Command>& commands();
+
+// One declaration per command file.
+int runList(const QStringList& arguments);
+
+} // namespace lumaro::cli

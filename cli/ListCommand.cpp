@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// lumaro-cli list FOLDER: the folder's pictures, one name per line, in the order the app browses them.
+#include "cli/CommandLine.h"
+#include "cli/Commands.h"
+#include "cli/ExitCode.h"
+#include "cli/FolderArgument.h"
+
+#include "browse/state/FileSystemService.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace lumaro::cli {
+
+int runList(const QStringList& arguments)
+{
+    CommandLine line(QStringLiteral("list"), QStringLiteral("Print the picture files of FOLDER in browsing order."));
+    line.addPositional(QStringLiteral("FOLDER"), QStringLiteral("The folder to list."));
+    line.addJsonOption();
+    line.addOption({{QStringLiteral("0"), QStringLiteral("null")},
+                    QStringLiteral("End each name with a NUL byte instead of a newline, unescaped.")});
+    if (const auto stop = line.parse(arguments))
+        return *stop;
+    const auto words = line.positional(1);
+    if (!words)
+        return exitUsage;
+    if (words->size() > 1)
+        return line.usageError(QStringLiteral("list takes one folder"));
+    const QString folder = words->constFirst();
+    if (const auto problem = problemWithFolder(folder))
+        return line.fail(*problem, exitUsage);
+
+    const QStringList paths = browse::FileSystemService::shared().loadImageFiles(folder);
+    QStringList names;
+    for (const QString& path : paths)
+        names << path.section(QLatin1Char('/'), -1);
+
+    QTextStream& out = standardOutput();
+    if (line.json()) {
+        out << QJsonDocument(QJsonArray::fromStringList(names)).toJson(QJsonDocument::Compact) << "\n";
+    } else if (line.isSet(QStringLiteral("null"))) {
+        for (const QString& name : names)
+            out << name << QChar(0);
+    } else {
+        for (const QString& name : names)
+            out << escapedForLine(name) << "\n";
+    }
+    out.flush();
+    return exitOk;
+}
+
+} // namespace lumaro::cli

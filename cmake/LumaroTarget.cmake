@@ -1,0 +1,29 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# One place that sets what every Lumaro target is compiled with.
+
+function(lumaro_target_defaults target)
+    target_compile_features(${target} PUBLIC cxx_std_20)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wno-missing-field-initializers)
+    target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_USE_QSTRINGBUILDER)
+endfunction()
+
+# lumaro_module(NAME SOURCES... ) -> static library lumaro_NAME with the repository root on its include path,
+# so that every include names its module: #include "browse/state/LMRModeState.h".
+function(lumaro_module name)
+    add_library(lumaro_${name} STATIC ${ARGN})
+    target_include_directories(lumaro_${name} PUBLIC ${PROJECT_SOURCE_DIR})
+    lumaro_target_defaults(lumaro_${name})
+endfunction()
+
+# lumaro_test(NAME LABEL SOURCES... LIBS libs...) -> one GoogleTest executable registered with CTest.
+function(lumaro_test name label)
+    cmake_parse_arguments(T "" "" "SOURCES;LIBS" ${ARGN})
+    add_executable(${name} ${T_SOURCES})
+    lumaro_target_defaults(${name})
+    target_link_libraries(${name} PRIVATE lumaro_test_support ${T_LIBS} GTest::gtest GTest::gmock)
+    gtest_discover_tests(${name}
+        PROPERTIES LABELS ${label}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LUMARO_TEST_MODELS_DIR=${LUMARO_SHARED_MODELS_DIR}"
+        NO_PRETTY_VALUES
+        DISCOVERY_TIMEOUT 60)
+endfunction()

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the command line needs to know about where its output goes.
+#pragma once
+
+namespace lumaro::platform {
+
+class Terminal
+{
+public:
+    static bool isStandardErrorTerminal();
+    // Columns of the terminal on standard error, 80 when unknown.
+    static int standardErrorColumns();
+};
+
+} // namespace lumaro::platform

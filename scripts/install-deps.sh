@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Installs everything Lumaro builds, tests and runs with, from Debian 12's own packages.
+# Idempotent: packages already present are left alone. Works as root or through sudo.
+set -euo pipefail
+
+packages=(
+  # toolchain
+  build-essential cmake ninja-build pkg-config git
+  # Qt 6 (Widgets for the app, Core/Gui for everything else) and its image plugins (TIFF, WebP)
+  qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libgl-dev
+  # image metadata and decoders
+  libexiv2-dev libraw-dev libheif-dev libturbojpeg0-dev libjpeg62-turbo-dev
+  # on-device analysis
+  libopencv-dev opencv-data libtesseract-dev libleptonica-dev tesseract-ocr-eng tesseract-ocr-chi-sim
+  # favourites store
+  libsqlite3-dev sqlite3
+  # tests and benchmarks
+  libgtest-dev libgmock-dev googletest libbenchmark-dev
+  # the desktop's own Trash tool (last restore fallback), desktop-file checks, peer tools for benches
+  libglib2.0-bin desktop-file-utils appstream libvips-tools hyperfine
+  # model conversion (scripts/)
+  python3 python3-numpy python3-onnx
+)
+
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+  echo "install-deps: all ${#packages[@]} packages present"
+  exit 0
+fi
+
+sudo_cmd=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || { echo "install-deps: run as root or install sudo" >&2; exit 2; }
+  sudo_cmd=(sudo)
+fi
+
+echo "install-deps: installing ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${sudo_cmd[@]}" apt-get update -qq
+"${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"

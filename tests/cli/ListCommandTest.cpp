@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/cli/CliRunner.h"
+#include "tests/support/TempFolder.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+using namespace lumaro::testing;
+
+TEST(CliList, PrintsThePicturesInBrowsingOrder)
+{
+    TempFolder folder;
+    for (const char* name : {"b.jpg", "B.jpg", "IMG_9.JPG", "IMG_10.jpg", "notes.txt", ".x.jpg", "照片 1.heic"})
+        folder.write(QString::fromUtf8(name));
+    const CliResult result = runCli({QStringLiteral("list"), QStringLiteral("--quiet"), folder.path()});
+    EXPECT_EQ(result.exitCode, 0) << result.errText().toStdString();
+    EXPECT_EQ(result.outText(), QStringLiteral("B.jpg\nIMG_10.jpg\nIMG_9.JPG\nb.jpg\n照片 1.heic\n"));
+    EXPECT_TRUE(result.err.isEmpty());
+}
+
+TEST(CliList, LogLinesGoToStandardErrorUnlessQuiet)
+{
+    TempFolder folder;
+    folder.write(QStringLiteral("a.jpg"));
+    const CliResult result = runCli({QStringLiteral("list"), folder.path()});
+    EXPECT_EQ(result.outText(), QStringLiteral("a.jpg\n"));
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("FileSystemService - 过滤后找到 1 个图像文件")));
+}
+
+TEST(CliList, ANewlineInANameStaysOnOneLineOrIsExactWithNul)
+{
+    TempFolder folder;
+    folder.write(QStringLiteral("two\nlines.jpg"));
+    EXPECT_EQ(runCli({QStringLiteral("list"), QStringLiteral("-q"), folder.path()}).outText(),
+              QStringLiteral("two\\nlines.jpg\n"));
+    EXPECT_EQ(runCli({QStringLiteral("list"), QStringLiteral("-q"), QStringLiteral("-0"), folder.path()}).out,
+              QByteArray("two\nlines.jpg\0", 14));
+    EXPECT_EQ(runCli({QStringLiteral("list"), QStringLiteral("-q"), QStringLiteral("--json"), folder.path()}).outText(),
+              QStringLiteral("[\"two\\nlines.jpg\"]\n"));
+}
+
+struct BadInput
+{
+    const char* what;
+    std::function<QStringList(TempFolder&)> arguments;
+    const char* message;
+};
+
+class CliListBadInput : public ::testing::TestWithParam<BadInput>
+{
+};
+
+TEST_P(CliListBadInput, ExitsTwoWithAClearMessage)
+{
+    TempFolder folder;
+    const CliResult result = runCli(GetParam().arguments(folder));
+    EXPECT_EQ(result.exitCode, 2) << GetParam().what;
+    EXPECT_TRUE(result.out.isEmpty());
+    EXPECT_TRUE(result.errText().contains(QString::fromUtf8(GetParam().message))) << result.errText().toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, CliListBadInput,
+    ::testing::Values(
+        BadInput{"missing folder", [](TempFolder& f) { return QStringList{QStringLiteral("list"), f.filePath(QStringLiteral("nope"))}; },
+                 "no such folder"},
+        BadInput{"a file", [](TempFolder& f) { return QStringList{QStringLiteral("list"), f.write(QStringLiteral("a.jpg"))}; },
+                 "is a file, not a folder"},
+        BadInput{"no folder", [](TempFolder&) { return QStringList{QStringLiteral("list")}; }, "missing arguments"},
+        BadInput{"unknown option", [](TempFolder& f) { return QStringList{QStringLiteral("list"), QStringLiteral("--frobnicate"), f.path()}; },
+                 "Unknown option"},
+        BadInput{"unknown command", [](TempFolder&) { return QStringList{QStringLiteral("frobnicate")}; }, "unknown command"}));
+
+TEST(CliList, AnUnreadableFolderExitsTwo)
+{
+    if (runningAsRoot())
+        GTEST_SKIP() << "root reads every folder; permissions cannot be tested as root";
+    TempFolder folder;
+    const QString locked = folder.makeFolder(QStringLiteral("locked"));
+    QFile::setPermissions(locked, QFileDevice::WriteOwner);
+    const CliResult result = runCli({QStringLiteral("list"), locked});
+    QFile::setPermissions(locked, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("permission denied")));
+}
+
+TEST(Cli, HelpExitsZeroAndNamesTheCommands)
+{
+    const CliResult overview = runCli({QStringLiteral("--help")});
+    EXPECT_EQ(overview.exitCode, 0);
+    EXPECT_TRUE(overview.outText().contains(QStringLiteral("list")));
+    const CliResult listHelp = runCli({QStringLiteral("list"), QStringLiteral("--help")});
+    EXPECT_EQ(listHelp.exitCode, 0);
+    EXPECT_TRUE(listHelp.outText().contains(QStringLiteral("Usage: lumaro-cli list")));
+    EXPECT_EQ(runCli({}).exitCode, 2);
+}

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A real temporary folder with helpers to fill it: plain files, small real pictures, sub-folders.
+#pragma once
+
+#include <QByteArray>
+#include <QColor>
+#include <QDir>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <functional>
+
+namespace lumaro::testing {
+
+class TempFolder
+{
+public:
+    TempFolder();
+
+    QString path() const { return m_dir.path(); }
+    QString filePath(const QString& relative) const { return m_dir.filePath(relative); }
+
+    // Creates the file (and its folders) with `content`; returns its full path.
+    QString write(const QString& relative, const QByteArray& content = QByteArrayLiteral("x"));
+    QString makeFolder(const QString& relative);
+    // A real picture of `size`, encoded by Qt in the format its suffix names (jpg, png, tiff, bmp, webp).
+    QString writePicture(const QString& relative, QSize size = {64, 48}, QColor color = Qt::darkCyan);
+    QByteArray read(const QString& relative) const;
+    bool exists(const QString& relative) const;
+    // Names directly inside `relative` (hidden ones too), sorted.
+    QStringList entries(const QString& relative = {}) const;
+
+private:
+    QTemporaryDir m_dir;
+};
+
+// Runs the event loop until `done` holds or `timeoutMs` passes; returns whether it held. Waits on events,
+// never on a fixed sleep.
+bool waitUntil(const std::function<bool()>& done, int timeoutMs = 5000);
+
+// The models folder beside the checkout (../shared/models), or empty when it is not there.
+QString sharedModelsDir();
+
+} // namespace lumaro::testing
