@@ -6,6 +6,7 @@
 #include "browse/state/ModeStatePersistence.h"
 #include "platform/QSettingsStore.h"
 
+#include <QDockWidget>
 #include <QFileDialog>
 #include <QLabel>
 #include <QListWidget>
@@ -29,10 +30,28 @@ MainWindow::MainWindow(QWidget* parent)
     QMenu* fileMenu = menuBar()->addMenu(tr("文件"));
     fileMenu->addAction(tr("打开文件夹…"), QKeySequence::Open, this, &MainWindow::chooseFolder);
     fileMenu->addAction(tr("退出"), QKeySequence::Quit, this, &QWidget::close);
+    m_toolsMenu = menuBar()->addMenu(tr("工具"));
 
     connect(m_state, &browse::LMRModeState::imageFilesChanged, this, &MainWindow::showList);
     connect(m_state, &browse::LMRModeState::selectionChanged, this, &MainWindow::showSelection);
     connect(m_list, &QListWidget::currentRowChanged, m_state, [this](int row) { m_state->select(row); });
+    installToolPanels(*this);
+}
+
+void MainWindow::addToolPanel(const QString& title, QWidget* panel)
+{
+    auto* dock = new QDockWidget(title, this);
+    dock->setObjectName(title);
+    dock->setWidget(panel);
+    addDockWidget(Qt::RightDockWidgetArea, dock);
+    dock->hide();
+    m_toolsMenu->addAction(dock->toggleViewAction());
+}
+
+void MainWindow::reloadCurrentFolder()
+{
+    if (const auto folder = m_state->currentFolder())
+        m_loader->load(*folder);
 }
 
 MainWindow::~MainWindow()

@@ -2,10 +2,13 @@
 // The application window: owns the one LMRModeState and shows the current folder's pictures.
 #pragma once
 
+#include "app/ToolHost.h"
+
 #include <QMainWindow>
 
 class QLabel;
 class QListWidget;
+class QMenu;
 
 namespace lumaro::browse {
 class FolderLoader;
@@ -14,7 +17,7 @@ class LMRModeState;
 
 namespace lumaro::app {
 
-class MainWindow : public QMainWindow
+class MainWindow : public QMainWindow, public ToolHost
 {
     Q_OBJECT
 public:
@@ -23,6 +26,12 @@ public:
 
     void openFolder(const QString& folder);
     browse::LMRModeState& state() { return *m_state; }
+
+    // ToolHost
+    browse::LMRModeState& modeState() override { return *m_state; }
+    void addToolPanel(const QString& title, QWidget* panel) override;
+    void reloadCurrentFolder() override;
+    QWidget* dialogParent() override { return this; }
 
 private:
     void chooseFolder();
@@ -33,6 +42,7 @@ private:
     browse::FolderLoader* m_loader;
     QListWidget* m_list;
     QLabel* m_status;
+    QMenu* m_toolsMenu;
 };
 
 } // namespace lumaro::app
