@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/FileCopier.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace lumaro::platform {
+
+namespace {
+
+QString systemError(int code)
+{
+    return QString::fromLocal8Bit(std::strerror(code));
+}
+
+void setError(QString* error, const QString& text)
+{
+    if (error)
+        *error = text;
+}
+
+class FileDescriptor
+{
+public:
+    explicit FileDescriptor(int fd) : m_fd(fd) {}
+    ~FileDescriptor()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    int get() const { return m_fd; }
+    bool close()
+    {
+        const int fd = m_fd;
+        m_fd = -1;
+        return ::close(fd) == 0;
+    }
+
+private:
+    int m_fd;
+};
+
+bool copyBytes(int from, int to, qint64 total, const CopyOptions& options, QString* error)
+{
+    std::vector<char> buffer(1 << 20);
+    qint64 copied = 0;
+    for (;;) {
+        const ssize_t got = ::read(from, buffer.data(), buffer.size());
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0) {
+            setError(error, systemError(errno));
+            return false;
+        }
+        if (got == 0)
+            return true;
+        for (ssize_t written = 0; written < got;) {
+            const ssize_t put = ::write(to, buffer.data() + written, size_t(got - written));
+            if (put < 0 && errno == EINTR)
+                continue;
+            if (put < 0) {
+                setError(error, systemError(errno));
+                return false;
+            }
+            written += put;
+        }
+        copied += got;
+        if (options.progress && !options.progress(copied, total)) {
+            setError(error, QStringLiteral("copy abandoned"));
+            return false;
+        }
+    }
+}
+
+// Writes a complete copy of `source` into a hidden temporary file beside `destination`; returns its path.
+std::optional<QString> writeTemporaryCopy(const QString& source, const QString& destination, const CopyOptions& options,
+                                          QString* error)
+{
+    FileDescriptor in(::open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC));
+    struct stat info {};
+    if (in.get() < 0 || ::fstat(in.get(), &info) != 0) {
+        setError(error, systemError(errno));
+        return std::nullopt;
+    }
+    if (!S_ISREG(info.st_mode)) {
+        setError(error, QStringLiteral("not a regular file"));
+        return std::nullopt;
+    }
+    QByteArray pattern = QFile::encodeName(QFileInfo(destination).absolutePath() + QStringLiteral("/.lumaro-copy-XXXXXX"));
+    FileDescriptor out(::mkostemp(pattern.data(), O_CLOEXEC));
+    if (out.get() < 0) {
+        setError(error, systemError(errno));
+        return std::nullopt;
+    }
+    const QString temporary = QFile::decodeName(pattern);
+    const auto abandon = [&temporary] {
+        ::unlink(QFile::encodeName(temporary).constData());
+        return std::nullopt;
+    };
+    if (!copyBytes(in.get(), out.get(), qint64(info.st_size), options, error))
+        return abandon();
+    ::fchmod(out.get(), info.st_mode & 0777);
+    const std::array<timespec, 2> times{info.st_atim, info.st_mtim};
+    ::futimens(out.get(), times.data());
+    if (options.syncToDisk && ::fdatasync(out.get()) != 0) {
+        setError(error, systemError(errno));
+        return abandon();
+    }
+    if (!out.close()) {
+        setError(error, systemError(errno));
+        return abandon();
+    }
+    FileCopier::copyUserAttributes(source, temporary);
+    return temporary;
+}
+
+} // namespace
+
+bool renameWithoutReplacing(const QString& from, const QString& to, QString* error)
+{
+    const QByteArray source = QFile::encodeName(from);
+    const QByteArray target = QFile::encodeName(to);
+    if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP) {
+        setError(error, systemError(errno));
+        return false;
+    }
+    // No RENAME_NOREPLACE here: link() refuses an existing target just as atomically.
+    if (::link(source.constData(), target.constData()) == 0) {
+        ::unlink(source.constData());
+        return true;
+    }
+    if (errno == EEXIST) {
+        setError(error, systemError(EEXIST));
+        return false;
+    }
+    // FAT and exFAT have neither: check, then rename. The window between the two is the best these allow.
+    struct stat info {};
+    if (::lstat(target.constData(), &info) == 0) {
+        setError(error, systemError(EEXIST));
+        return false;
+    }
+    if (::rename(source.constData(), target.constData()) != 0) {
+        setError(error, systemError(errno));
+        return false;
+    }
+    return true;
+}
+
+QString FileCopier::freeName(const QString& folder, const QString& name)
+{
+    const QDir dir(folder);
+    if (!QFileInfo(dir.filePath(name)).exists() && !QFileInfo(dir.filePath(name)).isSymLink())
+        return name;
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    const QString stem = dot > 0 ? name.left(dot) : name;
+    const QString suffix = dot > 0 ? name.mid(dot) : QString();
+    for (int n = 1;; ++n) {
+        const QString candidate = QStringLiteral("%1_%2%3").arg(stem).arg(n).arg(suffix);
+        const QFileInfo info(dir.filePath(candidate));
+        if (!info.exists() && !info.isSymLink())
+            return candidate;
+    }
+}
+
+std::optional<QString> FileCopier::copyWithoutOverwriting(const QString& source, const QString& folder,
+                                                          const QString& name, QString* error, const CopyOptions& options)
+{
+    const auto temporary = writeTemporaryCopy(source, QDir(folder).filePath(name), options, error);
+    if (!temporary)
+        return std::nullopt;
+    // Another writer may take the free name between the check and the rename; then the next one is tried.
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const QString destination = QDir(folder).filePath(freeName(folder, name));
+        QString renameError;
+        if (renameWithoutReplacing(*temporary, destination, &renameError))
+            return destination;
+        if (QFileInfo::exists(destination))
+            continue;
+        setError(error, renameError);
+        break;
+    }
+    ::unlink(QFile::encodeName(*temporary).constData());
+    return std::nullopt;
+}
+
+bool FileCopier::copyReplacing(const QString& source, const QString& destination, QString* error,
+                               const CopyOptions& options)
+{
+    const auto temporary = writeTemporaryCopy(source, destination, options, error);
+    if (!temporary)
+        return false;
+    if (::rename(QFile::encodeName(*temporary).constData(), QFile::encodeName(destination).constData()) != 0) {
+        setError(error, systemError(errno));
+        ::unlink(QFile::encodeName(*temporary).constData());
+        return false;
+    }
+    return true;
+}
+
+bool FileCopier::copyUserAttributes(const QString& source, const QString& destination)
+{
+    const QByteArray from = QFile::encodeName(source);
+    const QByteArray to = QFile::encodeName(destination);
+    const ssize_t listSize = ::listxattr(from.constData(), nullptr, 0);
+    if (listSize <= 0)
+        return true; // none, or a file system without them: nothing to carry
+    QByteArray names(listSize, '\0');
+    const ssize_t got = ::listxattr(from.constData(), names.data(), size_t(names.size()));
+    if (got < 0)
+        return false;
+    bool allCopied = true;
+    for (const QByteArray& attribute : names.left(got).split('\0')) {
+        if (!attribute.startsWith("user."))
+            continue;
+        const ssize_t valueSize = ::getxattr(from.constData(), attribute.constData(), nullptr, 0);
+        if (valueSize < 0) {
+            allCopied = false;
+            continue;
+        }
+        QByteArray value(valueSize, '\0');
+        if (::getxattr(from.constData(), attribute.constData(), value.data(), size_t(value.size())) < 0
+            || ::setxattr(to.constData(), attribute.constData(), value.constData(), size_t(value.size()), 0) != 0)
+            allCopied = false;
+    }
+    return allCopied;
+}
+
+} // namespace lumaro::platform

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/FileCopier.h"
+
+#include "tests/support/TempFolder.h"
+
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <sys/xattr.h>
+
+using namespace lumaro::platform;
+using lumaro::testing::TempFolder;
+
+namespace {
+
+bool setTags(const QString& path, const QByteArray& tags)
+{
+    return ::setxattr(QFile::encodeName(path).constData(), "user.xdg.tags", tags.constData(), size_t(tags.size()), 0) == 0;
+}
+
+QByteArray tagsOf(const QString& path)
+{
+    char buffer[256];
+    const ssize_t size = ::getxattr(QFile::encodeName(path).constData(), "user.xdg.tags", buffer, sizeof buffer);
+    return size < 0 ? QByteArray() : QByteArray(buffer, size);
+}
+
+} // namespace
+
+TEST(FileCopier, ATakenNameGetsTheNextFreeOneAndNothingIsOverwritten)
+{
+    TempFolder card;
+    TempFolder roll;
+    const QString source = card.write(QStringLiteral("DCIM/101CANON/IMG_0001.JPG"), QByteArrayLiteral("second shot"));
+    roll.write(QStringLiteral("IMG_0001.JPG"), QByteArrayLiteral("first shot"));
+    roll.write(QStringLiteral("IMG_0001_1.JPG"), QByteArrayLiteral("another"));
+
+    const auto written = FileCopier::copyWithoutOverwriting(source, roll.path(), QStringLiteral("IMG_0001.JPG"));
+    ASSERT_TRUE(written);
+    EXPECT_EQ(QFileInfo(*written).fileName(), QStringLiteral("IMG_0001_2.JPG"));
+    EXPECT_EQ(roll.read(QStringLiteral("IMG_0001.JPG")), QByteArrayLiteral("first shot"));
+    EXPECT_EQ(roll.read(QStringLiteral("IMG_0001_1.JPG")), QByteArrayLiteral("another"));
+    EXPECT_EQ(roll.read(QStringLiteral("IMG_0001_2.JPG")), QByteArrayLiteral("second shot"));
+    EXPECT_EQ(roll.entries().size(), 3); // no temporary left behind
+}
+
+TEST(FileCopier, KeepsColourTagsAndTheModificationTime)
+{
+    TempFolder folder;
+    const QString source = folder.write(QStringLiteral("a b/照片.CR2"), QByteArray(3 << 20, 'r'));
+    if (!setTags(source, "red,Keep"))
+        GTEST_SKIP() << "this file system has no user extended attributes";
+    QFile file(source);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    const QDateTime shot = QDateTime::fromSecsSinceEpoch(1'600'000'000);
+    ASSERT_TRUE(file.setFileTime(shot, QFileDevice::FileModificationTime));
+    file.close();
+
+    const auto copy = FileCopier::copyWithoutOverwriting(source, folder.makeFolder(QStringLiteral("out")),
+                                                         QStringLiteral("照片.CR2"));
+    ASSERT_TRUE(copy);
+    EXPECT_EQ(tagsOf(*copy), QByteArrayLiteral("red,Keep"));
+    EXPECT_EQ(QFileInfo(*copy).lastModified(), shot);
+    EXPECT_EQ(QFileInfo(*copy).size(), 3 << 20);
+}
+
+TEST(FileCopier, ACopyAbandonedHalfWayLeavesNothingBehind)
+{
+    TempFolder folder;
+    const QString source = folder.write(QStringLiteral("big.jpg"), QByteArray(4 << 20, 'x'));
+    const QString out = folder.makeFolder(QStringLiteral("out"));
+    CopyOptions failHalfWay;
+    failHalfWay.progress = [](qint64 copied, qint64 total) { return copied < total / 2; };
+    QString error;
+    EXPECT_FALSE(FileCopier::copyWithoutOverwriting(source, out, QStringLiteral("big.jpg"), &error, failHalfWay));
+    EXPECT_FALSE(error.isEmpty());
+    EXPECT_TRUE(folder.entries(QStringLiteral("out")).isEmpty());
+
+    folder.write(QStringLiteral("out/big.jpg"), QByteArrayLiteral("old"));
+    EXPECT_FALSE(FileCopier::copyReplacing(source, folder.filePath(QStringLiteral("out/big.jpg")), &error, failHalfWay));
+    EXPECT_EQ(folder.read(QStringLiteral("out/big.jpg")), QByteArrayLiteral("old"));
+    EXPECT_EQ(folder.entries(QStringLiteral("out")), QStringList{QStringLiteral("big.jpg")});
+}
+
+TEST(FileCopier, CopyReplacingReplacesWhole)
+{
+    TempFolder folder;
+    const QString source = folder.write(QStringLiteral("new.cr2"), QByteArrayLiteral("new"));
+    const QString target = folder.write(QStringLiteral("RAW_PICK/new.cr2"), QByteArrayLiteral("old and longer"));
+    ASSERT_TRUE(FileCopier::copyReplacing(source, target));
+    EXPECT_EQ(folder.read(QStringLiteral("RAW_PICK/new.cr2")), QByteArrayLiteral("new"));
+}
+
+TEST(FileCopier, RefusesWhatIsNotARegularFile)
+{
+    TempFolder folder;
+    const QString out = folder.makeFolder(QStringLiteral("out"));
+    QString error;
+    EXPECT_FALSE(FileCopier::copyWithoutOverwriting(folder.makeFolder(QStringLiteral("dir.jpg")), out,
+                                                    QStringLiteral("dir.jpg"), &error));
+    EXPECT_FALSE(FileCopier::copyWithoutOverwriting(folder.filePath(QStringLiteral("missing.jpg")), out,
+                                                    QStringLiteral("missing.jpg"), &error));
+    EXPECT_TRUE(folder.entries(QStringLiteral("out")).isEmpty());
+}
+
+TEST(RenameWithoutReplacing, NeverReplacesAnExistingEntry)
+{
+    TempFolder folder;
+    const QString from = folder.write(QStringLiteral("a.jpg"), QByteArrayLiteral("a"));
+    const QString to = folder.write(QStringLiteral("b.jpg"), QByteArrayLiteral("b"));
+    QString error;
+    EXPECT_FALSE(renameWithoutReplacing(from, to, &error));
+    EXPECT_FALSE(error.isEmpty());
+    EXPECT_EQ(folder.read(QStringLiteral("b.jpg")), QByteArrayLiteral("b"));
+    EXPECT_TRUE(renameWithoutReplacing(from, folder.filePath(QStringLiteral("c.jpg"))));
+    EXPECT_EQ(folder.read(QStringLiteral("c.jpg")), QByteArrayLiteral("a"));
+    EXPECT_FALSE(folder.exists(QStringLiteral("a.jpg")));
+}
