@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Runs every benchmark against the release build in BUILD_DIR (default build/release) and prints the figures.
+set -euo pipefail
+build=${1:-build/release}
+here=$(cd "$(dirname "$0")" && pwd)
+export LUMARO_BUILD_DIR=$build
+
+echo "== ThumbnailCache get/set"
+"$build/bench/thumbnail_cache_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+echo "== lumaro-cli list vs find | sort"
+bash "$here/list-vs-find.sh" "$build"
