@@ -3,6 +3,7 @@
 
 #include "platform/Log.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace lumaro::cli {
@@ -95,6 +96,11 @@ int CommandLine::usageError(const QString& message) const
 
 QString escapedForLine(const QString& name)
 {
+    const bool plain = std::none_of(name.cbegin(), name.cend(), [](QChar c) {
+        return c.unicode() < 0x20 || c.unicode() == 0x7f || c == QLatin1Char('\\');
+    });
+    if (plain)
+        return name;
     QString out;
     out.reserve(name.size());
     for (const QChar c : name) {

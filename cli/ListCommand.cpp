@@ -30,10 +30,7 @@ int runList(const QStringList& arguments)
     if (const auto problem = problemWithFolder(folder))
         return line.fail(*problem, exitUsage);
 
-    const QStringList paths = browse::FileSystemService::shared().loadImageFiles(folder);
-    QStringList names;
-    for (const QString& path : paths)
-        names << path.section(QLatin1Char('/'), -1);
+    const QStringList names = browse::FileSystemService::shared().loadImageFileNames(folder);
 
     QTextStream& out = standardOutput();
     if (line.json()) {

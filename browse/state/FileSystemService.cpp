@@ -9,6 +9,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <array>
 
 namespace lumaro::browse {
 
@@ -22,31 +23,39 @@ namespace {
 const QString kTag = QStringLiteral("FileSystemService");
 
 // Sorted by the names' bytes: for UTF-8 that is plain code-point order, case-sensitive, not numeric.
-QStringList sortedPaths(const QString& folder, std::vector<QByteArray>& names)
+QStringList sortedNames(std::vector<QByteArray>& names)
 {
     std::sort(names.begin(), names.end());
-    QStringList paths;
-    paths.reserve(qsizetype(names.size()));
-    const QString prefix = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    QStringList decoded;
+    decoded.reserve(qsizetype(names.size()));
     for (const QByteArray& name : names)
-        paths << prefix + QFile::decodeName(name);
+        decoded << QFile::decodeName(name);
+    return decoded;
+}
+
+QStringList joinedWith(const QString& folder, const QStringList& names)
+{
+    const QString prefix = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    QStringList paths;
+    paths.reserve(names.size());
+    for (const QString& name : names)
+        paths << prefix + name;
     return paths;
 }
 
-// The lower-cased suffix after the last dot, taken from the raw bytes to keep the hot loop cheap.
+// The lower-cased suffix after the last dot is one of the eleven. Runs once per directory entry, so it compares
+// bytes in place instead of building lower-cased copies.
+constexpr std::array<QByteArrayView, 11> kPictureExtensions{"jpg", "jpeg", "png", "heic", "heif", "tiff",
+                                                            "tif", "bmp",  "gif", "webp", "cr2"};
+
 bool hasPictureSuffix(const QByteArray& name)
 {
     const qsizetype dot = name.lastIndexOf('.');
-    if (dot <= 0 || name.size() - dot - 1 > 4)
+    if (dot <= 0)
         return false;
-    const QByteArray suffix = name.mid(dot + 1).toLower();
-    static const std::vector<QByteArray> accepted = [] {
-        std::vector<QByteArray> list;
-        for (const QString& extension : FileSystemService::pictureExtensions())
-            list.push_back(extension.toLatin1());
-        return list;
-    }();
-    return std::find(accepted.begin(), accepted.end(), suffix) != accepted.end();
+    const QByteArrayView suffix = QByteArrayView(name).sliced(dot + 1);
+    return std::any_of(kPictureExtensions.begin(), kPictureExtensions.end(),
+                       [&suffix](QByteArrayView candidate) { return suffix.compare(candidate, Qt::CaseInsensitive) == 0; });
 }
 
 } // namespace
@@ -59,10 +68,12 @@ FileSystemService& FileSystemService::shared()
 
 const QStringList& FileSystemService::pictureExtensions()
 {
-    static const QStringList extensions{
-        QStringLiteral("jpg"), QStringLiteral("jpeg"), QStringLiteral("png"), QStringLiteral("heic"),
-        QStringLiteral("heif"), QStringLiteral("tiff"), QStringLiteral("tif"), QStringLiteral("bmp"),
-        QStringLiteral("gif"), QStringLiteral("webp"), QStringLiteral("cr2")};
+    static const QStringList extensions = [] {
+        QStringList list;
+        for (QByteArrayView extension : kPictureExtensions)
+            list << QString::fromLatin1(extension);
+        return list;
+    }();
     return extensions;
 }
 
@@ -72,6 +83,11 @@ bool FileSystemService::isPictureName(const QString& fileName)
 }
 
 QStringList FileSystemService::loadImageFiles(const QString& folder) const
+{
+    return joinedWith(folder, loadImageFileNames(folder));
+}
+
+QStringList FileSystemService::loadImageFileNames(const QString& folder) const
 {
     Log::line(kTag, QStringLiteral("开始加载文件夹: ") + folder);
     if (!FolderAccessToken::startAccess(folder))
@@ -89,9 +105,9 @@ QStringList FileSystemService::loadImageFiles(const QString& folder) const
         if (entry.kind == DirectoryEntry::Kind::file && hasPictureSuffix(entry.nativeName))
             names.push_back(entry.nativeName);
     }
-    const QStringList paths = sortedPaths(folder, names);
-    Log::line(kTag, QStringLiteral("过滤后找到 %1 个图像文件").arg(paths.size()));
-    return paths;
+    const QStringList sorted = sortedNames(names);
+    Log::line(kTag, QStringLiteral("过滤后找到 %1 个图像文件").arg(sorted.size()));
+    return sorted;
 }
 
 QStringList FileSystemService::loadImageFiles(const QByteArray& folderToken, const QString& fallbackPath) const
@@ -119,10 +135,8 @@ QStringList FileSystemService::subfolders(const QString& parent) const
         if (entry.kind == DirectoryEntry::Kind::directory)
             names.push_back(entry.nativeName);
     }
-    const QStringList paths = sortedPaths(parent, names);
-    QStringList shortNames;
-    for (const QString& path : paths)
-        shortNames << QFileInfo(path).fileName();
+    const QStringList shortNames = sortedNames(names);
+    const QStringList paths = joinedWith(parent, shortNames);
     Log::line(kTag, QStringLiteral("找到 %1 个子文件夹: ").arg(paths.size()) + shortNames.join(QStringLiteral(", ")));
     return paths;
 }

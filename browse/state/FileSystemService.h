@@ -24,6 +24,8 @@ public:
     // Full paths of the pictures directly in the folder, hidden entries skipped, sorted by file name in plain
     // code-point order (B.jpg before a.jpg, IMG_10 before IMG_9). An unreadable folder gives an empty list.
     QStringList loadImageFiles(const QString& folder) const;
+    // The same list as file names (last path components), which is what the browsing state holds.
+    QStringList loadImageFileNames(const QString& folder) const;
     // The same, with the folder named by a token; falls back to `fallbackPath` when the token won't resolve.
     QStringList loadImageFiles(const QByteArray& folderToken, const QString& fallbackPath) const;
     // Full paths of the visible child folders, in the same order.

@@ -16,15 +16,6 @@ using platform::Log;
 
 namespace {
 
-QStringList fileNames(const QStringList& paths)
-{
-    QStringList names;
-    names.reserve(paths.size());
-    for (const QString& path : paths)
-        names << path.section(QLatin1Char('/'), -1);
-    return names;
-}
-
 bool sameFolder(const QString& a, const QString& b)
 {
     return QDir::cleanPath(a) == QDir::cleanPath(b);
@@ -54,18 +45,18 @@ void FolderLoader::load(const QString& folder)
     FileSystemService* service = &m_service;
     // Value in, list out: the pool thread touches nothing of this object.
     QThreadPool::globalInstance()->start([self, service, generation, folder] {
-        const QStringList paths = service->loadImageFiles(folder);
+        const QStringList names = service->loadImageFileNames(folder);
         QMetaObject::invokeMethod(
             self.data(),
-            [self, generation, folder, paths] {
+            [self, generation, folder, names] {
                 if (self)
-                    self->apply(generation, folder, paths);
+                    self->apply(generation, folder, names);
             },
             Qt::QueuedConnection);
     });
 }
 
-void FolderLoader::apply(quint64 generation, const QString& folder, const QStringList& paths)
+void FolderLoader::apply(quint64 generation, const QString& folder, const QStringList& names)
 {
     const auto current = m_state.currentFolder();
     if (generation != m_generation || !current || !sameFolder(*current, folder)) {
@@ -78,13 +69,13 @@ void FolderLoader::apply(quint64 generation, const QString& folder, const QStrin
         return;
     }
     m_state.isBulkListUpdate = true;
-    m_state.setImageFiles(fileNames(paths));
+    m_state.setImageFiles(names);
     m_state.isBulkListUpdate = false;
     m_state.isLoadingImages = false;
-    Log::line(m_viewName, QStringLiteral("成功加载 %1 个图像文件").arg(paths.size()));
+    Log::line(m_viewName, QStringLiteral("成功加载 %1 个图像文件").arg(names.size()));
     selectFirstWhenNothingSelected();
     m_state.notify();
-    Q_EMIT loaded(folder, int(paths.size()));
+    Q_EMIT loaded(folder, int(names.size()));
 }
 
 void FolderLoader::selectFirstWhenNothingSelected()

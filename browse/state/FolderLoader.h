@@ -30,7 +30,7 @@ Q_SIGNALS:
     void dropped(const QString& folder);
 
 private:
-    void apply(quint64 generation, const QString& folder, const QStringList& paths);
+    void apply(quint64 generation, const QString& folder, const QStringList& names);
     void selectFirstWhenNothingSelected();
 
     LMRModeState& m_state;
