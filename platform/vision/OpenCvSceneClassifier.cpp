@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/vision/OpenCvSceneClassifier.h"
+
+#include "platform/Log.h"
+#include "platform/vision/MatFromImage_p.h"
+#include "platform/vision/ModelFiles.h"
+
+#include <QFile>
+#include <QRegularExpression>
+
+#include <opencv2/dnn.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <mutex>
+#include <numeric>
+
+namespace lumaro::platform {
+
+struct OpenCvSceneClassifier::Network
+{
+    cv::dnn::Net net;
+};
+
+namespace {
+
+const QString kTag = QStringLiteral("VISION_INDEX");
+
+cv::Mat preprocessed(const cv::Mat& bgr)
+{
+    const double scale = 256.0 / std::min(bgr.cols, bgr.rows);
+    cv::Mat resized;
+    cv::resize(bgr, resized, cv::Size(std::max(224, int(std::lround(bgr.cols * scale))),
+                                      std::max(224, int(std::lround(bgr.rows * scale)))),
+               0, 0, cv::INTER_AREA);
+    const cv::Rect crop((resized.cols - 224) / 2, (resized.rows - 224) / 2, 224, 224);
+    cv::Mat rgb;
+    cv::cvtColor(resized(crop), rgb, cv::COLOR_BGR2RGB);
+    cv::Mat floats;
+    rgb.convertTo(floats, CV_32F, 1.0 / 255.0);
+    floats -= cv::Scalar(0.485, 0.456, 0.406);
+    cv::divide(floats, cv::Scalar(0.229, 0.224, 0.225), floats);
+    return cv::dnn::blobFromImage(floats);
+}
+
+} // namespace
+
+QString snakeCaseIdentifier(const QString& label)
+{
+    static const QRegularExpression separators(QStringLiteral("[^\\p{L}\\p{N}]+"));
+    QString identifier = label.toLower();
+    identifier.remove(QLatin1Char('\''));
+    identifier.replace(separators, QStringLiteral("_"));
+    while (identifier.startsWith(QLatin1Char('_')))
+        identifier.remove(0, 1);
+    while (identifier.endsWith(QLatin1Char('_')))
+        identifier.chop(1);
+    return identifier;
+}
+
+OpenCvSceneClassifier::OpenCvSceneClassifier(std::unique_ptr<Network> network, QStringList identifiers)
+    : m_network(std::move(network))
+    , m_identifiers(std::move(identifiers))
+{
+}
+
+OpenCvSceneClassifier::~OpenCvSceneClassifier() = default;
+
+std::unique_ptr<OpenCvSceneClassifier> OpenCvSceneClassifier::load(const QString& modelPath,
+                                                                   const QString& labelsPath)
+{
+    QFile labels(labelsPath);
+    if (!labels.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        Log::line(kTag, QStringLiteral("❌ 无法读取分类标签: ") + labelsPath);
+        return nullptr;
+    }
+    QStringList identifiers;
+    for (const QByteArray& line : labels.readAll().split('\n')) {
+        if (!line.trimmed().isEmpty())
+            identifiers << snakeCaseIdentifier(QString::fromUtf8(line.trimmed()));
+    }
+    auto network = std::make_unique<Network>();
+    try {
+        network->net = cv::dnn::readNetFromONNX(modelPath.toStdString());
+    } catch (const cv::Exception& error) {
+        Log::line(kTag, QStringLiteral("❌ 分类模型加载失败: ") + QString::fromStdString(error.what()));
+        return nullptr;
+    }
+    if (network->net.empty())
+        return nullptr;
+    return std::unique_ptr<OpenCvSceneClassifier>(new OpenCvSceneClassifier(std::move(network), identifiers));
+}
+
+SceneClassification OpenCvSceneClassifier::classify(const QImage& image)
+{
+    const cv::Mat bgr = detail::bgrMatFromImage(image);
+    if (bgr.empty())
+        return {{}, QStringLiteral("空图像")};
+    cv::Mat logits;
+    try {
+        m_network->net.setInput(preprocessed(bgr));
+        logits = m_network->net.forward().reshape(1, 1);
+    } catch (const cv::Exception& error) {
+        return {{}, QString::fromStdString(error.what())};
+    }
+    const int classes = std::min<int>(logits.cols, int(m_identifiers.size()));
+    if (classes == 0)
+        return {{}, QStringLiteral("分类模型没有输出")};
+    const float* values = logits.ptr<float>(0);
+    const float top = *std::max_element(values, values + classes);
+    std::vector<double> exps(classes);
+    for (int i = 0; i < classes; ++i)
+        exps[i] = std::exp(double(values[i] - top));
+    const double sum = std::accumulate(exps.begin(), exps.end(), 0.0);
+    std::vector<int> order(classes);
+    std::iota(order.begin(), order.end(), 0);
+    const int keep = std::min(kObservations, classes);
+    std::partial_sort(order.begin(), order.begin() + keep, order.end(),
+                      [&](int a, int b) { return exps[a] > exps[b]; });
+    SceneClassification result;
+    for (int i = 0; i < keep; ++i)
+        result.observations.push_back({m_identifiers[order[i]], float(exps[order[i]] / sum)});
+    return result;
+}
+
+std::unique_ptr<SceneClassifier> makeSceneClassifier()
+{
+    static std::once_flag reported;
+    const QString model = ModelFiles::find(QStringLiteral("classification/mobilenetv2-12-int8.onnx"));
+    const QString labels = ModelFiles::find(QStringLiteral("classification/imagenet1k_labels.txt"));
+    if (!model.isEmpty() && !labels.isEmpty()) {
+        if (auto classifier = OpenCvSceneClassifier::load(model, labels))
+            return classifier;
+    }
+    std::call_once(reported, [] {
+        Log::line(kTag, QStringLiteral("⚠️ 未找到场景分类模型，只做文字识别和人脸检测 (LUMARO_MODELS_DIR 或 "
+                                       "~/.local/share/lumaro/models，见 scripts/fetch-models.sh)"));
+    });
+    return nullptr;
+}
+
+} // namespace lumaro::platform

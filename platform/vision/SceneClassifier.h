@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Scene classification of a picture: the classifier's observations, best first.
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace lumaro::platform {
+
+struct SceneObservation
+{
+    QString identifier; // snake_case ("bald_eagle", "web_site")
+    float confidence = 0.f;
+};
+
+struct SceneClassification
+{
+    std::vector<SceneObservation> observations; // best first
+    QString error;                              // empty on success
+};
+
+// One classifier per thread. A null image gives an error, never a throw.
+class SceneClassifier
+{
+public:
+    virtual ~SceneClassifier() = default;
+    virtual SceneClassification classify(const QImage& image) = 0;
+};
+
+// The classifier of the installed model, or nullptr when none is installed (logged once per process).
+std::unique_ptr<SceneClassifier> makeSceneClassifier();
+
+// A classifier label in the form identifiers take: lower case, runs of anything but letters and digits
+// as one "_", apostrophes dropped ("carpenter's kit" → "carpenters_kit", "web site" → "web_site").
+QString snakeCaseIdentifier(const QString& label);
+
+} // namespace lumaro::platform
