@@ -63,6 +63,8 @@ std::unique_ptr<TesseractTextRecognizer> TesseractTextRecognizer::create(const Q
         return nullptr;
     }
     engine->api.SetPageSegMode(tesseract::PSM_AUTO);
+    // The engine reports its resolution guess for every picture on standard error.
+    engine->api.SetVariable("debug_file", "/dev/null");
     return std::unique_ptr<TesseractTextRecognizer>(new TesseractTextRecognizer(std::move(engine)));
 }
 

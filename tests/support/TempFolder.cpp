@@ -83,6 +83,10 @@ QString sharedModelsDir()
     const QString fromBuild = qEnvironmentVariable("LUMARO_TEST_MODELS_DIR");
     if (!fromBuild.isEmpty() && QFileInfo(fromBuild).isDir())
         return fromBuild;
+#ifdef LUMARO_SHARED_MODELS_DIR
+    if (const QString beside = QStringLiteral(LUMARO_SHARED_MODELS_DIR); QFileInfo(beside).isDir())
+        return beside;
+#endif
     return {};
 }
 

@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "vision/VisionIndexService.h"
+
+#include "vision/IndexFolder.h"
+#include "vision/VisionIndexFile.h"
+#include "vision/VisionIndexNaming.h"
+#include "vision/VisionSummaryService.h"
+
+#include "platform/Log.h"
+#include "platform/NotificationCenter.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QSemaphore>
+#include <QThread>
+#include <QThreadPool>
+
+#include <algorithm>
+#include <condition_variable>
+
+namespace lumaro::vision {
+
+using platform::Log;
+
+namespace {
+
+const QString kTag = QStringLiteral("VISION_INDEX");
+
+// Counts the pictures of a run that are still under way; wait() returns once all have left.
+class TaskGroup
+{
+public:
+    void enter()
+    {
+        std::lock_guard lock(m_mutex);
+        ++m_pending;
+    }
+    void leave()
+    {
+        std::lock_guard lock(m_mutex);
+        if (--m_pending == 0)
+            m_empty.notify_all();
+    }
+    void wait()
+    {
+        std::unique_lock lock(m_mutex);
+        m_empty.wait(lock, [this] { return m_pending == 0; });
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_empty;
+    int m_pending = 0;
+};
+
+void postDidUpdateOnMainThread(const QString& folder, const QString& filePath)
+{
+    QCoreApplication* app = QCoreApplication::instance();
+    if (!app)
+        return;
+    const QVariantMap info{{QStringLiteral("folderPath"), folder}, {QStringLiteral("filePath"), filePath}};
+    QMetaObject::invokeMethod(
+        app, [info] { platform::NotificationCenter::shared().post(platform::notifications::visionIndexDidUpdate, info); },
+        Qt::QueuedConnection);
+}
+
+bool isSafeName(const QString& name)
+{
+    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && name != QLatin1String(".")
+        && name != QLatin1String("..");
+}
+
+} // namespace
+
+VisionIndexService::VisionIndexService(AnalyzerFactory makeAnalyzer, int processorCount)
+    : m_makeAnalyzer(std::move(makeAnalyzer))
+    , m_processorCount(processorCount > 0 ? processorCount : QThread::idealThreadCount())
+{
+}
+
+VisionIndexService::~VisionIndexService() = default;
+
+VisionIndexService& VisionIndexService::shared()
+{
+    static VisionIndexService service;
+    return service;
+}
+
+int VisionIndexService::concurrencyLimit(qsizetype pictureCount, int processorCount)
+{
+    if (pictureCount < 100)
+        return 4;
+    if (pictureCount <= 999)
+        return std::min(std::max(processorCount, 4), 8);
+    return std::min(std::max(processorCount, 6), 12);
+}
+
+std::unique_ptr<VisionPictureAnalyzer> VisionIndexService::takeAnalyzer()
+{
+    {
+        std::lock_guard lock(m_idleMutex);
+        if (!m_idle.empty()) {
+            auto analyzer = std::move(m_idle.back());
+            m_idle.pop_back();
+            return analyzer;
+        }
+    }
+    return m_makeAnalyzer();
+}
+
+void VisionIndexService::returnAnalyzer(std::unique_ptr<VisionPictureAnalyzer> analyzer)
+{
+    if (!analyzer)
+        return;
+    std::lock_guard lock(m_idleMutex);
+    m_idle.push_back(std::move(analyzer));
+}
+
+VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStringList& fileNames,
+                                             const VisionIndexRunOptions& options)
+{
+    VisionIndexRunResult outcome;
+    const QString folderPath = QDir(folder).absolutePath();
+    QStringList names;
+    for (const QString& name : fileNames) {
+        if (isSafeName(name))
+            names << name;
+    }
+    outcome.total = int(names.size());
+    const int limit = options.jobs > 0 ? options.jobs : concurrencyLimit(names.size(), m_processorCount);
+    Log::line(kTag, QStringLiteral("图像数量: ") + QString::number(names.size()));
+    Log::line(kTag, QStringLiteral("并发数设置: ") + QString::number(limit) + QStringLiteral(" (CPU核心数: ")
+                        + QString::number(m_processorCount) + QLatin1Char(')'));
+
+    // Checked before the work as well as before writing: a run whose files could not be kept is not started.
+    if (!IndexFolder::ensure(folderPath, kTag)) {
+        outcome.indexFolderRefused = true;
+        return outcome;
+    }
+    const QString stamp = VisionIndexNaming::runStamp(QDateTime::currentDateTime());
+
+    VisionStageTimes times;
+    QSemaphore admission(limit);
+    TaskGroup group;
+    std::mutex resultsMutex;
+    int done = 0;
+    QThreadPool pool;
+    pool.setMaxThreadCount(limit);
+    for (const QString& name : names) {
+        if (options.cancel && options.cancel->load()) {
+            outcome.cancelled = true;
+            break;
+        }
+        admission.acquire();
+        group.enter();
+        pool.start([&, name] {
+            const QString path = QDir(folderPath).filePath(name);
+            std::unique_ptr<VisionPictureAnalyzer> analyzer = takeAnalyzer();
+            std::optional<VisionRecognitionResult> result;
+            if (analyzer)
+                result = analyzer->analyze(path, &times);
+            returnAnalyzer(std::move(analyzer));
+            {
+                std::lock_guard lock(resultsMutex);
+                if (result)
+                    outcome.results << *result;
+                else {
+                    Log::line(kTag, QStringLiteral("识别失败: ") + name);
+                    ++outcome.failed;
+                }
+                ++done;
+                if (options.onPictureFinished)
+                    options.onPictureFinished(result ? &*result : nullptr, done, outcome.total);
+            }
+            postDidUpdateOnMainThread(folderPath, path);
+            admission.release();
+            group.leave();
+        });
+    }
+    group.wait();
+    outcome.decodeSeconds = double(times.decode.load()) / 1e9;
+    outcome.classificationSeconds = double(times.classification.load()) / 1e9;
+    outcome.facesSeconds = double(times.faces.load()) / 1e9;
+    outcome.textSeconds = double(times.text.load()) / 1e9;
+    if (outcome.cancelled) {
+        Log::line(kTag, QStringLiteral("已取消，未写入索引文件"));
+        return outcome;
+    }
+
+    const std::optional<QString> indexFolder = IndexFolder::ensure(folderPath, kTag);
+    if (!indexFolder) {
+        outcome.indexFolderRefused = true;
+        return outcome;
+    }
+    const QString key = VisionIndexNaming::folderKey(folderPath);
+    const QDateTime generatedAt = QDateTime::currentDateTimeUtc();
+    const QString indexPath = QDir(*indexFolder).filePath(VisionIndexNaming::indexFileName(stamp, key));
+    if (!VisionIndexFile::write(indexPath, {outcome.results, generatedAt, folderPath})) {
+        Log::line(kTag, QStringLiteral("保存失败"));
+        return outcome;
+    }
+    outcome.indexPath = indexPath;
+    Log::line(kTag, QStringLiteral("保存成功: ") + indexPath);
+    const QString summaryPath = QDir(*indexFolder).filePath(VisionIndexNaming::summaryFileName(stamp, key));
+    if (VisionSummaryService::write(summaryPath, outcome.results, generatedAt, folderPath)) {
+        outcome.summaryPath = summaryPath;
+        Log::line(kTag, QStringLiteral("摘要保存成功: ") + summaryPath);
+    }
+    return outcome;
+}
+
+} // namespace lumaro::vision
