@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "browse/trash/FileDeleteService.h"
+
+#include "platform/FolderAccessToken.h"
+#include "platform/FreedesktopTrash.h"
+#include "platform/Log.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QSemaphore>
+#include <QThreadPool>
+
+#include <memory>
+
+namespace lumaro::browse {
+
+using platform::Log;
+
+namespace {
+
+const QString kTag = QStringLiteral("FileDeleteService");
+
+void say(const QString& message)
+{
+    Log::line(kTag, message);
+}
+
+void perf(const char* step, const QElapsedTimer& timer)
+{
+    Log::raw(QStringLiteral("PERF-DEL: %1=%2 s").arg(QLatin1String(step)).arg(double(timer.nsecsElapsed()) / 1e9, 0, 'f', 3));
+}
+
+bool isPlainName(const QString& name)
+{
+    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && name != QStringLiteral(".")
+        && name != QStringLiteral("..");
+}
+
+bool itemExists(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.exists() || info.isSymLink();
+}
+
+// Brackets file work on a folder with start/stop of its access, whatever the outcome.
+class FolderAccess
+{
+public:
+    explicit FolderAccess(QString folder)
+        : m_folder(std::move(folder))
+    {
+        if (!platform::FolderAccessToken::startAccess(m_folder))
+            say(QStringLiteral("无法访问文件夹，可能需要权限"));
+    }
+    ~FolderAccess() { platform::FolderAccessToken::stopAccess(m_folder); }
+    FolderAccess(const FolderAccess&) = delete;
+    FolderAccess& operator=(const FolderAccess&) = delete;
+
+private:
+    QString m_folder;
+};
+
+} // namespace
+
+FileDeleteService& FileDeleteService::shared()
+{
+    static FileDeleteService service;
+    return service;
+}
+
+FileDeleteService::FileDeleteService()
+    : FileDeleteService(Options{})
+{
+}
+
+FileDeleteService::FileDeleteService(Options options)
+    : m_options(std::move(options))
+    , m_trash(m_options.trash ? *m_options.trash : platform::FreedesktopTrash::shared())
+    , m_restorer(m_options.rename, m_options.volumes)
+{
+}
+
+QString FileDeleteService::resolveFolder(const QString& folderPath, const std::optional<QByteArray>& bookmark)
+{
+    if (!bookmark)
+        return folderPath;
+    QString error;
+    const auto resolved = platform::FolderAccessToken::resolve(*bookmark, &error);
+    if (!resolved) {
+        say(QStringLiteral("解析书签数据失败: ") + error);
+        return folderPath;
+    }
+    say(QStringLiteral("使用书签数据解析文件夹URL成功"));
+    return resolved->path;
+}
+
+TrashOutcome FileDeleteService::moveToTrash(const QString& fileName, const QString& folderPath,
+                                            const std::optional<QByteArray>& folderBookmarkData)
+{
+    QElapsedTimer total;
+    total.start();
+    QElapsedTimer step;
+    step.start();
+    const QString folder = resolveFolder(folderPath, folderBookmarkData);
+    perf("resolveBookmark", step);
+
+    step.restart();
+    FolderAccess access(folder);
+    perf("startScope", step);
+
+    step.restart();
+    TrashOutcome outcome;
+    if (!isPlainName(fileName)) {
+        outcome.error = QStringLiteral("不是文件名: ") + fileName;
+    } else if (const auto item = m_trash.moveToTrash(QDir(folder).filePath(fileName), &outcome.error)) {
+        outcome.trashFilePath = item->trashedPath;
+        say(QStringLiteral("成功将文件移动到废纸篓: ") + fileName);
+    }
+    if (!outcome.ok())
+        say(QStringLiteral("错误详情: ") + outcome.error);
+    perf("trashOp", step);
+    perf("total", total);
+    return outcome;
+}
+
+bool FileDeleteService::restoreFile(const DeletedFileInfo& info)
+{
+    say(QStringLiteral("开始恢复文件: ") + info.fileName);
+    say(QStringLiteral("原始文件夹路径: ") + info.folderPath);
+    const QString folder = resolveFolder(info.folderPath, info.folderBookmarkData);
+    if (info.folderBookmarkData)
+        say(QStringLiteral("解析后的文件夹路径: ") + folder);
+    if (!isPlainName(info.fileName)) {
+        say(QStringLiteral("所有恢复方法都失败了"));
+        return false;
+    }
+    const QString target = QDir(folder).filePath(info.fileName);
+    say(QStringLiteral("目标文件夹路径: ") + folder);
+    say(QStringLiteral("目标文件路径: ") + target);
+    FolderAccess access(folder);
+
+    QString crossDeviceItem;
+    bool restored = restoreFromSavedPath(info, target, &crossDeviceItem)
+        || restoreByLookup(info.fileName, target, &crossDeviceItem);
+    if (!restored && !crossDeviceItem.isEmpty())
+        restored = restoreByCopy(crossDeviceItem, target);
+    if (!restored && m_options.useGio && platform::TrashRestorer::isGioAvailable())
+        restored = restoreWithGio(target);
+    if (!restored) {
+        say(QStringLiteral("所有恢复方法都失败了"));
+        return false;
+    }
+    say(QStringLiteral("文件恢复完成，准备恢复系统标签 (若有)"));
+    return true;
+}
+
+bool FileDeleteService::restoreFromSavedPath(const DeletedFileInfo& info, const QString& target,
+                                             QString* crossDeviceItem)
+{
+    if (!info.trashFileURL) {
+        say(QStringLiteral("没有保存的废纸篓文件路径，将尝试查找"));
+        return false;
+    }
+    const QString saved = *info.trashFileURL;
+    say(QStringLiteral("使用保存的废纸篓文件路径: ") + saved);
+    say(QStringLiteral("使用保存的废纸篓路径恢复文件: ") + info.fileName);
+    say(QStringLiteral("检查废纸篓文件是否存在: ") + saved);
+    if (!itemExists(saved)) {
+        say(QStringLiteral("废纸篓文件不存在: ") + saved);
+        say(QStringLiteral("回退到系统API恢复方法"));
+        return false;
+    }
+    const platform::RenameResult result = m_restorer.putBack(saved, target);
+    if (result.ok) {
+        say(QStringLiteral("成功恢复文件: ") + target);
+        return true;
+    }
+    if (result.crossDevice)
+        *crossDeviceItem = saved;
+    say(QStringLiteral("恢复文件时发生错误: ") + info.fileName);
+    say(QStringLiteral("错误详情: ") + result.error);
+    return false;
+}
+
+bool FileDeleteService::restoreByLookup(const QString& fileName, const QString& target, QString* crossDeviceItem)
+{
+    say(QStringLiteral("使用系统API恢复文件: ") + fileName);
+    const QString homeTrash = platform::TrashDirectories::homeTrash();
+    if (homeTrash.isEmpty())
+        say(QStringLiteral("无法获取废纸篓URL"));
+    say(QStringLiteral("废纸篓路径: ") + homeTrash);
+    say(QStringLiteral("目标目录路径: ") + QFileInfo(target).absolutePath());
+    say(QStringLiteral("要恢复的文件名: ") + fileName);
+
+    QStringList items;
+    for (const platform::TrashEntry& entry : m_restorer.findByOriginalPath(target))
+        items << entry.trashedPath;
+    if (items.isEmpty()) {
+        if (const auto byName = m_restorer.findByName(fileName, QFileInfo(target).absolutePath()))
+            items << byName->trashedPath;
+    }
+    if (items.isEmpty()) {
+        say(QStringLiteral("废纸篓中找不到文件: ") + fileName);
+        return false;
+    }
+    const platform::RenameResult result = m_restorer.putBack(items.constFirst(), target);
+    if (result.ok) {
+        say(QStringLiteral("成功恢复文件: ") + target);
+        return true;
+    }
+    if (result.crossDevice && crossDeviceItem->isEmpty())
+        *crossDeviceItem = items.constFirst();
+    say(QStringLiteral("恢复文件时发生错误: ") + fileName);
+    say(QStringLiteral("错误详情: ") + result.error);
+    return false;
+}
+
+bool FileDeleteService::restoreByCopy(const QString& item, const QString& target)
+{
+    say(QStringLiteral("使用现代API恢复文件: ") + QFileInfo(target).fileName());
+    say(QStringLiteral("尝试copy-then-move方法"));
+    say(QStringLiteral("源文件URL: ") + item);
+    say(QStringLiteral("目标目录URL: ") + QFileInfo(target).absolutePath());
+
+    // The copy runs on its own task; a copy that outlives the wait finishes on its own and is not reported.
+    struct Shared
+    {
+        QSemaphore done;
+        bool ok = false;
+        QString error;
+    };
+    auto shared = std::make_shared<Shared>();
+    const platform::TrashRestorer restorer = m_restorer;
+    QThreadPool::globalInstance()->start([shared, restorer, item, target] {
+        shared->ok = restorer.copyBack(item, target, &shared->error);
+        shared->done.release();
+    });
+    if (!shared->done.tryAcquire(1, m_options.copyTimeoutMs)) {
+        say(QStringLiteral("copy操作超时"));
+        return false;
+    }
+    if (!shared->ok) {
+        say(QStringLiteral("copy失败: ") + shared->error);
+        say(QStringLiteral("移动文件失败: ") + shared->error);
+        return false;
+    }
+    say(QStringLiteral("copy成功，复制到: ") + target);
+    say(QStringLiteral("成功移动文件到目标位置"));
+    say(QStringLiteral("现代API恢复成功: ") + QFileInfo(target).fileName());
+    return true;
+}
+
+bool FileDeleteService::restoreWithGio(const QString& target)
+{
+    say(QStringLiteral("尝试gio trash --restore方法"));
+    say(QStringLiteral("使用gio恢复文件: ") + QFileInfo(target).fileName());
+    QString error;
+    const bool ok = platform::TrashRestorer::gioRestore(target, &error);
+    say(QStringLiteral("gio结果: ") + (ok ? QStringLiteral("true") : QStringLiteral("false")));
+    if (ok)
+        say(QStringLiteral("gio恢复成功: ") + QFileInfo(target).fileName());
+    else
+        say(QStringLiteral("gio执行失败: ") + error);
+    return ok;
+}
+
+} // namespace lumaro::browse

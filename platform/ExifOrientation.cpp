@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ExifOrientation.h"
+
+#include "platform/FileReplacer.h"
+
+#include <QFile>
+
+#include <exiv2/exiv2.hpp>
+
+#include <mutex>
+
+namespace lumaro::platform {
+
+namespace {
+
+const char* const kOrientationKey = "Exif.Image.Orientation";
+
+void setError(QString* error, const QString& text)
+{
+    if (error)
+        *error = text;
+}
+
+void quieten()
+{
+    static std::once_flag once;
+    std::call_once(once, [] { Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute); });
+}
+
+int orientationOf(const Exiv2::ExifData& exif)
+{
+    const auto it = exif.findKey(Exiv2::ExifKey(kOrientationKey));
+    if (it == exif.end() || it->count() == 0)
+        return 1;
+    const long value = it->toLong();
+    return value >= 1 && value <= 8 ? int(value) : 1;
+}
+
+} // namespace
+
+int ExifOrientation::read(const QString& path, QString* error)
+{
+    quieten();
+    try {
+        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+        image->readMetadata();
+        return orientationOf(image->exifData());
+    } catch (const Exiv2::AnyError& failure) {
+        setError(error, QString::fromStdString(failure.what()));
+        return 0;
+    }
+}
+
+bool ExifOrientation::turnJpeg(const QString& path, int (*turn)(int), QString* error)
+{
+    quieten();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        setError(error, file.errorString());
+        return false;
+    }
+    const QByteArray original = file.readAll();
+    file.close();
+    try {
+        // Edited in memory, so the file on disk is replaced in one rename and never seen half-written.
+        auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(original.constData()),
+                                               long(original.size()));
+        if (image->imageType() != Exiv2::ImageType::jpeg) {
+            setError(error, QStringLiteral("not a JPEG file"));
+            return false;
+        }
+        image->readMetadata();
+        Exiv2::ExifData& exif = image->exifData();
+        exif[kOrientationKey] = uint16_t(turn(orientationOf(exif)));
+        image->writeMetadata();
+        Exiv2::BasicIo& io = image->io();
+        io.seek(0, Exiv2::BasicIo::beg);
+        const Exiv2::DataBuf buffer = io.read(long(io.size()));
+        const QByteArray edited(reinterpret_cast<const char*>(buffer.pData_), qsizetype(buffer.size_));
+        return FileReplacer::replaceContents(path, edited, error);
+    } catch (const Exiv2::AnyError& failure) {
+        setError(error, QString::fromStdString(failure.what()));
+        return false;
+    }
+}
+
+} // namespace lumaro::platform

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ImageRotator.h"
+
+#include "platform/ExifOrientation.h"
+#include "platform/FileReplacer.h"
+#include "platform/TiffOrientationPatch.h"
+
+#include <QBuffer>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QTransform>
+
+namespace lumaro::platform {
+
+namespace {
+
+const QStringList kPixelFormats{QStringLiteral("png"), QStringLiteral("tif"), QStringLiteral("tiff"),
+                                QStringLiteral("bmp"), QStringLiteral("webp")};
+const QStringList kDisplayOnly{QStringLiteral("gif"), QStringLiteral("heic"), QStringLiteral("heif"),
+                               QStringLiteral("cr3"), QStringLiteral("nef"), QStringLiteral("nrw"),
+                               QStringLiteral("arw"), QStringLiteral("sr2"), QStringLiteral("srf"),
+                               QStringLiteral("dng"), QStringLiteral("raf"), QStringLiteral("orf"),
+                               QStringLiteral("rw2"), QStringLiteral("pef"), QStringLiteral("srw"),
+                               QStringLiteral("raw"), QStringLiteral("rwl"), QStringLiteral("3fr"),
+                               QStringLiteral("iiq"), QStringLiteral("x3f")};
+
+RotationOutcome outcome(RotationOutcome::Status status, RotationOutcome::Method method = RotationOutcome::Method::none,
+                        QString error = {})
+{
+    RotationOutcome result;
+    result.status = status;
+    result.method = method;
+    result.error = std::move(error);
+    return result;
+}
+
+RotationOutcome permissionDenied(const QString& path)
+{
+    RotationOutcome result = outcome(RotationOutcome::Status::failed, RotationOutcome::Method::none,
+                                     QStringLiteral("没有写入权限: ") + path);
+    result.permissionDenied = true;
+    return result;
+}
+
+RotationOutcome rotatePixels(const QString& path)
+{
+    QImageReader reader(path);
+    reader.setAutoTransform(true);
+    const QByteArray format = reader.format();
+    QImage image = reader.read();
+    if (image.isNull())
+        return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::pixels, reader.errorString());
+    image = image.transformed(QTransform().rotate(-90));
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, format);
+    if (format == "webp")
+        writer.setQuality(100);
+    if (!writer.write(image))
+        return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::pixels, writer.errorString());
+    QString error;
+    if (!FileReplacer::replaceContents(path, bytes, &error))
+        return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::pixels, error);
+    return outcome(RotationOutcome::Status::rotated, RotationOutcome::Method::pixels);
+}
+
+} // namespace
+
+int ImageRotator::orientationAfterLeftTurn(int orientation)
+{
+    // Upright orientations turn 1 → 8 → 3 → 6 → 1; the mirrored ones 2 → 5 → 4 → 7 → 2.
+    switch (orientation) {
+    case 2: return 5;
+    case 3: return 6;
+    case 4: return 7;
+    case 5: return 4;
+    case 6: return 1;
+    case 7: return 2;
+    case 8: return 3;
+    default: return 8;
+    }
+}
+
+RotationOutcome ImageRotator::rotateLeft(const QString& path)
+{
+    const QFileInfo info(path);
+    const QString suffix = info.suffix().toLower();
+    if (!info.isFile())
+        return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::none,
+                       QStringLiteral("文件不存在: ") + path);
+    if (kDisplayOnly.contains(suffix))
+        return outcome(RotationOutcome::Status::needsDisplayRotation);
+    const bool isJpeg = suffix == QStringLiteral("jpg") || suffix == QStringLiteral("jpeg");
+    const bool isCr2 = suffix == QStringLiteral("cr2");
+    if (!isJpeg && !isCr2 && !kPixelFormats.contains(suffix))
+        return outcome(RotationOutcome::Status::unsupportedFormat);
+    if (!info.isWritable() || (!isCr2 && !QFileInfo(info.absolutePath()).isWritable()))
+        return permissionDenied(path);
+
+    if (isCr2) {
+        QString error;
+        if (!TiffOrientationPatch::apply(path, &orientationAfterLeftTurn, &error))
+            return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::cr2Orientation, error);
+        return outcome(RotationOutcome::Status::rotated, RotationOutcome::Method::cr2Orientation);
+    }
+    if (isJpeg) {
+        QString error;
+        if (!ExifOrientation::turnJpeg(path, &orientationAfterLeftTurn, &error))
+            return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::exifOrientation, error);
+        return outcome(RotationOutcome::Status::rotated, RotationOutcome::Method::exifOrientation);
+    }
+    return rotatePixels(path);
+}
+
+} // namespace lumaro::platform

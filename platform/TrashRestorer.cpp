@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/TrashRestorer.h"
+
+#include "platform/FileCopier.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace lumaro::platform {
+
+namespace {
+
+void setError(QString* error, const QString& text)
+{
+    if (error)
+        *error = text;
+}
+
+bool isSafeName(const QString& name)
+{
+    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && name != QStringLiteral(".")
+        && name != QStringLiteral("..");
+}
+
+bool exists(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.exists() || info.isSymLink();
+}
+
+std::optional<dev_t> deviceOf(const QString& path)
+{
+    struct stat info {};
+    if (::lstat(QFile::encodeName(path).constData(), &info) != 0)
+        return std::nullopt;
+    return info.st_dev;
+}
+
+QString infoPathOf(const QString& trashedPath)
+{
+    const QFileInfo item(trashedPath);
+    const QString trashDir = QFileInfo(item.absolutePath()).absolutePath();
+    return trashDir + QStringLiteral("/info/") + item.fileName() + QStringLiteral(".trashinfo");
+}
+
+void removeInfo(const QString& trashedPath)
+{
+    ::unlink(QFile::encodeName(infoPathOf(trashedPath)).constData());
+}
+
+} // namespace
+
+RenameFunction systemRenameWithoutReplacing()
+{
+    return [](const QString& from, const QString& to) {
+        RenameResult result;
+        const QByteArray source = QFile::encodeName(from);
+        const QByteArray target = QFile::encodeName(to);
+        if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0) {
+            result.ok = true;
+            return result;
+        }
+        const int code = errno;
+        if (code == EINVAL || code == ENOSYS || code == ENOTSUP) {
+            result.ok = renameWithoutReplacing(from, to, &result.error);
+            if (!result.ok) {
+                result.targetExists = exists(to);
+                result.crossDevice = !result.targetExists
+                    && deviceOf(from) != deviceOf(QFileInfo(to).absolutePath());
+            }
+            return result;
+        }
+        result.crossDevice = code == EXDEV;
+        result.targetExists = code == EEXIST;
+        result.error = QString::fromLocal8Bit(std::strerror(code));
+        return result;
+    };
+}
+
+TrashRestorer::TrashRestorer(RenameFunction rename, VolumeLookup lookup)
+    : m_rename(std::move(rename))
+    , m_lookup(std::move(lookup))
+{
+}
+
+std::optional<TrashEntry> TrashRestorer::readInfo(const QString& infoPath, const QString& trashDir)
+{
+    QFile file(infoPath);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QList<QByteArray> lines = file.read(64 * 1024).split('\n');
+    if (lines.isEmpty() || lines.constFirst().trimmed() != "[Trash Info]")
+        return std::nullopt;
+    TrashEntry entry;
+    entry.infoPath = infoPath;
+    const QString name = QFileInfo(infoPath).completeBaseName();
+    entry.trashedPath = isSafeName(name) ? trashDir + QStringLiteral("/files/") + name : QString();
+    for (const QByteArray& line : lines) {
+        if (line.startsWith("Path=")) {
+            const QString path = QFile::decodeName(QByteArray::fromPercentEncoding(line.mid(5).trimmed()));
+            const QString topDir = TrashDirectories::topDirOfTrash(trashDir);
+            entry.originalPath = QDir::isAbsolutePath(path) || topDir.isEmpty()
+                ? QDir::cleanPath(path)
+                : QDir::cleanPath(QDir(topDir).filePath(path));
+        } else if (line.startsWith("DeletionDate=")) {
+            entry.deletionDate = QDateTime::fromString(QString::fromLatin1(line.mid(13).trimmed()), Qt::ISODate);
+        }
+    }
+    if (entry.originalPath.isEmpty() || entry.trashedPath.isEmpty())
+        return std::nullopt;
+    return entry;
+}
+
+TrashEntry TrashRestorer::entryFor(const QString& trashedPath)
+{
+    const QString trashDir = QFileInfo(QFileInfo(trashedPath).absolutePath()).absolutePath();
+    const QString infoPath = infoPathOf(trashedPath);
+    if (auto entry = readInfo(infoPath, trashDir))
+        return *entry;
+    return TrashEntry{trashedPath, infoPath, {}, {}};
+}
+
+RenameResult TrashRestorer::putBack(const QString& trashedPath, const QString& target) const
+{
+    RenameResult result = m_rename(trashedPath, target);
+    if (result.ok)
+        removeInfo(trashedPath);
+    return result;
+}
+
+QList<TrashEntry> TrashRestorer::findByOriginalPath(const QString& originalPath) const
+{
+    const QString wanted = QDir::cleanPath(QFileInfo(originalPath).absoluteFilePath());
+    QList<TrashEntry> found;
+    for (const QString& trashDir : TrashDirectories::candidatesFor(QFileInfo(wanted).absolutePath(), m_lookup)) {
+        const QDir info(trashDir + QStringLiteral("/info"));
+        for (const QString& name : info.entryList({QStringLiteral("*.trashinfo")}, QDir::Files | QDir::Hidden)) {
+            const auto entry = readInfo(info.filePath(name), trashDir);
+            if (entry && entry->originalPath == wanted && exists(entry->trashedPath))
+                found << *entry;
+        }
+    }
+    std::stable_sort(found.begin(), found.end(), [](const TrashEntry& a, const TrashEntry& b) {
+        return a.deletionDate > b.deletionDate;
+    });
+    return found;
+}
+
+std::optional<TrashEntry> TrashRestorer::findByName(const QString& name, const QString& targetFolder) const
+{
+    if (!isSafeName(name))
+        return std::nullopt;
+    for (const QString& trashDir : TrashDirectories::candidatesFor(targetFolder, m_lookup)) {
+        const QString candidate = trashDir + QStringLiteral("/files/") + name;
+        if (exists(candidate))
+            return entryFor(candidate);
+    }
+    return std::nullopt;
+}
+
+bool TrashRestorer::copyBack(const QString& trashedPath, const QString& target, QString* error) const
+{
+    if (exists(target)) {
+        setError(error, QStringLiteral("%1 already exists").arg(target));
+        return false;
+    }
+    const QFileInfo targetInfo(target);
+    const auto copied = FileCopier::copyWithoutOverwriting(trashedPath, targetInfo.absolutePath(),
+                                                           targetInfo.fileName(), error);
+    if (!copied)
+        return false;
+    if (QFileInfo(*copied).absoluteFilePath() != targetInfo.absoluteFilePath()) {
+        // The name was taken while we copied: our copy is surplus (the original is still in the Trash).
+        ::unlink(QFile::encodeName(*copied).constData());
+        setError(error, QStringLiteral("%1 already exists").arg(target));
+        return false;
+    }
+    // The complete copy is in place; only now does the trashed original go.
+    ::unlink(QFile::encodeName(trashedPath).constData());
+    removeInfo(trashedPath);
+    return true;
+}
+
+bool TrashRestorer::isGioAvailable()
+{
+    return !QStandardPaths::findExecutable(QStringLiteral("gio")).isEmpty();
+}
+
+bool TrashRestorer::gioRestore(const QString& originalPath, QString* error, int timeoutMs)
+{
+    if (!isGioAvailable()) {
+        setError(error, QStringLiteral("gio is not installed"));
+        return false;
+    }
+    QProcess list;
+    list.start(QStringLiteral("gio"), {QStringLiteral("trash"), QStringLiteral("--list")});
+    if (!list.waitForFinished(timeoutMs) || list.exitCode() != 0) {
+        setError(error, QStringLiteral("gio trash --list failed"));
+        return false;
+    }
+    const QString wanted = QDir::cleanPath(originalPath);
+    QString uri;
+    for (const QByteArray& line : list.readAllStandardOutput().split('\n')) {
+        const qsizetype tab = line.indexOf('\t');
+        if (tab > 0 && QDir::cleanPath(QString::fromUtf8(line.mid(tab + 1))) == wanted)
+            uri = QString::fromUtf8(line.left(tab));
+    }
+    if (uri.isEmpty()) {
+        setError(error, QStringLiteral("gio finds no trashed item from %1").arg(originalPath));
+        return false;
+    }
+    QProcess restore;
+    restore.start(QStringLiteral("gio"), {QStringLiteral("trash"), QStringLiteral("--restore"), uri});
+    if (!restore.waitForFinished(timeoutMs) || restore.exitCode() != 0 || !exists(originalPath)) {
+        setError(error, QString::fromLocal8Bit(restore.readAllStandardError()).trimmed());
+        return false;
+    }
+    return true;
+}
+
+} // namespace lumaro::platform

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Putting a file back from the freedesktop.org Trash, whoever trashed it: Lumaro, GNOME Files or Dolphin.
+#pragma once
+
+#include "platform/TrashDirectories.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace lumaro::platform {
+
+struct RenameResult
+{
+    bool ok = false;
+    bool crossDevice = false;  // the two paths are on different file systems (EXDEV)
+    bool targetExists = false; // something already has the target's name
+    QString error;
+};
+
+// A rename that never replaces anything. Tests inject one that fails with crossDevice.
+using RenameFunction = std::function<RenameResult(const QString& from, const QString& to)>;
+RenameFunction systemRenameWithoutReplacing();
+
+// One item of a trash: the file in files/, its record in info/, and what the record says.
+struct TrashEntry
+{
+    QString trashedPath;
+    QString infoPath;
+    QString originalPath; // absolute, decoded; empty when the record is missing or unreadable
+    QDateTime deletionDate;
+};
+
+// Thread-safe, blocking. Nothing here overwrites: a target name that is taken makes the step fail and leaves
+// the item in the Trash. Item names read from records are checked: a name with "/" or equal to "." or ".." is
+// never used.
+class TrashRestorer
+{
+public:
+    explicit TrashRestorer(RenameFunction rename = systemRenameWithoutReplacing(),
+                           VolumeLookup lookup = systemVolumeLookup());
+
+    // The record of a trashed file, read from its trash's info/ folder.
+    static TrashEntry entryFor(const QString& trashedPath);
+    // Reads a .trashinfo; nullopt when it is not one. `trashDir` resolves a per-volume relative Path.
+    static std::optional<TrashEntry> readInfo(const QString& infoPath, const QString& trashDir);
+
+    // Renames the trashed file back to `target` and removes its record.
+    RenameResult putBack(const QString& trashedPath, const QString& target) const;
+    // Every item whose record names `originalPath`, newest first.
+    QList<TrashEntry> findByOriginalPath(const QString& originalPath) const;
+    // The item called `name` in files/ of the trashes that may hold a file of `targetFolder`'s volume.
+    std::optional<TrashEntry> findByName(const QString& name, const QString& targetFolder) const;
+    // For an item on another file system than `target`: copies it beside the target (never over anything),
+    // then removes the trashed original and its record. The copy keeps the file's tags and times.
+    bool copyBack(const QString& trashedPath, const QString& target, QString* error) const;
+
+    // Whether the desktop's own restore, `gio trash --restore`, can be run here.
+    static bool isGioAvailable();
+    // Asks gio to put back the item whose original place is `originalPath` (gio never overwrites either).
+    static bool gioRestore(const QString& originalPath, QString* error, int timeoutMs = 10000);
+
+private:
+    RenameFunction m_rename;
+    VolumeLookup m_lookup;
+};
+
+} // namespace lumaro::platform
