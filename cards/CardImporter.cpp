@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cards/CardImporter.h"
+
+#include "platform/FileCopier.h"
+#include "platform/Log.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+namespace lumaro::cards {
+
+using platform::Log;
+
+namespace {
+
+int highestRollNumber(const QString& importLocation)
+{
+    static const QRegularExpression rollName(QStringLiteral("^roll(\\d{2,})$"));
+    int highest = 0;
+    const QStringList names = QDir(importLocation).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    for (const QString& name : names) {
+        const auto match = rollName.match(name);
+        if (match.hasMatch())
+            highest = std::max(highest, match.captured(1).toInt());
+    }
+    return highest;
+}
+
+QString rollName(int number)
+{
+    return QStringLiteral("roll%1").arg(number, 2, 10, QLatin1Char('0'));
+}
+
+// Makes the next free roll folder; mkdir (not mkpath) so that two imports never share one.
+QString makeRollFolder(const QString& importLocation, QString* error)
+{
+    if (!QDir().mkpath(importLocation)) {
+        *error = QStringLiteral("cannot create the import location ") + importLocation;
+        return {};
+    }
+    for (int number = highestRollNumber(importLocation) + 1, attempts = 0; attempts < 100; ++number, ++attempts) {
+        const QString folder = QDir(importLocation).filePath(rollName(number));
+        if (QDir(importLocation).mkdir(rollName(number)))
+            return folder;
+        if (!QFileInfo::exists(folder)) {
+            *error = QStringLiteral("cannot create ") + folder;
+            return {};
+        }
+    }
+    *error = QStringLiteral("no free roll folder in ") + importLocation;
+    return {};
+}
+
+bool makeKindFolder(const QString& path)
+{
+    if (QFileInfo(path).isDir()) {
+        Log::raw(QStringLiteral("   ✓ 文件夹已存在: ") + path);
+        return true;
+    }
+    if (!QDir().mkpath(path))
+        return false;
+    Log::raw(QStringLiteral("   ✓ 创建文件夹: ") + path);
+    return true;
+}
+
+struct Kind
+{
+    const QStringList* files;
+    QString folderName;
+    QString status;
+};
+
+} // namespace
+
+QString CardImporter::nextRollFolder(const QString& importLocation)
+{
+    return QDir(importLocation).filePath(rollName(highestRollNumber(importLocation) + 1));
+}
+
+ImportOutcome CardImporter::importFiles(const NewFileInfo& files, const QString& importLocation,
+                                        const Callbacks& callbacks)
+{
+    ImportOutcome outcome;
+    if (importLocation.isEmpty()) {
+        outcome.error = QStringLiteral("no import location is set");
+        Log::raw(QStringLiteral("❌ ") + outcome.error);
+        return outcome;
+    }
+    const auto report = [&callbacks](double done) {
+        if (callbacks.progress)
+            callbacks.progress(done);
+    };
+    const auto setStatus = [&callbacks](const QString& text) {
+        if (callbacks.status)
+            callbacks.status(text);
+    };
+    report(0);
+    QString error;
+    const QString roll = makeRollFolder(importLocation, &error);
+    if (roll.isEmpty()) {
+        outcome.error = error;
+        Log::raw(QStringLiteral("❌ ") + error);
+        return outcome;
+    }
+    outcome.destination = roll;
+
+    const std::vector<Kind> kinds{
+        {&files.jpgFiles, jpgFolderName(), QStringLiteral("正在导入 JPG 文件...")},
+        {&files.rawFiles, rawFolderName(), QStringLiteral("正在导入 RAW 文件...")},
+        {&files.videoFiles, videoFolderName(), QString()},
+    };
+    Log::raw(QStringLiteral("📋 创建导入文件夹（仅创建有文件的类型）："));
+    std::vector<bool> usable;
+    for (const Kind& kind : kinds) {
+        const bool needed = !kind.files->isEmpty();
+        const bool made = needed && makeKindFolder(QDir(roll).filePath(kind.folderName));
+        if (needed && !made)
+            Log::raw(QStringLiteral("   ❌ 无法创建文件夹: ") + QDir(roll).filePath(kind.folderName));
+        usable.push_back(made);
+    }
+
+    const qint64 totalBytes = files.totalSize;
+    const qsizetype totalFiles = files.fileCount();
+    qint64 bytesDone = 0;
+    qsizetype filesDone = 0;
+    const auto overall = [&](qint64 inFlight) {
+        return totalBytes > 0 ? double(bytesDone + inFlight) / double(totalBytes)
+                              : double(filesDone) / double(std::max<qsizetype>(1, totalFiles));
+    };
+    for (size_t k = 0; k < kinds.size(); ++k) {
+        const Kind& kind = kinds[k];
+        const qsizetype count = kind.files->size();
+        if (count == 0)
+            continue;
+        const bool isVideo = kind.folderName == videoFolderName();
+        if (isVideo)
+            Log::raw(QStringLiteral("📋 开始复制视频文件，共 ") + QString::number(count) + QStringLiteral(" 个"));
+        const QString folder = QDir(roll).filePath(kind.folderName);
+        for (qsizetype i = 0; i < count; ++i) {
+            const QString& source = kind.files->at(i);
+            const QString name = QFileInfo(source).fileName();
+            setStatus(isVideo ? QString(QStringLiteral("正在导入视频文件... (") + QString::number(i + 1) + QLatin1Char('/')
+                                        + QString::number(count) + QLatin1Char(')'))
+                              : kind.status);
+            const QString position = QStringLiteral("   [") + QString::number(i + 1) + QLatin1Char('/')
+                                   + QString::number(count);
+            const qint64 size = QFileInfo(source).size();
+            QString copyError = QStringLiteral("the folder could not be created");
+            std::optional<QString> written;
+            if (usable[k]) {
+                platform::CopyOptions options;
+                options.progress = [&](qint64 copied, qint64 total) {
+                    report(overall(copied));
+                    return !callbacks.chunkCopied || callbacks.chunkCopied(source, copied, total);
+                };
+                written = platform::FileCopier::copyWithoutOverwriting(source, folder, name, &copyError, options);
+            }
+            if (written) {
+                if (QFileInfo(*written).fileName() != name) {
+                    Log::raw(QStringLiteral("   ⚠️ 文件已存在，使用新路径: ") + *written);
+                    outcome.renamedCount += 1;
+                }
+                Log::raw(position + QStringLiteral("] 复制成功: ") + name);
+                outcome.copiedCount += 1;
+            } else {
+                Log::raw(position + QStringLiteral("] 复制失败: ") + copyError + QStringLiteral(" - ") + source);
+                outcome.failedCount += 1;
+            }
+            bytesDone += size;
+            filesDone += 1;
+            report(overall(0));
+        }
+        if (isVideo)
+            Log::raw(QStringLiteral("📋 视频文件复制完成"));
+    }
+    report(1);
+    setStatus(QStringLiteral("导入的文件已保存到：") + roll);
+    return outcome;
+}
+
+} // namespace lumaro::cards

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cards/CardScanner.h"
+
+#include "platform/Log.h"
+
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QSet>
+
+namespace lumaro::cards {
+
+using platform::Log;
+
+MediaKind CardScanner::kindOf(const QString& fileName)
+{
+    static const QSet<QString> raw{QStringLiteral("cr3"), QStringLiteral("cr2"), QStringLiteral("crw"),
+                                   QStringLiteral("nef"), QStringLiteral("raf"), QStringLiteral("orf"),
+                                   QStringLiteral("arw"), QStringLiteral("rw2"), QStringLiteral("dng")};
+    static const QSet<QString> video{QStringLiteral("mp4"), QStringLiteral("mov"), QStringLiteral("avi"),
+                                     QStringLiteral("m4v"), QStringLiteral("mkv")};
+    const qsizetype dot = fileName.lastIndexOf(QLatin1Char('.'));
+    if (dot < 0)
+        return MediaKind::other;
+    const QString extension = fileName.mid(dot + 1).toLower();
+    if (extension == QLatin1String("jpg") || extension == QLatin1String("jpeg"))
+        return MediaKind::jpg;
+    if (raw.contains(extension))
+        return MediaKind::raw;
+    if (video.contains(extension))
+        return MediaKind::video;
+    return MediaKind::other;
+}
+
+NewFileInfo CardScanner::scan(const QString& mountPath)
+{
+    NewFileInfo found;
+    const QFileInfo root(mountPath);
+    if (!root.isDir() || !root.isReadable()) {
+        Log::raw(QStringLiteral("⚠️ 无法创建文件枚举器: ") + mountPath);
+        return found;
+    }
+    QStringList all;
+    QDirIterator it(mountPath, QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        it.next();
+        const QFileInfo file = it.fileInfo();
+        if (file.isSymLink())
+            continue;
+        QStringList* list = nullptr;
+        switch (kindOf(file.fileName())) {
+        case MediaKind::jpg:
+            list = &found.jpgFiles;
+            break;
+        case MediaKind::raw:
+            list = &found.rawFiles;
+            break;
+        case MediaKind::video:
+            list = &found.videoFiles;
+            break;
+        case MediaKind::other:
+            break;
+        }
+        if (!list)
+            continue;
+        list->append(file.filePath());
+        all.append(file.filePath());
+        found.totalSize += file.size();
+    }
+    // Directory order differs between file systems; sorted, an import copies cards in the camera's own order.
+    found.jpgFiles.sort();
+    found.rawFiles.sort();
+    found.videoFiles.sort();
+    all.sort();
+    Log::raw(QStringLiteral("📋 扫描到的媒体文件："));
+    for (const QString& path : all)
+        Log::raw(QStringLiteral("   ") + path);
+    Log::raw(QStringLiteral("📋 文件分类结果："));
+    Log::raw(QStringLiteral("   - JPG文件: ") + QString::number(found.jpgFiles.size()));
+    Log::raw(QStringLiteral("   - RAW文件: ") + QString::number(found.rawFiles.size()));
+    Log::raw(QStringLiteral("   - 视频文件: ") + QString::number(found.videoFiles.size()));
+    Log::raw(QStringLiteral("   - 视频文件列表:"));
+    for (const QString& path : found.videoFiles)
+        Log::raw(QStringLiteral("     ") + QFileInfo(path).fileName());
+    return found;
+}
+
+} // namespace lumaro::cards

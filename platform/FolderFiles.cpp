@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/FolderFiles.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+namespace lumaro::platform {
+
+namespace {
+
+QString systemError(int code)
+{
+    return QString::fromLocal8Bit(std::strerror(code));
+}
+
+struct RawEntry
+{
+    QByteArray name;
+    FolderFile file;
+};
+
+} // namespace
+
+std::optional<std::vector<FolderFile>> FolderFiles::list(const QString& folder, QString* error)
+{
+    std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(QFile::encodeName(folder).constData()), &::closedir);
+    if (!directory) {
+        if (error)
+            *error = systemError(errno);
+        return std::nullopt;
+    }
+    const int fd = ::dirfd(directory.get());
+    std::vector<RawEntry> entries;
+    for (;;) {
+        errno = 0;
+        const dirent* entry = ::readdir(directory.get());
+        if (!entry)
+            break;
+        if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
+            continue;
+        if (entry->d_type == DT_DIR)
+            continue;
+        struct stat info {};
+        RawEntry raw{QByteArray(entry->d_name), {}};
+        if (::fstatat(fd, entry->d_name, &info, 0) != 0) {
+            if (entry->d_type != DT_REG)
+                continue; // a dangling link or a name gone meanwhile: not a file of this folder
+            raw.file.sizeKnown = false;
+            raw.file.sizeError = systemError(errno);
+        } else if (!S_ISREG(info.st_mode)) {
+            continue;
+        } else {
+            raw.file.size = qint64(info.st_size);
+        }
+        entries.push_back(std::move(raw));
+    }
+    if (errno != 0) {
+        if (error)
+            *error = systemError(errno);
+        return std::nullopt;
+    }
+    std::sort(entries.begin(), entries.end(), [](const RawEntry& a, const RawEntry& b) { return a.name < b.name; });
+    std::vector<FolderFile> files;
+    files.reserve(entries.size());
+    for (RawEntry& entry : entries) {
+        entry.file.name = QFile::decodeName(entry.name);
+        files.push_back(std::move(entry.file));
+    }
+    return files;
+}
+
+std::optional<qint64> FolderFiles::sizeOf(const QString& path, QString* error)
+{
+    struct stat info {};
+    if (::stat(QFile::encodeName(path).constData(), &info) != 0) {
+        if (error)
+            *error = systemError(errno);
+        return std::nullopt;
+    }
+    return qint64(info.st_size);
+}
+
+} // namespace lumaro::platform

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ImageMetadata.h"
+
+#include <QFile>
+
+#include <exiv2/exiv2.hpp>
+
+#include <mutex>
+
+namespace lumaro::platform {
+
+namespace {
+
+void quietenExiv2()
+{
+    // exiv2 prints its own warnings to stderr; the caller reports failures in its own words.
+    static std::once_flag once;
+    std::call_once(once, [] { Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute); });
+}
+
+QString tagText(const Exiv2::ExifData& exif, const char* key)
+{
+    const auto it = exif.findKey(Exiv2::ExifKey(key));
+    if (it == exif.end())
+        return {};
+    return QString::fromStdString(it->toString()).trimmed();
+}
+
+} // namespace
+
+ImageMetadata ImageMetadata::read(const QString& path)
+{
+    quietenExiv2();
+    ImageMetadata result;
+    try {
+        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+        if (!image.get()) {
+            result.error = QStringLiteral("unknown image format");
+            return result;
+        }
+        image->readMetadata();
+        const Exiv2::ExifData& exif = image->exifData();
+        if (exif.empty()) {
+            result.status = Status::noProperties;
+            result.error = QStringLiteral("no EXIF data");
+            return result;
+        }
+        result.status = Status::ok;
+        result.make = tagText(exif, "Exif.Image.Make");
+        result.model = tagText(exif, "Exif.Image.Model");
+    } catch (const Exiv2::AnyError& error) {
+        result.status = Status::cannotOpen;
+        result.error = QString::fromUtf8(error.what());
+    } catch (const std::exception& error) {
+        result.status = Status::cannotOpen;
+        result.error = QString::fromUtf8(error.what());
+    }
+    return result;
+}
+
+} // namespace lumaro::platform

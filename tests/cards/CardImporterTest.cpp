@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cards/CardImporter.h"
+#include "cards/CardScanner.h"
+
+#include "tests/support/LogCapture.h"
+#include "tests/support/TempFolder.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <sys/xattr.h>
+
+using namespace lumaro::cards;
+using lumaro::testing::LogCapture;
+using lumaro::testing::TempFolder;
+
+struct KindCase
+{
+    const char* name;
+    MediaKind kind;
+};
+
+class ImportKinds : public ::testing::TestWithParam<KindCase>
+{
+};
+
+TEST_P(ImportKinds, AreDecidedByTheLowerCasedExtension)
+{
+    EXPECT_EQ(CardScanner::kindOf(QString::fromUtf8(GetParam().name)), GetParam().kind) << GetParam().name;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Names, ImportKinds,
+    ::testing::Values(KindCase{"IMG_1.JPG", MediaKind::jpg}, KindCase{"IMG_2.jpeg", MediaKind::jpg},
+                      KindCase{"IMG_3.HEIC", MediaKind::other}, KindCase{"a.Cr3", MediaKind::raw},
+                      KindCase{"a.RW2", MediaKind::raw}, KindCase{"a.dng", MediaKind::raw},
+                      KindCase{"a.srw", MediaKind::other}, KindCase{"MVI.MOV", MediaKind::video},
+                      KindCase{"v.mkv", MediaKind::video}, KindCase{"v.THM", MediaKind::other},
+                      KindCase{"M3100.CTG", MediaKind::other}, KindCase{"noextension", MediaKind::other}));
+
+TEST(CardScanner, WalksTheWholeCardAndSumsWhatItKeeps)
+{
+    TempFolder card;
+    card.write(QStringLiteral("DCIM/100CANON/IMG_1.JPG"), "11");
+    card.write(QStringLiteral("DCIM/100CANON/IMG_2.jpeg"), "222");
+    card.write(QStringLiteral("DCIM/100CANON/IMG_3.HEIC"), "3333");
+    card.write(QStringLiteral("DCIM/100CANON/IMG_1.CR3"), "44444");
+    card.write(QStringLiteral("PRIVATE/M4ROOT/CLIP/C0001.MP4"), "666666");
+    card.write(QStringLiteral("DCIM/CANONMSC/M3100.CTG"));
+    LogCapture log;
+
+    const NewFileInfo found = CardScanner::scan(card.path());
+
+    EXPECT_EQ(found.jpgFiles.size(), 2);
+    EXPECT_EQ(found.rawFiles.size(), 1);
+    EXPECT_EQ(found.videoFiles, QStringList{card.filePath(QStringLiteral("PRIVATE/M4ROOT/CLIP/C0001.MP4"))});
+    EXPECT_EQ(found.totalSize, 2 + 3 + 5 + 6);
+    EXPECT_TRUE(log.contains(QStringLiteral("   - JPG文件: 2")));
+}
+
+TEST(CardScanner, AMissingCardIsAnEmptyScan)
+{
+    TempFolder card;
+    LogCapture log;
+
+    EXPECT_TRUE(CardScanner::scan(card.filePath(QStringLiteral("gone"))).isEmpty());
+    EXPECT_EQ(log.countStartingWith(QStringLiteral("⚠️ 无法创建文件枚举器: ")), 1);
+}
+
+TEST(CardImporter, CopiesEachKindIntoItsFolderOfTheNextRoll)
+{
+    TempFolder card;
+    TempFolder work;
+    work.makeFolder(QStringLiteral("roll01"));
+    work.makeFolder(QStringLiteral("roll07"));
+    work.write(QStringLiteral("rollercoaster.jpg"));
+    card.write(QStringLiteral("DCIM/100CANON/IMG_1.JPG"), "jpg");
+    card.write(QStringLiteral("DCIM/100CANON/IMG_1.CR3"), "raw");
+    card.write(QStringLiteral("DCIM/100CANON/MVI_2.MP4"), "video");
+    std::vector<QString> statuses;
+
+    const ImportOutcome outcome = CardImporter::importFiles(
+        CardScanner::scan(card.path()), work.path(),
+        {[&](const QString& s) { statuses.push_back(s); }, {}, {}});
+
+    EXPECT_EQ(outcome.destination, work.filePath(QStringLiteral("roll08")));
+    EXPECT_EQ(outcome.copiedCount, 3);
+    EXPECT_EQ(work.entries(QStringLiteral("roll08")),
+              (QStringList{QStringLiteral("JPG"), QStringLiteral("RAW"), QStringLiteral("VIDEO")}));
+    EXPECT_EQ(work.read(QStringLiteral("roll08/RAW/IMG_1.CR3")), QByteArray("raw"));
+    EXPECT_EQ(work.read(QStringLiteral("roll08/VIDEO/MVI_2.MP4")), QByteArray("video"));
+    EXPECT_EQ(statuses.front(), QStringLiteral("正在导入 JPG 文件..."));
+    EXPECT_EQ(statuses.back(), QStringLiteral("导入的文件已保存到：") + work.filePath(QStringLiteral("roll08")));
+    EXPECT_TRUE(card.exists(QStringLiteral("DCIM/100CANON/IMG_1.JPG"))) << "an import never moves off the card";
+}
+
+TEST(CardImporter, AVideoOnlyCardCreatesOnlyTheVideoFolder)
+{
+    TempFolder card;
+    TempFolder work;
+    card.write(QStringLiteral("DCIM/100CANON/MVI_1.MOV"));
+    LogCapture log;
+
+    const ImportOutcome outcome = CardImporter::importFiles(CardScanner::scan(card.path()), work.path());
+
+    EXPECT_EQ(outcome.destination, work.filePath(QStringLiteral("roll01")));
+    EXPECT_EQ(work.entries(QStringLiteral("roll01")), QStringList{QStringLiteral("VIDEO")});
+    EXPECT_TRUE(log.contains(QStringLiteral("📋 开始复制视频文件，共 1 个")));
+    EXPECT_TRUE(log.contains(QStringLiteral("📋 视频文件复制完成")));
+}
+
+TEST(CardImporter, AReusedNameTakesAFreeNameAndOverwritesNothing)
+{
+    TempFolder card;
+    TempFolder work;
+    card.write(QStringLiteral("DCIM/100CANON/IMG_0001.JPG"), "first");
+    card.write(QStringLiteral("DCIM/101CANON/IMG_0001.JPG"), "after the counter wrapped");
+    LogCapture log;
+
+    const ImportOutcome outcome = CardImporter::importFiles(CardScanner::scan(card.path()), work.path());
+
+    EXPECT_EQ(outcome.copiedCount, 2);
+    EXPECT_EQ(outcome.renamedCount, 1);
+    EXPECT_EQ(work.read(QStringLiteral("roll01/JPG/IMG_0001.JPG")), QByteArray("first"));
+    EXPECT_EQ(work.read(QStringLiteral("roll01/JPG/IMG_0001_1.JPG")), QByteArray("after the counter wrapped"));
+    EXPECT_TRUE(log.contains(QStringLiteral("   ⚠️ 文件已存在，使用新路径: ")
+                             + work.filePath(QStringLiteral("roll01/JPG/IMG_0001_1.JPG"))));
+}
+
+TEST(CardImporter, ACopyFailingHalfWayLeavesNothingAndTheRestAreCopied)
+{
+    TempFolder card;
+    TempFolder work;
+    card.write(QStringLiteral("DCIM/100CANON/IMG_1.JPG"), QByteArray(3 << 20, 'a'));
+    card.write(QStringLiteral("DCIM/100CANON/IMG_2.JPG"), QByteArray(3 << 20, 'b'));
+    card.write(QStringLiteral("DCIM/100CANON/IMG_3.JPG"), "c");
+    LogCapture log;
+    CardImporter::Callbacks callbacks;
+    callbacks.chunkCopied = [](const QString& source, qint64 copied, qint64 total) {
+        return !(source.endsWith(QStringLiteral("IMG_2.JPG")) && copied < total);
+    };
+
+    const ImportOutcome outcome = CardImporter::importFiles(CardScanner::scan(card.path()), work.path(), callbacks);
+
+    EXPECT_EQ(outcome.copiedCount, 2);
+    EXPECT_EQ(outcome.failedCount, 1);
+    EXPECT_EQ(work.entries(QStringLiteral("roll01/JPG")), (QStringList{QStringLiteral("IMG_1.JPG"), QStringLiteral("IMG_3.JPG")}));
+    EXPECT_EQ(log.countStartingWith(QStringLiteral("   [2/3] 复制失败: ")), 1);
+    EXPECT_TRUE(log.contains(QStringLiteral("   [3/3] 复制成功: IMG_3.JPG")));
+}
+
+TEST(CardImporter, KeepsColourTags)
+{
+    TempFolder card;
+    TempFolder work;
+    const QString source = card.write(QStringLiteral("DCIM/100CANON/IMG_1.JPG"));
+    const QByteArray tag("green");
+    if (::setxattr(QFile::encodeName(source).constData(), "user.xdg.tags", tag.constData(), size_t(tag.size()), 0) != 0)
+        GTEST_SKIP() << "this file system keeps no extended attributes";
+
+    CardImporter::importFiles(CardScanner::scan(card.path()), work.path());
+
+    char value[64] = {};
+    const ssize_t got = ::getxattr(QFile::encodeName(work.filePath(QStringLiteral("roll01/JPG/IMG_1.JPG"))).constData(),
+                                   "user.xdg.tags", value, sizeof value);
+    EXPECT_EQ(QByteArray(value, int(std::max<ssize_t>(got, 0))), tag);
+}
+
+TEST(CardImporter, NoImportStartsWithoutALocation)
+{
+    TempFolder card;
+    card.write(QStringLiteral("a.JPG"));
+
+    const ImportOutcome outcome = CardImporter::importFiles(CardScanner::scan(card.path()), QString());
+
+    EXPECT_TRUE(outcome.destination.isEmpty());
+    EXPECT_FALSE(outcome.error.isEmpty());
+}

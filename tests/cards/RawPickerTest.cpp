@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cards/PairingAnalyzer.h"
+#include "cards/RawPicker.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/TempFolder.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <sys/xattr.h>
+
+using namespace lumaro::cards;
+using lumaro::testing::LogCapture;
+using lumaro::testing::TempFolder;
+
+namespace {
+
+bool setTag(const QString& path, const QByteArray& tags)
+{
+    return ::setxattr(QFile::encodeName(path).constData(), "user.xdg.tags", tags.constData(), size_t(tags.size()), 0) == 0;
+}
+
+QByteArray tagOf(const QString& path)
+{
+    char value[256] = {};
+    const ssize_t got = ::getxattr(QFile::encodeName(path).constData(), "user.xdg.tags", value, sizeof value);
+    return got < 0 ? QByteArray() : QByteArray(value, int(got));
+}
+
+} // namespace
+
+TEST(RawPicker, PutsRawPickBesideTheRawFolder)
+{
+    EXPECT_EQ(RawPicker::pickFolderFor(QStringLiteral("/shoot/raw")), QStringLiteral("/shoot/RAW_PICK"));
+    EXPECT_EQ(RawPicker::pickFolderFor(QStringLiteral("/shoot/raw/")), QStringLiteral("/shoot/RAW_PICK"));
+    EXPECT_EQ(RawPicker::pickFolderFor(QStringLiteral("/raw")), QStringLiteral("/RAW_PICK"));
+}
+
+TEST(RawPicker, CopiesTheMatchedRawFilesWithTheirTags)
+{
+    TempFolder shoot;
+    shoot.write(QStringLiteral("jpg/a.jpg"));
+    shoot.write(QStringLiteral("jpg/b.JPG"));
+    const QString tagged = shoot.write(QStringLiteral("raw/a.CR2"), "A-raw");
+    shoot.write(QStringLiteral("raw/b.cr2"), "B-raw");
+    shoot.write(QStringLiteral("raw/c.CR2"), "C-raw");
+    const bool tagsWork = setTag(tagged, "red");
+    const AnalysisResults results =
+        PairingAnalyzer::analyze(shoot.filePath(QStringLiteral("jpg")), shoot.filePath(QStringLiteral("raw")));
+
+    const PickResult result = RawPicker::pick(results.matchedFiles, shoot.filePath(QStringLiteral("raw")));
+
+    EXPECT_EQ(result.pickFolder, shoot.filePath(QStringLiteral("RAW_PICK")));
+    EXPECT_EQ(result.copiedCount, 2);
+    EXPECT_EQ(shoot.entries(QStringLiteral("RAW_PICK")), (QStringList{QStringLiteral("a.CR2"), QStringLiteral("b.cr2")}));
+    EXPECT_EQ(shoot.read(QStringLiteral("RAW_PICK/a.CR2")), QByteArray("A-raw"));
+    EXPECT_TRUE(shoot.exists(QStringLiteral("raw/a.CR2"))) << "a pick copies, it never moves";
+    if (tagsWork) {
+        EXPECT_EQ(tagOf(shoot.filePath(QStringLiteral("RAW_PICK/a.CR2"))), QByteArray("red"));
+    }
+}
+
+TEST(RawPicker, PickingTwiceReplacesSameNamedFilesAndKeepsOthers)
+{
+    TempFolder shoot;
+    shoot.write(QStringLiteral("jpg/a.jpg"));
+    shoot.write(QStringLiteral("raw/a.CR2"), "new");
+    shoot.write(QStringLiteral("RAW_PICK/a.CR2"), "old");
+    shoot.write(QStringLiteral("RAW_PICK/keep.CR2"), "keep");
+    const QString rawFolder = shoot.filePath(QStringLiteral("raw"));
+
+    for (int round = 0; round < 2; ++round) {
+        const PickResult result = RawPicker::pick(PairingAnalyzer::analyze(shoot.filePath(QStringLiteral("jpg")), rawFolder)
+                                                      .matchedFiles,
+                                                  rawFolder);
+        EXPECT_EQ(result.copiedCount, 1);
+    }
+
+    EXPECT_EQ(shoot.entries(QStringLiteral("RAW_PICK")), (QStringList{QStringLiteral("a.CR2"), QStringLiteral("keep.CR2")}));
+    EXPECT_EQ(shoot.read(QStringLiteral("RAW_PICK/a.CR2")), QByteArray("new"));
+    EXPECT_EQ(shoot.read(QStringLiteral("RAW_PICK/keep.CR2")), QByteArray("keep"));
+}
+
+TEST(RawPicker, AFileNamedRawPickStopsThePickWithoutTouchingIt)
+{
+    TempFolder shoot;
+    shoot.write(QStringLiteral("raw/a.CR2"));
+    shoot.write(QStringLiteral("RAW_PICK"), "a plain file");
+    LogCapture log;
+
+    const PickResult result = RawPicker::pick({shoot.filePath(QStringLiteral("raw/a.CR2"))}, shoot.filePath(QStringLiteral("raw")));
+
+    EXPECT_TRUE(result.pickFolder.isEmpty());
+    EXPECT_EQ(result.errorMessage, QStringLiteral("PICK失败，请检查权限"));
+    EXPECT_EQ(shoot.read(QStringLiteral("RAW_PICK")), QByteArray("a plain file"));
+    EXPECT_EQ(log.countStartingWith(QStringLiteral("Error creating RAW_PICK: ")), 1);
+}
+
+TEST(RawPicker, AMissingSourceIsLoggedAndTheRestIsCopied)
+{
+    TempFolder shoot;
+    const QString present = shoot.write(QStringLiteral("raw/b.CR2"), "b");
+    LogCapture log;
+
+    const PickResult result =
+        RawPicker::pick({shoot.filePath(QStringLiteral("raw/gone.CR2")), present}, shoot.filePath(QStringLiteral("raw")));
+
+    EXPECT_EQ(result.copiedCount, 1);
+    EXPECT_EQ(result.failedCount, 1);
+    EXPECT_EQ(log.countStartingWith(QStringLiteral("copy error: ")), 1);
+    EXPECT_EQ(shoot.read(QStringLiteral("RAW_PICK/b.CR2")), QByteArray("b"));
+}
