@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/ExifOrientation.h"
+#include "platform/ImageRotator.h"
+#include "platform/TiffOrientationPatch.h"
+
+#include "tests/support/TempFolder.h"
+
+#include <QFileInfo>
+#include <QImageReader>
+#include <QImageWriter>
+
+#include <gtest/gtest.h>
+
+#include <sys/xattr.h>
+
+using namespace lumaro::platform;
+using lumaro::testing::TempFolder;
+
+namespace {
+
+// TempFolder's pictures are 64×48 with a white top-left quarter; turned left, they are 48×64 with the white
+// quarter at the bottom left.
+void expectTurnedLeft(const QString& path, const char* format = nullptr)
+{
+    QImageReader reader(path, format);
+    reader.setAutoTransform(true);
+    const QImage image = reader.read();
+    ASSERT_FALSE(image.isNull()) << qPrintable(reader.errorString());
+    EXPECT_EQ(image.size(), QSize(48, 64));
+    EXPECT_GT(qGray(image.pixel(5, 58)), 200) << "bottom left should be white";
+    EXPECT_LT(qGray(image.pixel(5, 5)), 200) << "top left should be dark";
+    EXPECT_LT(qGray(image.pixel(42, 58)), 200) << "bottom right should be dark";
+}
+
+bool tag(const QString& path)
+{
+    return ::setxattr(QFile::encodeName(path).constData(), "user.xdg.tags", "red", 3, 0) == 0;
+}
+
+QByteArray tagsOf(const QString& path)
+{
+    char buffer[64];
+    const ssize_t size = ::getxattr(QFile::encodeName(path).constData(), "user.xdg.tags", buffer, sizeof buffer);
+    return size < 0 ? QByteArray() : QByteArray(buffer, size);
+}
+
+class RewrittenFormats : public ::testing::TestWithParam<const char*>
+{
+};
+
+} // namespace
+
+TEST_P(RewrittenFormats, TurnsLeftAndKeepsTheTags)
+{
+    TempFolder folder;
+    const QString picture = folder.writePicture(QStringLiteral("shot.") + QString::fromLatin1(GetParam()));
+    const bool tagged = tag(picture);
+    const RotationOutcome outcome = ImageRotator::rotateLeft(picture);
+    ASSERT_EQ(outcome.status, RotationOutcome::Status::rotated) << qPrintable(outcome.error);
+    expectTurnedLeft(picture);
+    if (tagged)
+        EXPECT_EQ(tagsOf(picture), QByteArrayLiteral("red"));
+    EXPECT_EQ(folder.entries().size(), 1); // no temporary left beside it
+}
+
+INSTANTIATE_TEST_SUITE_P(ImageRotator, RewrittenFormats,
+                         ::testing::Values("jpg", "JPEG", "png", "tiff", "tif", "bmp", "webp"));
+
+TEST(ImageRotator, JpegTurnsThroughItsOrientationWithoutTouchingThePixels)
+{
+    TempFolder folder;
+    const QString picture = folder.writePicture(QStringLiteral("a.jpg"));
+    ASSERT_EQ(ImageRotator::rotateLeft(picture).method, RotationOutcome::Method::exifOrientation);
+    EXPECT_EQ(ExifOrientation::read(picture), 8);
+    QImageReader raw(picture);
+    raw.setAutoTransform(false);
+    EXPECT_EQ(raw.read().size(), QSize(64, 48)); // stored pixels unchanged
+    for (int turn = 0; turn < 3; ++turn)
+        ASSERT_EQ(ImageRotator::rotateLeft(picture).status, RotationOutcome::Status::rotated);
+    EXPECT_EQ(ExifOrientation::read(picture), 1); // four quarter turns: back upright
+}
+
+TEST(ImageRotator, OrientationTableIsAQuarterTurnForEveryStartingOrientation)
+{
+    // Each of the 8 orientations comes back to itself after four left turns and visits four different values.
+    for (int start = 1; start <= 8; ++start) {
+        QSet<int> seen;
+        int o = start;
+        for (int i = 0; i < 4; ++i) {
+            seen.insert(o);
+            o = ImageRotator::orientationAfterLeftTurn(o);
+        }
+        EXPECT_EQ(o, start);
+        EXPECT_EQ(seen.size(), 4);
+    }
+}
+
+TEST(ImageRotator, Cr2GetsItsOrientationTagPatchedInPlace)
+{
+    TempFolder folder;
+    // A TIFF-structured file, which is what a CR2 is; Qt writes its Orientation tag.
+    const QString tiff = folder.writePicture(QStringLiteral("raw.tiff"));
+    const QString cr2 = folder.filePath(QStringLiteral("IMG_0001.CR2"));
+    ASSERT_TRUE(QFile::rename(tiff, cr2));
+    if (TiffOrientationPatch::read(cr2) == 0)
+        GTEST_SKIP() << "this Qt writes TIFF without an Orientation tag";
+    const QByteArray before = folder.read(QStringLiteral("IMG_0001.CR2"));
+
+    const RotationOutcome outcome = ImageRotator::rotateLeft(cr2);
+    ASSERT_EQ(outcome.status, RotationOutcome::Status::rotated) << qPrintable(outcome.error);
+    EXPECT_EQ(outcome.method, RotationOutcome::Method::cr2Orientation);
+    EXPECT_EQ(TiffOrientationPatch::read(cr2), 8);
+    const QByteArray after = folder.read(QStringLiteral("IMG_0001.CR2"));
+    ASSERT_EQ(after.size(), before.size());
+    int changed = 0;
+    for (qsizetype i = 0; i < after.size(); ++i)
+        changed += after.at(i) != before.at(i);
+    EXPECT_LE(changed, 2);
+    expectTurnedLeft(cr2, "tiff");
+}
+
+TEST(ImageRotator, FormatsThatAreNotRewrittenAskForADisplayRotation)
+{
+    TempFolder folder;
+    for (const char* name : {"a.heic", "b.HEIF", "c.gif", "d.nef", "e.dng"}) {
+        const QString path = folder.write(QString::fromLatin1(name), QByteArrayLiteral("untouched"));
+        EXPECT_EQ(ImageRotator::rotateLeft(path).status, RotationOutcome::Status::needsDisplayRotation) << name;
+        EXPECT_EQ(folder.read(QString::fromLatin1(name)), QByteArrayLiteral("untouched"));
+    }
+    EXPECT_EQ(ImageRotator::rotateLeft(folder.write(QStringLiteral("notes.txt"))).status,
+              RotationOutcome::Status::unsupportedFormat);
+}
+
+TEST(ImageRotator, ATruncatedPictureFailsAndIsLeftAsItWas)
+{
+    TempFolder folder;
+    for (const char* name : {"t.jpg", "t.png"}) {
+        const QString full = folder.writePicture(QString::fromLatin1(name));
+        QFile file(full);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        const QByteArray head = file.read(40);
+        file.resize(0);
+        file.seek(0);
+        file.write(head);
+        file.close();
+        const RotationOutcome outcome = ImageRotator::rotateLeft(full);
+        EXPECT_EQ(outcome.status, RotationOutcome::Status::failed) << name;
+        EXPECT_FALSE(outcome.error.isEmpty());
+        EXPECT_EQ(folder.read(QString::fromLatin1(name)), head);
+    }
+    EXPECT_EQ(folder.entries().size(), 2);
+}

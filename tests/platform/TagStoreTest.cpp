@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/IndexFileTagStore.h"
+#include "platform/XattrTagStore.h"
+
+#include "tests/support/TempFolder.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+#include <sys/xattr.h>
+
+using namespace lumaro::platform;
+using lumaro::testing::TempFolder;
+
+namespace {
+
+QByteArray rawTags(const QString& path)
+{
+    char buffer[512];
+    const ssize_t size = ::getxattr(QFile::encodeName(path).constData(), "user.xdg.tags", buffer, sizeof buffer);
+    return size < 0 ? QByteArray("<none>") : QByteArray(buffer, size);
+}
+
+bool setRawTags(const QString& path, const QByteArray& value)
+{
+    return ::setxattr(QFile::encodeName(path).constData(), "user.xdg.tags", value.constData(), size_t(value.size()), 0)
+        == 0;
+}
+
+} // namespace
+
+TEST(XattrTagStore, ReadsTrimmedNamesAndKeepsOtherProgramsTags)
+{
+    TempFolder folder;
+    const QString picture = folder.write(QStringLiteral("a.jpg"));
+    if (!setRawTags(picture, " Portfolio , red,,client A "))
+        GTEST_SKIP() << "no user extended attributes on this file system";
+    XattrTagStore store;
+    EXPECT_EQ(store.tags(picture), QStringList({"Portfolio", "red", "client A"}));
+    ASSERT_TRUE(store.setTags(picture, {"Portfolio", "client A", "blue"}));
+    EXPECT_EQ(rawTags(picture), QByteArrayLiteral("Portfolio,client A,blue"));
+}
+
+TEST(XattrTagStore, TheAttributeGoesWhenTheLastTagDoes)
+{
+    TempFolder folder;
+    const QString picture = folder.write(QStringLiteral("a.jpg"));
+    if (!setRawTags(picture, "red"))
+        GTEST_SKIP() << "no user extended attributes on this file system";
+    XattrTagStore store;
+    ASSERT_TRUE(store.setTags(picture, {}));
+    EXPECT_EQ(rawTags(picture), QByteArrayLiteral("<none>"));
+    EXPECT_EQ(store.tags(picture), QStringList());
+    EXPECT_TRUE(store.setTags(picture, {})); // removing nothing is fine
+}
+
+TEST(XattrTagStore, AMissingFileIsAnErrorNotAnEmptyList)
+{
+    TempFolder folder;
+    QString error;
+    EXPECT_FALSE(XattrTagStore().tags(folder.filePath(QStringLiteral("gone.jpg")), &error));
+    EXPECT_FALSE(error.isEmpty());
+}
+
+TEST(XattrTagStore, WithoutExtendedAttributesTheFolderTagFileIsUsed)
+{
+    TempFolder card;
+    const QString a = card.write(QStringLiteral("DCIM/IMG_0001.JPG"));
+    const QString b = card.write(QStringLiteral("DCIM/IMG_0002.JPG"));
+    IndexFileTagStore cardStore;
+    XattrTagStore store(&cardStore, [](const QString&) { return true; }); // as on FAT/exFAT
+
+    EXPECT_EQ(store.tags(a), QStringList());
+    ASSERT_TRUE(store.setTags(a, {"red", "green"}));
+    ASSERT_TRUE(store.setTags(b, {"blue"}));
+    EXPECT_EQ(store.tags(a), QStringList({"red", "green"}));
+    EXPECT_EQ(rawTags(a), QByteArrayLiteral("<none>"));
+
+    const QJsonObject onDisk = QJsonDocument::fromJson(card.read(QStringLiteral("DCIM/_index/file_tags.json"))).object();
+    EXPECT_EQ(onDisk.keys(), QStringList({"IMG_0001.JPG", "IMG_0002.JPG"}));
+    EXPECT_TRUE(card.read(QStringLiteral("DCIM/.hidden")).contains("_index"));
+
+    ASSERT_TRUE(store.setTags(a, {}));
+    EXPECT_EQ(store.tags(a), QStringList());
+    EXPECT_EQ(store.tags(b), QStringList({"blue"}));
+}
+
+TEST(IndexFileTagStore, APlainFileNamedIndexIsNeverReplaced)
+{
+    TempFolder card;
+    const QString picture = card.write(QStringLiteral("a.jpg"));
+    card.write(QStringLiteral("_index"), QByteArrayLiteral("not a folder"));
+    QString error;
+    EXPECT_FALSE(IndexFileTagStore().setTags(picture, {"red"}, &error));
+    EXPECT_FALSE(error.isEmpty());
+    EXPECT_EQ(card.read(QStringLiteral("_index")), QByteArrayLiteral("not a folder"));
+}
