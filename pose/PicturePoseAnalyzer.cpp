@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "pose/PicturePoseAnalyzer.h"
+
+#include "platform/MoveNetBodyPoseDetector.h"
+#include "platform/vision/AnalysisImage.h"
+#include "pose/PoseVisionTags.h"
+
+#include <QElapsedTimer>
+
+namespace lumaro::pose {
+
+PicturePoseAnalyzer::PicturePoseAnalyzer()
+{
+    m_detector = platform::MoveNetBodyPoseDetector::load(&m_modelProblem);
+}
+
+PicturePoseAnalyzer::PicturePoseAnalyzer(std::unique_ptr<platform::BodyPoseDetector> detector)
+    : m_detector(std::move(detector))
+{
+    if (!m_detector)
+        m_modelProblem = QStringLiteral("未安装姿态模型");
+}
+
+PicturePoseAnalyzer::~PicturePoseAnalyzer() = default;
+
+std::variant<PicturePoseAnalysis, PicturePoseFailure>
+PicturePoseAnalyzer::analyse(const QString& path, const std::optional<std::optional<QStringList>>& visionTags)
+{
+    if (!m_detector)
+        return PicturePoseFailure{m_modelProblem};
+    QElapsedTimer timer;
+    timer.start();
+    QString error;
+    const auto picture = platform::AnalysisImageReader::read(path, kAnalysisSide, &error);
+    if (!picture)
+        return PicturePoseFailure{error.isEmpty() ? QStringLiteral("无法读取图片") : error};
+    PicturePoseAnalysis analysis;
+    analysis.path = path;
+    analysis.pixelSize = picture->pixelSize;
+    analysis.decodeMs = timer.nsecsElapsed() / 1e6;
+
+    timer.restart();
+    const auto detection = m_detector->detect(picture->image);
+    if (!detection)
+        return PicturePoseFailure{QStringLiteral("姿态检测失败")};
+    analysis.detectMs = timer.nsecsElapsed() / 1e6;
+
+    timer.restart();
+    analysis.visionTags = visionTags ? *visionTags : PoseVisionTags::forPicture(path);
+    const PersonPoseEstimator estimator;
+    for (const platform::DetectedPerson& person : detection->people)
+        analysis.people.push_back({estimator.evaluate(person.joints, analysis.visionTags), person.searchRegion});
+    analysis.rulesMs = timer.nsecsElapsed() / 1e6;
+    return analysis;
+}
+
+} // namespace lumaro::pose
