@@ -21,5 +21,6 @@ const std::vector<Command>& commands();
 
 // One declaration per command file.
 int runList(const QStringList& arguments);
+int runIndex(const QStringList& arguments);
 
 } // namespace lumaro::cli

@@ -22,8 +22,8 @@ QString VisionIndexNaming::folderKey(const QString& folderPath)
         cleanPath.chop(1);
     QString name = QFileInfo(cleanPath).fileName();
     name.replace(outside, QStringLiteral("-"));
-    // qHash is seeded per process, like the platform string hash the key was defined with. Its size_t is
-    // taken as signed first, so that "absolute value" means what it says for half of the hashes.
+    // Unseeded, so one folder keeps one key across launches; no reader relies on it either way, they match
+    // files by pattern. The size_t is taken as signed first, so "absolute value" means what it says.
     const auto hash = static_cast<qint64>(qHash(cleanPath));
     const quint64 magnitude = hash < 0 ? quint64(0) - quint64(hash) : quint64(hash);
     return name.toLower() + QLatin1Char('_') + QString::number(magnitude, 36);

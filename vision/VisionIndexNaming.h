@@ -7,8 +7,7 @@
 
 namespace lumaro::vision {
 
-// Pure functions; any thread. The folder key ends in a hash that is seeded per process, so it differs between
-// launches: readers find the files by pattern, never by name.
+// Pure functions; any thread. Readers find the files by pattern, never by the folder key.
 class VisionIndexNaming
 {
 public:

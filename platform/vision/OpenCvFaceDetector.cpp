@@ -19,7 +19,7 @@ namespace lumaro::platform {
 struct OpenCvFaceDetector::Backend
 {
     cv::Ptr<cv::FaceDetectorYN> yunet;
-    cv::CascadeClassifier cascade;
+    cv::CascadeClassifier cascade; // the detector itself without YuNet, its second opinion with it
 };
 
 namespace {
@@ -43,6 +43,28 @@ cv::Mat scaledForDetection(const cv::Mat& bgr, double* scale)
     return small;
 }
 
+// YuNet alone scores a cat's face (0.78) or a motorcycle's lamps (0.92) above a real small face (0.77), so no
+// threshold separates them. A Haar cascade fails in other ways, so a YuNet face counts only when the cascade
+// also finds a face in the region around it: on the reference photos that keeps every real face and drops
+// every false one.
+bool cascadeConfirms(cv::CascadeClassifier& cascade, const cv::Mat& bgr, const cv::Rect2f& face)
+{
+    const float margin = face.width / 2;
+    cv::Rect region(cv::Point(int(face.x - margin), int(face.y - margin)),
+                    cv::Size(int(face.width + 2 * margin), int(face.height + 2 * margin)));
+    region &= cv::Rect(0, 0, bgr.cols, bgr.rows);
+    if (region.width < 8 || region.height < 8)
+        return false;
+    cv::Mat crop;
+    cv::resize(bgr(region), crop, cv::Size(128, std::max(1, 128 * region.height / region.width)));
+    cv::Mat gray;
+    cv::cvtColor(crop, gray, cv::COLOR_BGR2GRAY);
+    cv::equalizeHist(gray, gray);
+    std::vector<cv::Rect> found;
+    cascade.detectMultiScale(gray, found, 1.05, 3, 0, cv::Size(30, 30));
+    return !found.empty();
+}
+
 } // namespace
 
 OpenCvFaceDetector::OpenCvFaceDetector(std::unique_ptr<Backend> backend)
@@ -52,9 +74,13 @@ OpenCvFaceDetector::OpenCvFaceDetector(std::unique_ptr<Backend> backend)
 
 OpenCvFaceDetector::~OpenCvFaceDetector() = default;
 
-std::unique_ptr<OpenCvFaceDetector> OpenCvFaceDetector::fromYuNet(const QString& modelPath, float scoreThreshold)
+std::unique_ptr<OpenCvFaceDetector> OpenCvFaceDetector::fromYuNet(const QString& modelPath,
+                                                                   const QString& verifierCascadePath,
+                                                                   float scoreThreshold)
 {
     auto backend = std::make_unique<Backend>();
+    if (!verifierCascadePath.isEmpty())
+        backend->cascade.load(verifierCascadePath.toStdString());
     try {
         backend->yunet = cv::FaceDetectorYN::create(modelPath.toStdString(), "", cv::Size(320, 320),
                                                     scoreThreshold, 0.3f, 5000);
@@ -90,6 +116,9 @@ std::vector<FaceBox> OpenCvFaceDetector::detect(const QImage& image)
             m_backend->yunet->detect(input, faces);
             for (int row = 0; row < faces.rows; ++row) {
                 const float* f = faces.ptr<float>(row);
+                if (!m_backend->cascade.empty()
+                    && !cascadeConfirms(m_backend->cascade, input, cv::Rect2f(f[0], f[1], f[2], f[3])))
+                    continue;
                 boxes.push_back({QRectF(f[0] / scale, f[1] / scale, f[2] / scale, f[3] / scale), f[14]});
             }
         } else {
@@ -118,15 +147,20 @@ std::vector<FaceBox> OpenCvFaceDetector::detect(const QImage& image)
 std::unique_ptr<FaceDetector> makeFaceDetector()
 {
     static std::once_flag reported;
+    QString cascadePath;
+    for (const char* cascade : kHaarCascades) {
+        if (QFileInfo::exists(QString::fromLatin1(cascade))) {
+            cascadePath = QString::fromLatin1(cascade);
+            break;
+        }
+    }
     const QString yunetPath = ModelFiles::find(QStringLiteral("face/face_detection_yunet_2022mar.onnx"));
     if (!yunetPath.isEmpty()) {
-        if (auto detector = OpenCvFaceDetector::fromYuNet(yunetPath))
+        if (auto detector = OpenCvFaceDetector::fromYuNet(yunetPath, cascadePath))
             return detector;
     }
-    for (const char* cascade : kHaarCascades) {
-        if (!QFileInfo::exists(QString::fromLatin1(cascade)))
-            continue;
-        if (auto detector = OpenCvFaceDetector::fromHaarCascade(QString::fromLatin1(cascade))) {
+    if (!cascadePath.isEmpty()) {
+        if (auto detector = OpenCvFaceDetector::fromHaarCascade(cascadePath)) {
             std::call_once(reported, [] { Log::line(kTag, QStringLiteral("⚠️ 未找到 YuNet 人脸模型，使用 Haar 级联检测人脸")); });
             return detector;
         }

@@ -16,8 +16,11 @@ namespace lumaro::platform {
 class OpenCvFaceDetector final : public FaceDetector
 {
 public:
-    // nullptr when the file cannot be loaded as a YuNet model (the reason is logged).
-    static std::unique_ptr<OpenCvFaceDetector> fromYuNet(const QString& modelPath, float scoreThreshold = 0.7f);
+    // nullptr when the file cannot be loaded as a YuNet model (the reason is logged). With a cascade file, a
+    // face counts only when the cascade finds one around it too (see the .cpp for why).
+    static std::unique_ptr<OpenCvFaceDetector> fromYuNet(const QString& modelPath,
+                                                         const QString& verifierCascadePath = {},
+                                                         float scoreThreshold = 0.7f);
     // nullptr when the cascade file cannot be loaded.
     static std::unique_ptr<OpenCvFaceDetector> fromHaarCascade(const QString& cascadePath);
     ~OpenCvFaceDetector() override;

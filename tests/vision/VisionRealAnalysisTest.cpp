@@ -82,3 +82,17 @@ TEST_F(RealAnalysis, AnimalsAndThingsGetTheirLabel)
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(RealAnalysis, ACatsFaceOrAMotorbikesLampsAreNoPerson)
+{
+    for (const char* photo : {"chelsea.png", "motorcycle_left.png", "horses.jpg"}) {
+        const VisionRecognitionResult r = analyze(photo);
+        EXPECT_FALSE(r.recognizedObjects.contains(QStringLiteral("person"))) << photo;
+        EXPECT_TRUE(r.classificationMark.startsWith(QStringLiteral("MARK_DIVERSE_"))) << photo << " → "
+                                                                                     << r.classificationMark.toStdString();
+    }
+}
+
+} // namespace

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// lumaro-cli index FOLDER: analyses the folder's pictures and writes the vision index and summary files.
+#include "cli/CommandLine.h"
+#include "cli/Commands.h"
+#include "cli/ExitCode.h"
+#include "cli/FolderArgument.h"
+#include "cli/ProgressBar.h"
+
+#include "browse/state/FileSystemService.h"
+#include "platform/Log.h"
+#include "vision/VisionIndexService.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMap>
+
+#include <mutex>
+
+namespace lumaro::cli {
+
+namespace {
+
+// "12 pictures: MARK_PEOPLE 5, MARK_OUTDOOR 4, …", most frequent first.
+QString markSummary(const vision::VisionIndexRunResult& run)
+{
+    QMap<QString, int> counts;
+    for (const vision::VisionRecognitionResult& r : run.results)
+        ++counts[r.classificationMark];
+    QList<std::pair<QString, int>> ordered(counts.keyValueBegin(), counts.keyValueEnd());
+    std::stable_sort(ordered.begin(), ordered.end(), [](const auto& a, const auto& b) { return a.second > b.second; });
+    QStringList parts;
+    for (const auto& [mark, count] : ordered)
+        parts << mark + QLatin1Char(' ') + QString::number(count);
+    QString line = QString::number(run.results.size()) + QStringLiteral(" pictures");
+    if (!parts.isEmpty())
+        line += QStringLiteral(": ") + parts.join(QStringLiteral(", "));
+    if (run.failed > 0)
+        line += QStringLiteral(" (") + QString::number(run.failed) + QStringLiteral(" failed)");
+    return line;
+}
+
+QString perfLine(const vision::VisionIndexRunResult& run, double wallSeconds)
+{
+    return QStringLiteral("PERF-VISION_INDEX: %1 张, 总计 %2 s, 解码 %3 s, 分类 %4 s, 人脸 %5 s, 文字 %6 s (各阶段为所有线程之和)")
+        .arg(run.total)
+        .arg(wallSeconds, 0, 'f', 3)
+        .arg(run.decodeSeconds, 0, 'f', 3)
+        .arg(run.classificationSeconds, 0, 'f', 3)
+        .arg(run.facesSeconds, 0, 'f', 3)
+        .arg(run.textSeconds, 0, 'f', 3);
+}
+
+} // namespace
+
+int runIndex(const QStringList& arguments)
+{
+    CommandLine line(QStringLiteral("index"),
+                     QStringLiteral("Analyse the pictures of FOLDER (scene classification, faces, text) and write "
+                                    "_index/vision_index_*.json and _index/vision_summary_*.json."));
+    line.addPositional(QStringLiteral("FOLDER"), QStringLiteral("The folder to analyse."));
+    line.addJsonOption();
+    line.addOption({QStringLiteral("jobs"), QStringLiteral("Analyse N pictures at a time (default: by picture and "
+                                                           "processor count)."),
+                    QStringLiteral("N")});
+    if (const auto stop = line.parse(arguments))
+        return *stop;
+    const auto words = line.positional(1);
+    if (!words)
+        return exitUsage;
+    if (words->size() > 1)
+        return line.usageError(QStringLiteral("index takes one folder"));
+    int jobs = 0;
+    if (line.isSet(QStringLiteral("jobs"))) {
+        bool ok = false;
+        jobs = line.value(QStringLiteral("jobs")).toInt(&ok);
+        if (!ok || jobs < 1 || jobs > 64)
+            return line.usageError(QStringLiteral("--jobs takes a number from 1 to 64"));
+    }
+    const QString folder = QDir(words->constFirst()).absolutePath();
+    if (const auto problem = problemWithFolder(folder))
+        return line.fail(*problem, exitUsage);
+
+    const QStringList names = browse::FileSystemService::shared().loadImageFileNames(folder);
+    ProgressBar progress(QStringLiteral("Analysing"), names.size());
+    vision::VisionIndexRunOptions options;
+    options.jobs = jobs;
+    // The service calls this from its workers one at a time, so the bar is never drawn by two threads at once.
+    options.onPictureFinished = [&progress](const vision::VisionRecognitionResult*, int, int) { progress.advance(); };
+    QElapsedTimer wall;
+    wall.start();
+    const vision::VisionIndexRunResult run = vision::VisionIndexService::shared().run(folder, names, options);
+    progress.finish();
+    platform::Log::raw(perfLine(run, double(wall.nsecsElapsed()) / 1e9));
+
+    if (run.indexFolderRefused)
+        return line.fail(QStringLiteral("cannot write into %1 (a file named _index is in the way, or the folder is "
+                                        "read-only); nothing was written")
+                             .arg(QDir(folder).filePath(QStringLiteral("_index"))),
+                         exitUsage);
+    QTextStream& out = standardOutput();
+    if (line.json()) {
+        QJsonObject marks;
+        for (const vision::VisionRecognitionResult& r : run.results)
+            marks.insert(r.fileName, r.classificationMark);
+        out << QJsonDocument(QJsonObject{{QStringLiteral("index"), run.indexPath},
+                                         {QStringLiteral("summary"), run.summaryPath},
+                                         {QStringLiteral("analysed"), int(run.results.size())},
+                                         {QStringLiteral("failed"), run.failed},
+                                         {QStringLiteral("marks"), marks}})
+                   .toJson(QJsonDocument::Compact)
+            << "\n";
+    } else {
+        if (!run.indexPath.isEmpty())
+            out << escapedForLine(run.indexPath) << "\n";
+        if (!run.summaryPath.isEmpty())
+            out << escapedForLine(run.summaryPath) << "\n";
+        out << markSummary(run) << "\n";
+    }
+    out.flush();
+    if (run.indexPath.isEmpty())
+        return line.fail(QStringLiteral("the index file could not be written"), exitPartial);
+    return run.failed > 0 || run.summaryPath.isEmpty() ? exitPartial : exitOk;
+}
+
+} // namespace lumaro::cli
