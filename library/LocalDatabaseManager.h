@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A thin wrapper over one SQLite file connection: open, close, run a statement, read rows, all with log lines.
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QVariant>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <functional>
+#include <optional>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace lumaro::library {
+
+struct DatabaseError
+{
+    QString message;
+    int code = 0;
+    int extendedCode = 0;
+};
+
+// One connection, used from one thread at a time (the owner's). Every statement is prepared, bound, stepped and
+// finalised within the call. Parameters bind by kind: QString text, integers and bool integer, double real, a null
+// or invalid QVariant NULL; any other kind is refused with a warning and the statement is not run.
+// A file that is not a database makes open() fail and is left untouched. Another process writing at the same time
+// is waited for (busy timeout) rather than failed on.
+class LocalDatabaseManager
+{
+public:
+    using Row = QVariantMap;
+
+    explicit LocalDatabaseManager(QString databaseName = QStringLiteral("fav.db"));
+    ~LocalDatabaseManager();
+    LocalDatabaseManager(const LocalDatabaseManager&) = delete;
+    LocalDatabaseManager& operator=(const LocalDatabaseManager&) = delete;
+
+    // The application's data folder (created when missing) joined with databaseName().
+    QString defaultPath() const;
+    // Opens (creating) the file at `path`, or at defaultPath() when empty. Closes any open connection first.
+    bool open(const QString& path = {});
+    void close();
+    bool isOpen() const { return m_db != nullptr; }
+    QString path() const { return m_path; }
+    const QString& databaseName() const { return m_databaseName; }
+
+    bool execute(const QString& sql, const QVariantList& parameters = {});
+    std::optional<QList<Row>> query(const QString& sql, const QVariantList& parameters = {});
+    // Runs `body` inside BEGIN IMMEDIATE … COMMIT; a false body or a failed commit rolls everything back.
+    // IMMEDIATE takes the write lock up front, so a read-then-write in `body` cannot race another process.
+    bool inTransaction(const std::function<bool()>& body);
+
+    // Milliseconds a statement waits for another connection's lock before failing (default 5000).
+    void setBusyTimeout(int milliseconds);
+    // The row id of the last successful INSERT on this connection.
+    qint64 lastInsertRowId() const;
+    void setDebugSQLEnabled(bool on) { m_debugSQLEnabled = on; }
+    const DatabaseError& lastError() const { return m_lastError; }
+
+private:
+    // A prepared statement with its parameters bound, or null (logged) when either step failed.
+    sqlite3_stmt* prepare(const QString& sql, const QVariantList& parameters);
+    bool runQuietly(const char* sql);
+    void recordError();
+
+    sqlite3* m_db = nullptr;
+    QString m_databaseName;
+    QString m_path;
+    int m_busyTimeoutMs = 5000;
+    bool m_debugSQLEnabled = false;
+    DatabaseError m_lastError;
+};
+
+} // namespace lumaro::library

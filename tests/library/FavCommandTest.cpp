@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// lumaro-cli fav as a user runs it: output, messages, exit codes, and two runs at once.
+#include "tests/cli/CliRunner.h"
+#include "tests/support/TempFolder.h"
+
+#include "platform/AppPaths.h"
+
+#include <QDir>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+using lumaro::testing::runCli;
+using lumaro::testing::TempFolder;
+
+namespace {
+
+QStringList lines(const QString& text)
+{
+    return text.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+QString databasePath()
+{
+    return QDir(lumaro::platform::AppPaths::dataDir()).filePath(QStringLiteral("fav.db"));
+}
+
+} // namespace
+
+TEST(FavCommand, ListsFavouritesNewestChangeFirst)
+{
+    TempFolder folder;
+    const QString a = folder.writePicture(QStringLiteral("a.jpg"));
+    const QString b = folder.writePicture(QStringLiteral("with space 收藏.jpg"));
+    const QString c = folder.writePicture(QStringLiteral("c.png"));
+    ASSERT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("add"), a, b, c}).exitCode, 0);
+    ASSERT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("type"), QStringLiteral("sss"), a}).exitCode, 0);
+    ASSERT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("remove"), b}).exitCode, 0);
+    const auto listed = runCli({QStringLiteral("fav"), QStringLiteral("list")});
+    EXPECT_EQ(listed.exitCode, 0);
+    EXPECT_EQ(lines(listed.outText()), (QStringList{a, c}));
+    const auto json = runCli({QStringLiteral("fav"), QStringLiteral("list"), QStringLiteral("--json")});
+    EXPECT_TRUE(json.outText().contains(QStringLiteral("\"type\":\"SSS\"")));
+}
+
+TEST(FavCommand, AMissingPictureIsReportedAndTheOthersStillMarked)
+{
+    TempFolder folder;
+    const QString a = folder.writePicture(QStringLiteral("a.jpg"));
+    const auto result = runCli({QStringLiteral("fav"), QStringLiteral("add"), folder.filePath(QStringLiteral("gone.jpg")),
+                                folder.path(), a});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("no such file: ")));
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("is a folder, not a picture")));
+    EXPECT_EQ(lines(runCli({QStringLiteral("fav"), QStringLiteral("list")}).outText()), QStringList{a});
+}
+
+struct UsageCase
+{
+    const char* name;
+    QStringList arguments;
+};
+
+class FavCommandUsage : public ::testing::TestWithParam<UsageCase>
+{
+};
+
+TEST_P(FavCommandUsage, BadUsageExitsTwoAndWritesNothing)
+{
+    const auto result = runCli(QStringList{QStringLiteral("fav")} + GetParam().arguments);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errText().startsWith(QStringLiteral("lumaro-cli fav: "))) << result.errText().toStdString();
+    EXPECT_FALSE(QFile::exists(databasePath()));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, FavCommandUsage,
+    ::testing::Values(UsageCase{"noSubcommand", {}}, UsageCase{"unknownSubcommand", {QStringLiteral("like"), QStringLiteral("/a.jpg")}},
+                      UsageCase{"addWithoutPaths", {QStringLiteral("add")}},
+                      UsageCase{"typeWithoutType", {QStringLiteral("type")}},
+                      UsageCase{"unknownType", {QStringLiteral("type"), QStringLiteral("SSSS"), QStringLiteral("/a.jpg")}},
+                      UsageCase{"listWithPaths", {QStringLiteral("list"), QStringLiteral("/a.jpg")}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(FavCommand, ADatabaseFileThatIsNotADatabaseIsAClearErrorAndKept)
+{
+    QDir().mkpath(lumaro::platform::AppPaths::dataDir());
+    const QByteArray original = QByteArray("these are my notes, not a database\n").repeated(200);
+    QFile file(databasePath());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(original);
+    file.close();
+    TempFolder folder;
+    const auto result = runCli({QStringLiteral("fav"), QStringLiteral("add"), folder.writePicture(QStringLiteral("a.jpg"))});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("cannot open the favourites database ") + databasePath()
+                                          + QStringLiteral(": file is not a database")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), original);
+}
+
+TEST(FavCommand, AuditCountsPathlessRecordsAndMissingPictures)
+{
+    TempFolder folder;
+    const QString a = folder.writePicture(QStringLiteral("a.jpg"));
+    const QString b = folder.writePicture(QStringLiteral("b.jpg"));
+    ASSERT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("add"), a, b}).exitCode, 0);
+    QFile::remove(b);
+    const auto result = runCli({QStringLiteral("fav"), QStringLiteral("audit")});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(lines(result.outText()),
+              (QStringList{QStringLiteral("records without a path: 0"), QStringLiteral("missing: ") + b}));
+    // A missing picture may be on a disk that is not mounted: it stays a favourite.
+    runCli({QStringLiteral("fav"), QStringLiteral("audit"), QStringLiteral("--clean")});
+    EXPECT_EQ(lines(runCli({QStringLiteral("fav"), QStringLiteral("list")}).outText()), (QStringList{b, a}));
+}
+
+// Two windows or scripts marking pictures at the same moment: every mark must land, none may fail on the lock or
+// on the UNIQUE path when both mark the same picture.
+TEST(FavCommand, TwoProcessesMarkingAtOnceLoseNothing)
+{
+    TempFolder folder;
+    QStringList shared, first, second;
+    for (int i = 0; i < 15; ++i) {
+        shared << folder.write(QStringLiteral("shared_%1.jpg").arg(i));
+        first << folder.write(QStringLiteral("first_%1.jpg").arg(i));
+        second << folder.write(QStringLiteral("second_%1.jpg").arg(i));
+    }
+    ASSERT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("list")}).exitCode, 0); // the table exists before the race
+    QProcess one, two;
+    for (auto* process : {&one, &two})
+        process->setProgram(QStringLiteral(LUMARO_CLI_PATH));
+    one.setArguments(QStringList{QStringLiteral("fav"), QStringLiteral("add"), QStringLiteral("--quiet")} + shared + first);
+    two.setArguments(QStringList{QStringLiteral("fav"), QStringLiteral("add"), QStringLiteral("--quiet")} + second + shared);
+    one.start();
+    two.start();
+    ASSERT_TRUE(one.waitForFinished(20'000));
+    ASSERT_TRUE(two.waitForFinished(20'000));
+    EXPECT_EQ(one.exitCode(), 0) << one.readAllStandardError().toStdString();
+    EXPECT_EQ(two.exitCode(), 0) << two.readAllStandardError().toStdString();
+    QStringList listed = lines(runCli({QStringLiteral("fav"), QStringLiteral("list")}).outText());
+    listed.sort();
+    QStringList expected = shared + first + second;
+    expected.sort();
+    EXPECT_EQ(listed, expected);
+}

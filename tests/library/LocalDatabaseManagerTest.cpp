@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/LocalDatabaseManager.h"
+
+#include "platform/AppPaths.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/TempFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+
+#include <gtest/gtest.h>
+
+using namespace lumaro::library;
+using lumaro::testing::LogCapture;
+using lumaro::testing::TempFolder;
+
+namespace {
+
+const QString kTag = QStringLiteral("LocalDatabaseManager - ");
+
+QByteArray notADatabase()
+{
+    QByteArray bytes(8192, '\0');
+    QRandomGenerator generator(7);
+    for (char& byte : bytes)
+        byte = char(generator.bounded(256));
+    bytes.replace(0, 16, "holiday pictures");
+    return bytes;
+}
+
+} // namespace
+
+TEST(LocalDatabaseManager, OpensInTheDataFolderCreatingItWithForeignKeysAndWal)
+{
+    QDir(lumaro::platform::AppPaths::dataDir()).removeRecursively();
+    LogCapture log;
+    LocalDatabaseManager db;
+    ASSERT_TRUE(db.open());
+    const QString expected = QDir(lumaro::platform::AppPaths::dataDir()).filePath(QStringLiteral("fav.db"));
+    EXPECT_EQ(db.path(), expected);
+    EXPECT_TRUE(QFile::exists(expected));
+    EXPECT_TRUE(log.contains(kTag + QStringLiteral("✅ 数据库已打开: ") + expected));
+    EXPECT_EQ(db.query(QStringLiteral("PRAGMA foreign_keys;"))->constFirst().first().toInt(), 1);
+    EXPECT_EQ(db.query(QStringLiteral("PRAGMA journal_mode;"))->constFirst().first().toString(), QStringLiteral("wal"));
+    db.close();
+    EXPECT_FALSE(db.isOpen());
+    EXPECT_TRUE(log.contains(kTag + QStringLiteral("✅ 数据库已关闭")));
+}
+
+struct BindCase
+{
+    const char* name;
+    QVariant value;
+    const char* sqlType;
+    QVariant readBack;
+};
+
+class LocalDatabaseManagerBind : public ::testing::TestWithParam<BindCase>
+{
+};
+
+TEST_P(LocalDatabaseManagerBind, StoresEachKindAsItsSqliteType)
+{
+    TempFolder folder;
+    LocalDatabaseManager db;
+    ASSERT_TRUE(db.open(folder.filePath(QStringLiteral("t.db"))));
+    ASSERT_TRUE(db.execute(QStringLiteral("CREATE TABLE t (v);")));
+    ASSERT_TRUE(db.execute(QStringLiteral("INSERT INTO t (v) VALUES (?);"), {GetParam().value}));
+    const auto rows = db.query(QStringLiteral("SELECT typeof(v) AS kind, v FROM t;"));
+    ASSERT_TRUE(rows && rows->size() == 1);
+    EXPECT_EQ(rows->constFirst().value(QStringLiteral("kind")).toString(), QString::fromUtf8(GetParam().sqlType));
+    EXPECT_EQ(rows->constFirst().value(QStringLiteral("v")), GetParam().readBack);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, LocalDatabaseManagerBind,
+    ::testing::Values(
+        BindCase{"text", QStringLiteral("收藏 with space\nand newline"), "text", QStringLiteral("收藏 with space\nand newline")},
+        BindCase{"integer", 42, "integer", qint64(42)},
+        BindCase{"int64", qint64(1) << 40, "integer", qint64(1) << 40},
+        BindCase{"boolean", true, "integer", qint64(1)},
+        BindCase{"real", 1700000000.25, "real", 1700000000.25},
+        BindCase{"null", QVariant(), "null", QVariant()}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(LocalDatabaseManager, RefusesAParameterItCannotBindAndRunsNothing)
+{
+    TempFolder folder;
+    LocalDatabaseManager db;
+    ASSERT_TRUE(db.open(folder.filePath(QStringLiteral("t.db"))));
+    ASSERT_TRUE(db.execute(QStringLiteral("CREATE TABLE t (v);")));
+    LogCapture log;
+    EXPECT_FALSE(db.execute(QStringLiteral("INSERT INTO t (v) VALUES (?);"), {QVariant(QVariantMap{{"a", 1}})}));
+    EXPECT_EQ(log.countStartingWith(kTag + QStringLiteral("⚠️ 未支持的参数类型: ")), 1);
+    EXPECT_EQ(db.query(QStringLiteral("SELECT v FROM t;"))->size(), 0);
+}
+
+TEST(LocalDatabaseManager, ReportsChangedRowsAndWarnsWhenNoneChanged)
+{
+    TempFolder folder;
+    LocalDatabaseManager db;
+    ASSERT_TRUE(db.open(folder.filePath(QStringLiteral("t.db"))));
+    ASSERT_TRUE(db.execute(QStringLiteral("CREATE TABLE t (v);")));
+    ASSERT_TRUE(db.execute(QStringLiteral("INSERT INTO t (v) VALUES (1), (2);")));
+    LogCapture log;
+    EXPECT_TRUE(db.execute(QStringLiteral("UPDATE t SET v = v + 1;")));
+    EXPECT_TRUE(log.contains(kTag + QStringLiteral("✅ SQL 执行成功，影响了 2 行")));
+    const QString none = QStringLiteral("DELETE FROM t WHERE v = ?;");
+    EXPECT_TRUE(db.execute(none, {99}));
+    EXPECT_TRUE(log.contains(kTag + QStringLiteral("⚠️ SQL 执行成功但没有行被影响: ") + none));
+}
+
+TEST(LocalDatabaseManager, PrepareAndStepFailuresCarrySqliteMessageAndCodes)
+{
+    TempFolder folder;
+    LocalDatabaseManager db;
+    ASSERT_TRUE(db.open(folder.filePath(QStringLiteral("t.db"))));
+    ASSERT_TRUE(db.execute(QStringLiteral("CREATE TABLE t (v TEXT UNIQUE);")));
+    ASSERT_TRUE(db.execute(QStringLiteral("INSERT INTO t (v) VALUES (?);"), {QStringLiteral("a")}));
+    LogCapture log;
+    EXPECT_FALSE(db.execute(QStringLiteral("SELEC v FROM t;")));
+    EXPECT_EQ(log.countStartingWith(kTag + QStringLiteral("❌ SQL 准备失败: ")), 1);
+    EXPECT_FALSE(db.query(QStringLiteral("SELECT nothing FROM t;")));
+    EXPECT_FALSE(db.execute(QStringLiteral("INSERT INTO t (v) VALUES (?);"), {QStringLiteral("a")}));
+    EXPECT_TRUE(log.contains(kTag
+                             + QStringLiteral("❌ SQL 执行失败: UNIQUE constraint failed: t.v (错误代码: 19, 扩展错误代码: 2067)")));
+    EXPECT_EQ(db.lastError().code, 19);
+    EXPECT_EQ(db.lastError().extendedCode, 2067);
+}
+
+TEST(LocalDatabaseManager, AFileThatIsNotADatabaseIsRefusedAndLeftUntouched)
+{
+    TempFolder folder;
+    const QByteArray original = notADatabase();
+    const QString path = folder.write(QStringLiteral("fav.db"), original);
+    LogCapture log;
+    LocalDatabaseManager db;
+    EXPECT_FALSE(db.open(path));
+    EXPECT_FALSE(db.isOpen());
+    EXPECT_TRUE(log.contains(kTag + QStringLiteral("❌ 无法打开数据库: file is not a database")));
+    EXPECT_TRUE(log.contains(kTag + QStringLiteral("   数据库路径: ") + path));
+    EXPECT_EQ(db.lastError().code, 26); // SQLITE_NOTADB
+    EXPECT_FALSE(db.execute(QStringLiteral("CREATE TABLE t (v);")));
+    EXPECT_EQ(folder.read(QStringLiteral("fav.db")), original);
+    EXPECT_EQ(folder.entries(), QStringList{QStringLiteral("fav.db")});
+}
+
+TEST(LocalDatabaseManager, ATransactionWhoseBodyFailsLeavesNoTrace)
+{
+    TempFolder folder;
+    LocalDatabaseManager db;
+    ASSERT_TRUE(db.open(folder.filePath(QStringLiteral("t.db"))));
+    ASSERT_TRUE(db.execute(QStringLiteral("CREATE TABLE t (v);")));
+    EXPECT_FALSE(db.inTransaction([&] {
+        db.execute(QStringLiteral("INSERT INTO t (v) VALUES (1);"));
+        return false;
+    }));
+    EXPECT_TRUE(db.inTransaction([&] { return db.execute(QStringLiteral("INSERT INTO t (v) VALUES (2);")); }));
+    const auto rows = db.query(QStringLiteral("SELECT v FROM t;"));
+    ASSERT_EQ(rows->size(), 1);
+    EXPECT_EQ(rows->constFirst().value(QStringLiteral("v")).toInt(), 2);
+}
+
+TEST(LocalDatabaseManager, AWriterThatCannotGetTheLockInTimeFailsWithBusy)
+{
+    TempFolder folder;
+    const QString path = folder.filePath(QStringLiteral("t.db"));
+    LocalDatabaseManager holder;
+    LocalDatabaseManager other;
+    ASSERT_TRUE(holder.open(path));
+    ASSERT_TRUE(holder.execute(QStringLiteral("CREATE TABLE t (v);")));
+    ASSERT_TRUE(other.open(path));
+    other.setBusyTimeout(0);
+    holder.inTransaction([&] {
+        EXPECT_FALSE(other.execute(QStringLiteral("INSERT INTO t (v) VALUES (1);")));
+        EXPECT_EQ(other.lastError().code, 5); // SQLITE_BUSY
+        return true;
+    });
+    EXPECT_TRUE(other.execute(QStringLiteral("INSERT INTO t (v) VALUES (1);")));
+}
