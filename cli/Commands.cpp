@@ -7,6 +7,7 @@ const std::vector<Command>& commands()
 {
     static const std::vector<Command> table{
         {QStringLiteral("list"), QStringLiteral("Print a folder's pictures in browsing order"), &runList},
+        {QStringLiteral("pose"), QStringLiteral("Name each person's pose (level 1 and 2) with its reason"), &runPose},
         {QStringLiteral("fav"), QStringLiteral("Mark pictures as favourites, list and audit them"), &runFav},
         {QStringLiteral("index"), QStringLiteral("Analyse a folder's pictures into _index/vision_index_*.json"), &runIndex},
     };

@@ -21,6 +21,7 @@ const std::vector<Command>& commands();
 
 // One declaration per command file.
 int runList(const QStringList& arguments);
+int runPose(const QStringList& arguments);
 int runFav(const QStringList& arguments);
 int runIndex(const QStringList& arguments);
 

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// lumaro-cli pose IMAGE…: each person's level-1 and level-2 pose verdicts, with the condition and reason that
+// decided them and the action they stand for.
+#include "cli/CommandLine.h"
+#include "cli/Commands.h"
+#include "cli/ExitCode.h"
+#include "cli/ProgressBar.h"
+
+#include "pose/PicturePoseAnalyzer.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace lumaro::cli {
+
+namespace {
+
+QJsonValue optionalText(const std::optional<QString>& text)
+{
+    return text ? QJsonValue(*text) : QJsonValue();
+}
+
+QJsonObject jointsJson(const platform::JointDictionary& joints)
+{
+    QJsonObject object;
+    for (const platform::JointSample& joint : joints) {
+        QJsonObject sample{{QStringLiteral("confidence"), double(joint.confidence)}};
+        sample.insert(QStringLiteral("x"), joint.location ? QJsonValue(joint.location->x()) : QJsonValue());
+        sample.insert(QStringLiteral("y"), joint.location ? QJsonValue(joint.location->y()) : QJsonValue());
+        object.insert(joint.name, sample);
+    }
+    return object;
+}
+
+QJsonObject personJson(const pose::PersonPose& person)
+{
+    const pose::PoseValueLevel1Result& first = person.level1;
+    QJsonObject level1{
+        {QStringLiteral("pose"), rawValue(first.pose)},
+        {QStringLiteral("side"), first.matchedSide ? QJsonValue(rawValue(*first.matchedSide)) : QJsonValue()},
+        {QStringLiteral("relation"),
+         first.matchedDirection ? QJsonValue(rawValue(first.matchedDirection->relation)) : QJsonValue()},
+        {QStringLiteral("reason"), first.matchedDirection ? QJsonValue(first.matchedDirection->reason)
+                                                          : optionalText(first.reason)},
+    };
+    QJsonValue level2;
+    if (person.level2) {
+        level2 = QJsonObject{{QStringLiteral("pose"), rawValue(person.level2->pose)},
+                             {QStringLiteral("matchedCondition"), person.level2->matchedCondition},
+                             {QStringLiteral("reason"), person.level2->reason}};
+    }
+    const pose::PoseActionRuleDefinition& action = pose::ruleDefinition(person.action);
+    return QJsonObject{{QStringLiteral("level1"), level1},
+                       {QStringLiteral("level2"), level2},
+                       {QStringLiteral("verdict"), person.verdict()},
+                       {QStringLiteral("action"), action.id},
+                       {QStringLiteral("actionName"), action.displayName},
+                       {QStringLiteral("joints"), jointsJson(person.joints)}};
+}
+
+void printPerson(QTextStream& out, int number, const pose::PersonPose& person)
+{
+    const pose::PoseValueLevel1Result& first = person.level1;
+    out << "  person " << number << ": " << person.verdict() << "  " << pose::ruleDefinition(person.action).displayName
+        << "\n";
+    out << "    level 1: " << rawValue(first.pose);
+    if (first.matchedSide)
+        out << "  side " << rawValue(*first.matchedSide);
+    if (first.matchedDirection)
+        out << "  " << rawValue(first.matchedDirection->relation) << "  " << first.matchedDirection->reason;
+    if (first.reason)
+        out << "  " << *first.reason;
+    out << "\n";
+    if (person.level2) {
+        out << "    level 2: " << rawValue(person.level2->pose) << "  " << person.level2->matchedCondition << "  "
+            << person.level2->reason << "\n";
+    } else {
+        out << "    level 2: none (level 1 stands)\n";
+    }
+}
+
+} // namespace
+
+int runPose(const QStringList& arguments)
+{
+    CommandLine line(QStringLiteral("pose"),
+                     QStringLiteral("Name the pose of every person in each picture IMAGE (level 1 and level 2), with "
+                                    "the condition and reason that decided it. Vision tags are read from the "
+                                    "folder's _index when there is one."));
+    line.addPositional(QStringLiteral("IMAGE"), QStringLiteral("The pictures to analyse."), QStringLiteral("IMAGE..."));
+    line.addJsonOption();
+    if (const auto stop = line.parse(arguments))
+        return *stop;
+    const auto files = line.positional(1);
+    if (!files)
+        return exitUsage;
+    for (const QString& file : *files) {
+        const QFileInfo info(file);
+        if (info.isDir())
+            return line.fail(QStringLiteral("%1: is a folder, not a picture").arg(escapedForLine(file)), exitUsage);
+        if (!info.isFile())
+            return line.fail(QStringLiteral("%1: no such file").arg(escapedForLine(file)), exitUsage);
+    }
+
+    pose::PicturePoseAnalyzer analyzer;
+    if (!analyzer.hasModel())
+        return line.fail(analyzer.modelProblem(), exitPartial);
+
+    QTextStream& out = standardOutput();
+    QJsonArray pictures;
+    int failed = 0;
+    ProgressBar progress(QStringLiteral("pose"), files->size());
+    for (const QString& file : *files) {
+        const auto outcome = analyzer.analyse(file);
+        progress.advance();
+        if (const auto* failure = std::get_if<pose::PicturePoseFailure>(&outcome)) {
+            ++failed;
+            standardError() << "lumaro-cli pose: " << escapedForLine(file) << ": " << failure->message << "\n";
+            continue;
+        }
+        const auto& analysis = std::get<pose::PicturePoseAnalysis>(outcome);
+        if (line.json()) {
+            QJsonArray people;
+            for (const pose::AnalysedPerson& person : analysis.people)
+                people.append(personJson(person.pose));
+            QJsonObject picture{{QStringLiteral("file"), file}, {QStringLiteral("people"), people}};
+            picture.insert(QStringLiteral("visionTags"), analysis.visionTags
+                                                             ? QJsonValue(QJsonArray::fromStringList(*analysis.visionTags))
+                                                             : QJsonValue());
+            pictures.append(picture);
+            continue;
+        }
+        out << escapedForLine(file) << ": " << analysis.people.size()
+            << (analysis.people.size() == 1 ? " person" : " people") << "\n";
+        int number = 0;
+        for (const pose::AnalysedPerson& person : analysis.people)
+            printPerson(out, ++number, person.pose);
+    }
+    progress.finish();
+    if (line.json())
+        out << QJsonDocument(pictures).toJson(QJsonDocument::Indented);
+    out.flush();
+    standardError().flush();
+    return failed > 0 ? exitPartial : exitOk;
+}
+
+} // namespace lumaro::cli

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// lumaro-cli pose as a user runs it: bad arguments, no model installed, real photos, tags from the index.
+#include "tests/cli/CliRunner.h"
+#include "tests/support/TempFolder.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+namespace lumaro::testing {
+namespace {
+
+// Points the model lookup at `folder` for the commands this test runs, and back when it ends.
+class ModelsDir
+{
+public:
+    explicit ModelsDir(const QString& folder) { qputenv("LUMARO_MODELS_DIR", QFile::encodeName(folder)); }
+    ~ModelsDir() { qunsetenv("LUMARO_MODELS_DIR"); }
+};
+
+struct UsageCase
+{
+    const char* label;
+    QStringList arguments;
+    const char* message;
+};
+
+class PoseCommandUsage : public ::testing::TestWithParam<UsageCase>
+{
+};
+
+TEST_P(PoseCommandUsage, RefusesBadArgumentsWithExitTwo)
+{
+    TempFolder folder;
+    folder.makeFolder(QStringLiteral("a folder"));
+    QStringList arguments{QStringLiteral("pose")};
+    for (const QString& word : GetParam().arguments)
+        arguments << (word.startsWith(u'-') ? word : folder.filePath(word));
+    const CliResult result = runCli(arguments);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errText().contains(QString::fromUtf8(GetParam().message))) << result.errText().toStdString();
+    EXPECT_TRUE(result.out.isEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, PoseCommandUsage,
+                         ::testing::Values(UsageCase{"noPicture", {}, "IMAGE"},
+                                           UsageCase{"missingFile", {QStringLiteral("gone.jpg")}, "no such file"},
+                                           UsageCase{"folder", {QStringLiteral("a folder")}, "is a folder"}),
+                         [](const auto& info) { return std::string(info.param.label); });
+
+TEST(PoseCommand, WithoutAModelSaysSoAndExitsOne)
+{
+    TempFolder folder;
+    const QString picture = folder.writePicture(QStringLiteral("p.jpg"));
+    ModelsDir models(folder.makeFolder(QStringLiteral("no models here")));
+    const CliResult result = runCli({QStringLiteral("pose"), picture});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("movenet_singlepose_lightning_v4.onnx")))
+        << result.errText().toStdString();
+}
+
+class PoseCommandOnPhotos : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_models = sharedModelsDir();
+        if (m_models.isEmpty())
+            GTEST_SKIP() << "../shared/models is not there; the pose command needs its MoveNet file";
+    }
+
+    QString photo(const char* name) const { return m_models + QStringLiteral("/test-images/") + QString::fromLatin1(name); }
+
+    QString m_models;
+};
+
+TEST_F(PoseCommandOnPhotos, PrintsVerdictsReasonsAndActionNames)
+{
+    ModelsDir models(m_models);
+    const CliResult result = runCli({QStringLiteral("pose"), QStringLiteral("--quiet"), photo("basketball1.png")});
+    ASSERT_EQ(result.exitCode, 0) << result.errText().toStdString();
+    const QString out = result.outText();
+    EXPECT_TRUE(out.contains(QStringLiteral(": 1 person\n")));
+    EXPECT_TRUE(out.contains(QStringLiteral("level 1: POSE_STAND  side ")));
+    EXPECT_TRUE(out.contains(QStringLiteral("A 高于 B，且向量位于向下 40.0° 锥内")));
+    EXPECT_TRUE(out.contains(QStringLiteral("站立 Stand")));
+}
+
+TEST_F(PoseCommandOnPhotos, JsonCarriesJointsAndReadsTagsFromTheFolderIndex)
+{
+    ModelsDir models(m_models);
+    TempFolder folder;
+    const QString picture = folder.filePath(QStringLiteral("astro naut 宇航员.png"));
+    ASSERT_TRUE(QFile::copy(photo("astronaut.png"), picture));
+    folder.write(QStringLiteral("_index/vision_index_20240101_1.json"),
+                 QStringLiteral(R"({"results":[{"fileName":"astro naut 宇航员.png","objects":["Notebook"],"scene":["Notebook"]}]})")
+                     .toUtf8());
+    const CliResult result =
+        runCli({QStringLiteral("pose"), QStringLiteral("--json"), QStringLiteral("--quiet"), picture});
+    ASSERT_EQ(result.exitCode, 0) << result.errText().toStdString();
+    const QJsonArray pictures = QJsonDocument::fromJson(result.out).array();
+    ASSERT_EQ(pictures.size(), 1);
+    const QJsonObject entry = pictures.at(0).toObject();
+    EXPECT_EQ(entry.value(QStringLiteral("visionTags")).toArray(), QJsonArray{QStringLiteral("Notebook")});
+    const QJsonArray people = entry.value(QStringLiteral("people")).toArray();
+    ASSERT_EQ(people.size(), 1);
+    const QJsonObject person = people.at(0).toObject();
+    // Head and shoulders only: no thighs, so level 1 is diverse, and the reading tag makes it lay & read.
+    EXPECT_EQ(person.value(QStringLiteral("level1")).toObject().value(QStringLiteral("pose")).toString(),
+              QStringLiteral("POSE_DIVERSE"));
+    EXPECT_EQ(person.value(QStringLiteral("level2")).toObject().value(QStringLiteral("matchedCondition")).toString(),
+              QStringLiteral("Vision Tag 包含 book"));
+    EXPECT_EQ(person.value(QStringLiteral("actionName")).toString(), QStringLiteral("躺读 Lay & Read"));
+    const QJsonObject eye = person.value(QStringLiteral("joints")).toObject().value(QStringLiteral("left_eye")).toObject();
+    EXPECT_GT(eye.value(QStringLiteral("y")).toDouble(), 0.5) << "y grows upward: the eyes are in the upper half";
+    EXPECT_TRUE(person.value(QStringLiteral("joints")).toObject().value(QStringLiteral("left_foot")).toObject()
+                    .value(QStringLiteral("x")).isNull());
+}
+
+TEST_F(PoseCommandOnPhotos, ABrokenPictureIsCountedAndTheRestStillRun)
+{
+    ModelsDir models(m_models);
+    TempFolder folder;
+    const QString broken = folder.write(QStringLiteral("broken.jpg"), QByteArrayLiteral("\xff\xd8\xff not really"));
+    const CliResult result = runCli({QStringLiteral("pose"), QStringLiteral("--quiet"), broken, photo("horses.jpg")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("broken.jpg: "))) << result.errText().toStdString();
+    EXPECT_TRUE(result.outText().contains(QStringLiteral("horses.jpg: 0 people")));
+}
+
+} // namespace
+} // namespace lumaro::testing
