@@ -10,6 +10,10 @@ const std::vector<Command>& commands()
         {QStringLiteral("pose"), QStringLiteral("Name each person's pose (level 1 and 2) with its reason"), &runPose},
         {QStringLiteral("fav"), QStringLiteral("Mark pictures as favourites, list and audit them"), &runFav},
         {QStringLiteral("index"), QStringLiteral("Analyse a folder's pictures into _index/vision_index_*.json"), &runIndex},
+        {QStringLiteral("clean"), QStringLiteral("Show, or with --yes trash, the RAW files whose JPG was not kept"), &runClean},
+        {QStringLiteral("pick"), QStringLiteral("Copy the RAW files that have a JPG into RAW_PICK"), &runPick},
+        {QStringLiteral("card"), QStringLiteral("Recognise a memory card's camera family and count its files"), &runCard},
+        {QStringLiteral("import"), QStringLiteral("Import a memory card into the next rollNN folder"), &runImport},
     };
     return table;
 }

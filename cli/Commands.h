@@ -25,4 +25,9 @@ int runPose(const QStringList& arguments);
 int runFav(const QStringList& arguments);
 int runIndex(const QStringList& arguments);
 
+int runClean(const QStringList& arguments);
+int runPick(const QStringList& arguments);
+int runCard(const QStringList& arguments);
+int runImport(const QStringList& arguments);
+
 } // namespace lumaro::cli

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/cli/CliRunner.h"
+#include "tests/support/TempFolder.h"
+
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+using namespace lumaro::testing;
+
+namespace {
+
+void shoot(TempFolder& folder, int pairs, int orphans)
+{
+    for (int i = 0; i < pairs; ++i) {
+        folder.write(QStringLiteral("jpg/IMG_%1.JPG").arg(i));
+        folder.write(QStringLiteral("raw/IMG_%1.CR3").arg(i));
+    }
+    for (int i = 0; i < orphans; ++i)
+        folder.write(QStringLiteral("raw/orphan %1.CR3").arg(i));
+}
+
+QStringList pairing(const TempFolder& folder, const QString& command)
+{
+    return {command, QStringLiteral("-q"), QStringLiteral("--jpg"), folder.filePath(QStringLiteral("jpg")),
+            QStringLiteral("--raw"), folder.filePath(QStringLiteral("raw"))};
+}
+
+} // namespace
+
+TEST(CliClean, WithoutYesListsTheOrphansAndChangesNothing)
+{
+    TempFolder folder;
+    shoot(folder, 4, 2);
+
+    const CliResult result = runCli(pairing(folder, QStringLiteral("clean")));
+
+    EXPECT_EQ(result.exitCode, 0) << result.errText().toStdString();
+    EXPECT_TRUE(result.outText().contains(QStringLiteral("Would move 2 RAW files")));
+    EXPECT_TRUE(result.outText().contains(folder.filePath(QStringLiteral("raw/orphan 1.CR3"))));
+    EXPECT_EQ(folder.entries(QStringLiteral("raw")).size(), 6);
+}
+
+TEST(CliClean, WithYesMovesTheOrphansToTheTrash)
+{
+    TempFolder folder;
+    shoot(folder, 4, 2);
+
+    const CliResult result = runCli(pairing(folder, QStringLiteral("clean")) << QStringLiteral("--yes"));
+
+    EXPECT_EQ(result.exitCode, 0) << result.errText().toStdString();
+    EXPECT_TRUE(result.outText().startsWith(QStringLiteral("清理完成！已删除 2 个冗余RAW文件")));
+    EXPECT_EQ(folder.entries(QStringLiteral("raw")).size(), 4);
+    const QDir trash(qEnvironmentVariable("XDG_DATA_HOME") + QStringLiteral("/Trash/files"));
+    EXPECT_TRUE(trash.exists(QStringLiteral("orphan 0.CR3")));
+}
+
+TEST(CliClean, ThreeMatchedRefusesTheCleanAndTouchesNothing)
+{
+    TempFolder folder;
+    shoot(folder, 3, 50);
+
+    const CliResult result = runCli(pairing(folder, QStringLiteral("clean")) << QStringLiteral("--yes"));
+
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.outText().contains(QStringLiteral("匹配数量较少（≤3），为防误删暂不提供清理")));
+    EXPECT_EQ(folder.entries(QStringLiteral("raw")).size(), 53);
+}
+
+TEST(CliClean, BadFoldersAreUsageErrors)
+{
+    TempFolder folder;
+    folder.write(QStringLiteral("file.txt"));
+    EXPECT_EQ(runCli({QStringLiteral("clean"), QStringLiteral("--jpg"), folder.path()}).exitCode, 2);
+    const CliResult result = runCli({QStringLiteral("clean"), QStringLiteral("--jpg"), folder.path(),
+                                     QStringLiteral("--raw"), folder.filePath(QStringLiteral("file.txt"))});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("is a file, not a folder")));
+}
+
+TEST(CliPick, CopiesIntoRawPickBesideTheRawFolder)
+{
+    TempFolder folder;
+    shoot(folder, 2, 1);
+
+    const CliResult result = runCli(pairing(folder, QStringLiteral("pick")));
+
+    EXPECT_EQ(result.exitCode, 0) << result.errText().toStdString();
+    EXPECT_EQ(folder.entries(QStringLiteral("RAW_PICK")),
+              (QStringList{QStringLiteral("IMG_0.CR3"), QStringLiteral("IMG_1.CR3")}));
+}
+
+TEST(CliCard, NamesTheFamilyAndCounts)
+{
+    TempFolder card;
+    card.write(QStringLiteral("DCIM/CANONMSC/M3100.CTG"));
+    card.makeFolder(QStringLiteral("MISC"));
+    card.write(QStringLiteral("DCIM/100CANON/IMG_0001.JPG"));
+    card.write(QStringLiteral("DCIM/100CANON/IMG_0001.CR3"));
+
+    const CliResult result = runCli({QStringLiteral("card"), QStringLiteral("-q"), card.path()});
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(result.outText().startsWith(QStringLiteral("Canon R 系列\n")));
+    EXPECT_TRUE(result.outText().contains(QStringLiteral("CR3: 1\n")));
+    EXPECT_EQ(runCli({QStringLiteral("card"), QStringLiteral("-q"), card.filePath(QStringLiteral("MISC"))})
+                  .outText()
+                  .left(15),
+              QStringLiteral("Not recognised:"));
+    EXPECT_EQ(runCli({QStringLiteral("card"), card.filePath(QStringLiteral("none"))}).exitCode, 2);
+}
+
+TEST(CliImport, CopiesIntoTheNextRollAndNeverOverwrites)
+{
+    TempFolder card;
+    TempFolder work;
+    card.write(QStringLiteral("DCIM/100CANON/IMG_0001.JPG"), "one");
+    card.write(QStringLiteral("DCIM/101CANON/IMG_0001.JPG"), "two");
+    card.write(QStringLiteral("DCIM/100CANON/MVI_0002.MP4"), "video");
+
+    for (int run = 0; run < 2; ++run) {
+        const CliResult result =
+            runCli({QStringLiteral("import"), QStringLiteral("-q"), card.path(), QStringLiteral("--to"), work.path()});
+        EXPECT_EQ(result.exitCode, 0) << result.errText().toStdString();
+    }
+
+    EXPECT_EQ(work.entries(), (QStringList{QStringLiteral("roll01"), QStringLiteral("roll02")}));
+    EXPECT_EQ(work.entries(QStringLiteral("roll02/JPG")),
+              (QStringList{QStringLiteral("IMG_0001.JPG"), QStringLiteral("IMG_0001_1.JPG")}));
+    EXPECT_EQ(work.entries(QStringLiteral("roll02")), (QStringList{QStringLiteral("JPG"), QStringLiteral("VIDEO")}));
+}
+
+TEST(CliImport, AFileAsTheLocationIsAUsageError)
+{
+    TempFolder card;
+    card.write(QStringLiteral("a.JPG"));
+    const QString file = card.write(QStringLiteral("target"));
+
+    const CliResult result = runCli({QStringLiteral("import"), card.path(), QStringLiteral("--to"), file});
+
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(card.read(QStringLiteral("target")), QByteArray("x"));
+}
