@@ -2,11 +2,14 @@
 // The list of tool panels the window shows; one line per tool.
 #include "app/ToolHost.h"
 
+#include "app/VisionPanel.h"
+
 namespace lumaro::app {
 
 void installToolPanels(ToolHost& host)
 {
     (void)host;
+    host.addToolPanel(QStringLiteral("图像分析"), new VisionPanel(host));
 }
 
 } // namespace lumaro::app

@@ -60,4 +60,16 @@ std::optional<VisionRecognitionResult> VisionIndexReader::resultFor(const QStrin
     return std::nullopt;
 }
 
+QHash<QString, VisionRecognitionResult> VisionIndexReader::latestResults(const QString& pictureFolder)
+{
+    QHash<QString, VisionRecognitionResult> latest;
+    for (const Run& run : runsNewestFirst(pictureFolder)) {
+        for (const VisionRecognitionResult& result : run.data.results) {
+            if (!latest.contains(result.fileName))
+                latest.insert(result.fileName, result);
+        }
+    }
+    return latest;
+}
+
 } // namespace lumaro::vision

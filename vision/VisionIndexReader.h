@@ -4,6 +4,7 @@
 
 #include "vision/VisionRecognitionResult.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -21,6 +22,8 @@ public:
     static QStringList indexFilesNewestFirst(const QString& pictureFolder);
     // The picture's result from the newest run that analysed it, or nullopt.
     static std::optional<VisionRecognitionResult> resultFor(const QString& pictureFolder, const QString& fileName);
+    // Every picture's result from the newest run that analysed it, by file name.
+    static QHash<QString, VisionRecognitionResult> latestResults(const QString& pictureFolder);
 };
 
 } // namespace lumaro::vision

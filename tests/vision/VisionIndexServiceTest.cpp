@@ -276,6 +276,10 @@ TEST(VisionIndexReader, TheNewestRunThatHasThePictureWins)
     EXPECT_EQ(VisionIndexReader::resultFor(folder.path(), QStringLiteral("a.jpg"))->classificationMark,
               QStringLiteral("MARK_PEOPLE"));
     EXPECT_FALSE(VisionIndexReader::resultFor(folder.path(), QStringLiteral("c.jpg")));
+    const auto latest = VisionIndexReader::latestResults(folder.path());
+    EXPECT_EQ(latest.size(), 2);
+    EXPECT_EQ(latest.value(QStringLiteral("a.jpg")).classificationMark, QStringLiteral("MARK_PEOPLE"));
+    EXPECT_EQ(latest.value(QStringLiteral("b.jpg")).classificationMark, QStringLiteral("MARK_TOOLS"));
 }
 
 } // namespace
