@@ -4,6 +4,7 @@
 
 #include "cards/NewFileInfo.h"
 
+#include <QMetaType>
 #include <QString>
 
 #include <functional>
@@ -46,3 +47,5 @@ public:
 };
 
 } // namespace lumaro::cards
+
+Q_DECLARE_METATYPE(lumaro::cards::ImportOutcome)

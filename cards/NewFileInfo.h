@@ -2,6 +2,7 @@
 // What a scan of a memory card found to import, sorted by kind, and what an import of it will copy.
 #pragma once
 
+#include <QMetaType>
 #include <QString>
 #include <QStringList>
 #include <QUuid>
@@ -28,3 +29,5 @@ struct ImportData
 };
 
 } // namespace lumaro::cards
+
+Q_DECLARE_METATYPE(lumaro::cards::ImportData)

@@ -105,11 +105,11 @@ bool PairingSession::clean()
             m_cleaning = false;
             m_progress = 1;
             m_cleanResults.append(result);
-            m_alertMessage = result.message;
             // The folders changed under the analysis: what it listed as orphans is now in the Trash.
             m_results = {};
-            Q_EMIT changed();
             analyze();
+            m_alertMessage = result.message;
+            Q_EMIT changed();
         }, Qt::QueuedConnection);
     });
     return true;

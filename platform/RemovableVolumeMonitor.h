@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QList>
+#include <QMetaType>
 #include <QObject>
 #include <QSet>
 #include <QString>
@@ -55,3 +56,5 @@ private:
 };
 
 } // namespace lumaro::platform
+
+Q_DECLARE_METATYPE(lumaro::platform::MountedVolume)
