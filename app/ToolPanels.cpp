@@ -2,6 +2,8 @@
 // The list of tool panels the window shows; one line per tool.
 #include "app/ToolHost.h"
 
+#include "app/PosePanel.h"
+
 #include "app/VisionPanel.h"
 
 namespace lumaro::app {
@@ -10,6 +12,7 @@ void installToolPanels(ToolHost& host)
 {
     (void)host;
     host.addToolPanel(QStringLiteral("图像分析"), new VisionPanel(host));
+    host.addToolPanel(QStringLiteral("人物姿态"), new PosePanel(host));
 }
 
 } // namespace lumaro::app

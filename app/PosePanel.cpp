@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/PosePanel.h"
+
+#include "app/PoseOverlayView.h"
+#include "app/ToolHost.h"
+#include "browse/state/LMRModeState.h"
+#include "platform/Log.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QSplitter>
+#include <QThreadPool>
+#include <QVBoxLayout>
+
+namespace lumaro::app {
+
+namespace {
+
+const QString kTag = QStringLiteral("POSE_PANEL");
+constexpr int kPreviewSide = 900;
+
+QString describe(int number, const pose::PersonPose& person)
+{
+    QStringList lines;
+    const pose::PoseActionRuleDefinition& action = pose::ruleDefinition(person.action);
+    lines << QStringLiteral("#%1  %2  %3").arg(number).arg(person.verdict(), action.displayName);
+    QString first = QStringLiteral("  LEV1 ") + rawValue(person.level1.pose);
+    if (person.level1.matchedSide)
+        first += QStringLiteral("（") + rawValue(*person.level1.matchedSide) + QStringLiteral("侧）");
+    lines << first;
+    if (person.level1.matchedDirection)
+        lines << QStringLiteral("    ") + person.level1.matchedDirection->reason;
+    if (person.level1.reason)
+        lines << QStringLiteral("    ") + *person.level1.reason;
+    if (person.level2) {
+        lines << QStringLiteral("  LEV2 ") + rawValue(person.level2->pose) + QStringLiteral("  ") +
+                     person.level2->matchedCondition;
+        lines << QStringLiteral("    ") + person.level2->reason;
+    }
+    lines << QStringLiteral("  ") + action.summary;
+    return lines.join(u'\n');
+}
+
+} // namespace
+
+struct PosePanel::Worker
+{
+    std::mutex mutex;
+    std::unique_ptr<pose::PicturePoseAnalyzer> analyzer; // made on first use, on the pool thread
+};
+
+struct PosePanel::Outcome
+{
+    std::variant<pose::PicturePoseAnalysis, pose::PicturePoseFailure> result;
+    QImage preview;
+};
+
+PosePanel::PosePanel(ToolHost& host, QWidget* parent)
+    : QWidget(parent)
+    , m_host(host)
+    , m_status(new QLabel(this))
+    , m_overlay(new PoseOverlayView(this))
+    , m_details(new QPlainTextEdit(this))
+    , m_worker(std::make_shared<Worker>())
+{
+    m_status->setWordWrap(true);
+    m_details->setReadOnly(true);
+    auto* splitter = new QSplitter(Qt::Vertical, this);
+    splitter->addWidget(m_overlay);
+    splitter->addWidget(m_details);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_status);
+    layout->addWidget(splitter, 1);
+    m_status->setText(QStringLiteral("选择一张图片以分析人物姿态"));
+    connect(&m_host.modeState(), &browse::LMRModeState::selectionChanged, this, &PosePanel::analyseSelection);
+    connect(&m_host.modeState(), &browse::LMRModeState::imageFilesChanged, this, &PosePanel::analyseSelection);
+}
+
+PosePanel::~PosePanel() = default;
+
+void PosePanel::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    analyseSelection();
+}
+
+void PosePanel::analyseSelection()
+{
+    if (!isVisible())
+        return;
+    const browse::LMRModeState& state = m_host.modeState();
+    const auto folder = state.currentFolder();
+    const auto name = state.selectedImageFileName();
+    if (!folder || !name) {
+        m_wanted.clear();
+        m_overlay->clear();
+        m_details->clear();
+        m_status->setText(QStringLiteral("选择一张图片以分析人物姿态"));
+        return;
+    }
+    m_wanted = QDir(*folder).filePath(*name);
+    if (m_wanted == m_shown || m_running)
+        return; // a running analysis picks the newest selection up when it ends
+    m_running = true;
+    m_status->setText(QStringLiteral("正在分析姿态: ") + *name);
+
+    QPointer<PosePanel> self(this);
+    const std::shared_ptr<Worker> worker = m_worker;
+    const QString path = m_wanted;
+    QThreadPool::globalInstance()->start([self, worker, path] {
+        Outcome outcome;
+        {
+            std::lock_guard lock(worker->mutex);
+            if (!worker->analyzer)
+                worker->analyzer = std::make_unique<pose::PicturePoseAnalyzer>();
+            outcome.result = worker->analyzer->analyse(path);
+        }
+        if (std::holds_alternative<pose::PicturePoseAnalysis>(outcome.result)) {
+            QImageReader reader(path);
+            reader.setAutoTransform(true);
+            const QSize size = reader.size();
+            if (size.isValid() && std::max(size.width(), size.height()) > kPreviewSide)
+                reader.setScaledSize(size.scaled(kPreviewSide, kPreviewSide, Qt::KeepAspectRatio));
+            outcome.preview = reader.read();
+        }
+        QMetaObject::invokeMethod(
+            qApp, [self, path, outcome] { if (self) self->present(path, outcome); }, Qt::QueuedConnection);
+    });
+}
+
+void PosePanel::present(const QString& path, const Outcome& outcome)
+{
+    m_running = false;
+    if (path != m_wanted) {
+        analyseSelection(); // the selection moved on while this one ran: drop it
+        return;
+    }
+    m_shown = path;
+    const QString name = QFileInfo(path).fileName();
+    if (const auto* failure = std::get_if<pose::PicturePoseFailure>(&outcome.result)) {
+        platform::Log::line(kTag, QStringLiteral("⚠️ ") + name + QStringLiteral(": ") + failure->message);
+        m_status->setText(QStringLiteral("⚠️ ") + failure->message);
+        m_overlay->clear();
+        m_details->clear();
+        return;
+    }
+    const auto& analysis = std::get<pose::PicturePoseAnalysis>(outcome.result);
+    platform::Log::line(kTag, QStringLiteral("✅ %1: %2 人").arg(name).arg(analysis.people.size()));
+    platform::Log::raw(QStringLiteral("PERF-POSE: detect %1 ms, rules %2 ms")
+                           .arg(analysis.detectMs, 0, 'f', 3)
+                           .arg(analysis.rulesMs, 0, 'f', 3));
+    m_status->setText(analysis.people.empty() ? QStringLiteral("%1: 未发现人物").arg(name)
+                                              : QStringLiteral("%1: %2 人").arg(name).arg(analysis.people.size()));
+    QStringList text;
+    for (std::size_t i = 0; i < analysis.people.size(); ++i)
+        text << describe(int(i) + 1, analysis.people[i].pose);
+    m_details->setPlainText(text.join(QStringLiteral("\n\n")));
+    m_overlay->show(outcome.preview, analysis.people);
+}
+
+} // namespace lumaro::app
