@@ -7,6 +7,9 @@ const std::vector<Command>& commands()
 {
     static const std::vector<Command> table{
         {QStringLiteral("list"), QStringLiteral("Print a folder's pictures in browsing order"), &runList},
+        {QStringLiteral("trash"), QStringLiteral("Move files to the Trash and print where each went"), &runTrash},
+        {QStringLiteral("tags"), QStringLiteral("Print a picture's tags, or toggle one colour tag"), &runTags},
+        {QStringLiteral("rotate"), QStringLiteral("Turn pictures 90 degrees to the left on disk"), &runRotate},
         {QStringLiteral("pose"), QStringLiteral("Name each person's pose (level 1 and 2) with its reason"), &runPose},
         {QStringLiteral("fav"), QStringLiteral("Mark pictures as favourites, list and audit them"), &runFav},
         {QStringLiteral("index"), QStringLiteral("Analyse a folder's pictures into _index/vision_index_*.json"), &runIndex},

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/cli/CliRunner.h"
+#include "tests/support/TempFolder.h"
+
+#include <QFileInfo>
+#include <QImageReader>
+
+#include <gtest/gtest.h>
+
+using namespace lumaro::testing;
+
+TEST(CliTrash, MovesEachFileAndPrintsWhereItWent)
+{
+    TempFolder folder;
+    const QString a = folder.write(QStringLiteral("a b.jpg"), QByteArrayLiteral("a"));
+    const QString b = folder.write(QStringLiteral("照片.CR2"), QByteArrayLiteral("b"));
+    const CliResult result = runCli({QStringLiteral("trash"), QStringLiteral("--quiet"), a, b});
+    EXPECT_EQ(result.exitCode, 0) << result.errText().toStdString();
+    const QStringList lines = result.outText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_TRUE(lines.at(0).startsWith(a + QStringLiteral(" -> ")));
+    const QString where = lines.at(1).section(QStringLiteral(" -> "), 1);
+    EXPECT_TRUE(where.endsWith(QStringLiteral("/Trash/files/照片.CR2"))) << where.toStdString();
+    EXPECT_TRUE(QFileInfo::exists(where));
+    EXPECT_TRUE(folder.entries().isEmpty());
+}
+
+TEST(CliTrash, AMissingFileAmongOthersFailsThatFileOnly)
+{
+    TempFolder folder;
+    const QString a = folder.write(QStringLiteral("a.jpg"));
+    const CliResult partial = runCli({QStringLiteral("trash"), QStringLiteral("-q"), a, folder.filePath("gone.jpg")});
+    EXPECT_EQ(partial.exitCode, 1);
+    EXPECT_TRUE(partial.errText().contains(QStringLiteral("gone.jpg")));
+    EXPECT_FALSE(QFileInfo::exists(a));
+
+    const CliResult none = runCli({QStringLiteral("trash"), QStringLiteral("-q"), folder.filePath("gone.jpg")});
+    EXPECT_EQ(none.exitCode, 2);
+    EXPECT_EQ(runCli({QStringLiteral("trash")}).exitCode, 2);
+}
+
+TEST(CliTags, TogglesAColourAndPrintsTheTags)
+{
+    TempFolder folder;
+    const QString a = folder.write(QStringLiteral("a.jpg"));
+    const CliResult on = runCli({QStringLiteral("tags"), QStringLiteral("-q"), a, QStringLiteral("--toggle"), "red"});
+    EXPECT_EQ(on.exitCode, 0) << on.errText().toStdString();
+    EXPECT_EQ(on.outText(), QStringLiteral("red\n"));
+    runCli({QStringLiteral("tags"), QStringLiteral("-q"), a, QStringLiteral("--toggle"), "blue"});
+    EXPECT_EQ(runCli({QStringLiteral("tags"), QStringLiteral("-q"), a}).outText(), QStringLiteral("red,blue\n"));
+    EXPECT_EQ(runCli({QStringLiteral("tags"), "-q", "--json", a, "--toggle", "red"}).outText(),
+              QStringLiteral("[\"blue\"]\n"));
+}
+
+TEST(CliTags, BadColourOrMissingFileIsBadInput)
+{
+    TempFolder folder;
+    const QString a = folder.write(QStringLiteral("a.jpg"));
+    const CliResult colour = runCli({QStringLiteral("tags"), QStringLiteral("-q"), a, "--toggle", "magenta"});
+    EXPECT_EQ(colour.exitCode, 2);
+    EXPECT_TRUE(colour.errText().contains(QStringLiteral("magenta")));
+    EXPECT_EQ(runCli({QStringLiteral("tags"), QStringLiteral("-q"), folder.filePath("gone.jpg")}).exitCode, 2);
+}
+
+TEST(CliRotate, TurnsPicturesAndSaysWhatItCannotTurn)
+{
+    TempFolder folder;
+    const QString png = folder.writePicture(QStringLiteral("a.png"));
+    const CliResult ok = runCli({QStringLiteral("rotate"), QStringLiteral("-q"), png});
+    EXPECT_EQ(ok.exitCode, 0) << ok.errText().toStdString();
+    EXPECT_EQ(QImageReader(png).size(), QSize(48, 64));
+
+    const QString heic = folder.write(QStringLiteral("b.heic"), QByteArrayLiteral("heic"));
+    const CliResult display = runCli({QStringLiteral("rotate"), QStringLiteral("-q"), heic});
+    EXPECT_EQ(display.exitCode, 1);
+    EXPECT_EQ(folder.read(QStringLiteral("b.heic")), QByteArrayLiteral("heic"));
+
+    EXPECT_EQ(runCli({QStringLiteral("rotate"), QStringLiteral("-q"), folder.write("notes.txt")}).exitCode, 2);
+    EXPECT_EQ(runCli({QStringLiteral("rotate"), QStringLiteral("-q"), folder.filePath("gone.jpg")}).exitCode, 2);
+}
+
+TEST(CliTrash, RestorePutsBackAndNeverReplaces)
+{
+    TempFolder folder;
+    const QString a = folder.write(QStringLiteral("a #1.jpg"), QByteArrayLiteral("first"));
+    ASSERT_EQ(runCli({QStringLiteral("trash"), QStringLiteral("-q"), a}).exitCode, 0);
+    const CliResult back = runCli({QStringLiteral("trash"), QStringLiteral("-q"), QStringLiteral("--restore"), a});
+    EXPECT_EQ(back.exitCode, 0) << back.errText().toStdString();
+    EXPECT_EQ(folder.read(QStringLiteral("a #1.jpg")), QByteArrayLiteral("first"));
+
+    ASSERT_EQ(runCli({QStringLiteral("trash"), QStringLiteral("-q"), a}).exitCode, 0);
+    folder.write(QStringLiteral("a #1.jpg"), QByteArrayLiteral("newcomer"));
+    EXPECT_EQ(runCli({QStringLiteral("trash"), QStringLiteral("-q"), QStringLiteral("--restore"), a}).exitCode, 1);
+    EXPECT_EQ(folder.read(QStringLiteral("a #1.jpg")), QByteArrayLiteral("newcomer"));
+}
