@@ -2,6 +2,9 @@
 // The list of tool panels the window shows; one line per tool.
 #include "app/ToolHost.h"
 
+#include "app/FavouritesPanel.h"
+#include "library/FavourManager.h"
+
 #include "app/PosePanel.h"
 
 #include "app/VisionPanel.h"
@@ -11,6 +14,7 @@ namespace lumaro::app {
 void installToolPanels(ToolHost& host)
 {
     (void)host;
+    host.addToolPanel(QStringLiteral("已收藏"), new FavouritesPanel(host, library::FavourManager::shared()));
     host.addToolPanel(QStringLiteral("图像分析"), new VisionPanel(host));
     host.addToolPanel(QStringLiteral("人物姿态"), new PosePanel(host));
 }

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QThreadPool>
 
 namespace lumaro::library {
 
@@ -46,6 +47,8 @@ FavourManager& FavourManager::shared()
 {
     static FavourManager* manager = [] {
         auto* created = new FavourManager(platform::QSettingsStore::shared());
+        // The window must not wait for a large RAW to be copied.
+        created->setCopyRunner([](std::function<void()> copy) { QThreadPool::globalInstance()->start(std::move(copy)); });
         created->open();
         return created;
     }();
