@@ -7,6 +7,8 @@ const std::vector<Command>& commands()
 {
     static const std::vector<Command> table{
         {QStringLiteral("list"), QStringLiteral("Print a folder's pictures in browsing order"), &runList},
+        {QStringLiteral("group"), QStringLiteral("Prefix each run of related pictures with \"_G<n>_\""), &runGroup},
+        {QStringLiteral("ungroup"), QStringLiteral("Take the \"_G<n>_\" group prefixes off again"), &runUngroup},
         {QStringLiteral("trash"), QStringLiteral("Move files to the Trash and print where each went"), &runTrash},
         {QStringLiteral("tags"), QStringLiteral("Print a picture's tags, or toggle one colour tag"), &runTags},
         {QStringLiteral("rotate"), QStringLiteral("Turn pictures 90 degrees to the left on disk"), &runRotate},

@@ -21,6 +21,8 @@ const std::vector<Command>& commands();
 
 // One declaration per command file.
 int runList(const QStringList& arguments);
+int runGroup(const QStringList& arguments);
+int runUngroup(const QStringList& arguments);
 int runTrash(const QStringList& arguments);
 int runTags(const QStringList& arguments);
 int runRotate(const QStringList& arguments);
