@@ -10,3 +10,5 @@ echo "== ThumbnailCache get/set"
 "$build/bench/thumbnail_cache_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 echo "== lumaro-cli list vs find | sort"
 bash "$here/list-vs-find.sh" "$build"
+echo "== lumaro-cli trash + --restore vs gio trash + --restore (per file)"
+bash "$here/trash-vs-gio.sh" "$build"
