@@ -8,6 +8,8 @@
 #include "app/PosePanel.h"
 
 #include "app/VisionPanel.h"
+#include "app/CardMonitorPanel.h"
+#include "app/PairingPanel.h"
 
 namespace lumaro::app {
 
@@ -17,6 +19,9 @@ void installToolPanels(ToolHost& host)
     host.addToolPanel(QStringLiteral("已收藏"), new FavouritesPanel(host, library::FavourManager::shared()));
     host.addToolPanel(QStringLiteral("图像分析"), new VisionPanel(host));
     host.addToolPanel(QStringLiteral("人物姿态"), new PosePanel(host));
+    host.addToolPanel(QStringLiteral("JPG-RAW配对清理"), new PairingPanel(PairingPanel::Tool::clean, host));
+    host.addToolPanel(QStringLiteral("RAW PICK"), new PairingPanel(PairingPanel::Tool::pick, host));
+    host.addToolPanel(QStringLiteral("存储卡导入"), new CardMonitorPanel(host));
 }
 
 } // namespace lumaro::app
