@@ -5,6 +5,7 @@
 #include "browse/hotkeys/HotkeyAction.h"
 #include "browse/state/DeletedFileInfo.h"
 
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <Qt>
@@ -45,7 +46,8 @@ struct DispatcherServices
 // Main thread only: every change to LMRModeState happens here. Delete, restore and rotate run their file work on
 // the thread pool and hand the result back through the event loop; the finished signals fire then. An action that
 // needs a selection or a folder does nothing but log when there is none. A second delete while one is under way
-// (isDeleting) is refused, and so is a second restore while one runs. A delete or restore whose folder is no
+// (isDeleting) is refused, and so is a second restore while one runs; rotations asked for while one runs are
+// queued and done in order. A delete or restore whose folder is no
 // longer shown when its result arrives still records its history change, but leaves the list alone.
 class HotkeyDispatcher : public QObject
 {
@@ -92,6 +94,7 @@ private:
     void restoreNewest();
     void finishRestore(const DeletedFileInfo& info, bool ok);
     void rotateSelected();
+    void startRotation(const SelectedFile& file);
     void finishRotate(const SelectedFile& file, const platform::RotationOutcome& outcome);
     void toggleFullScreen();
     void toggleDirPanel();
@@ -111,6 +114,9 @@ private:
     RotateFunction m_rotate;
     int m_pendingTasks = 0;
     bool m_isRestoring = false;
+    bool m_isRotating = false;
+    // Turns asked for while one runs (a held key): done one after the other, so none is lost or doubled.
+    QList<SelectedFile> m_queuedRotations;
 };
 
 } // namespace lumaro::browse

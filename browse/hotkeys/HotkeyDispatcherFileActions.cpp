@@ -204,8 +204,17 @@ void HotkeyDispatcher::rotateSelected()
     const auto file = selectedFile();
     if (!file)
         return;
-    say(QStringLiteral("准备旋转图像: ") + file->name);
-    const SelectedFile selected = *file;
+    if (m_isRotating) {
+        m_queuedRotations << *file;
+        return;
+    }
+    startRotation(*file);
+}
+
+void HotkeyDispatcher::startRotation(const SelectedFile& selected)
+{
+    say(QStringLiteral("准备旋转图像: ") + selected.name);
+    m_isRotating = true;
     const RotateFunction rotate = m_rotate;
     runInBackground([this, selected, rotate]() -> std::function<void()> {
         const platform::RotationOutcome outcome = rotate(QDir(selected.folder).filePath(selected.name));
@@ -216,6 +225,11 @@ void HotkeyDispatcher::rotateSelected()
 void HotkeyDispatcher::finishRotate(const SelectedFile& file, const platform::RotationOutcome& outcome)
 {
     using Status = platform::RotationOutcome::Status;
+    m_isRotating = false;
+    if (!m_queuedRotations.isEmpty()) {
+        // Started before this one's result is shown, so isBusy() stays true until the queue is empty.
+        startRotation(m_queuedRotations.takeFirst());
+    }
     const QString path = QDir(file.folder).filePath(file.name);
     const bool shown = sameFolder(m_state.currentFolder(), file.folder);
     switch (outcome.status) {

@@ -7,6 +7,7 @@
 #include "browse/thumbnails/ThumbnailCache.h"
 #include "browse/thumbnails/ThumbnailReloadService.h"
 #include "browse/trash/FileDeleteService.h"
+#include "platform/ExifOrientation.h"
 #include "platform/IndexFileTagStore.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Trash.h"
@@ -297,6 +298,19 @@ TEST_F(Dispatcher, RotatingRewritesTheFileDropsItsThumbnailAndAsksForAReload)
     EXPECT_FALSE(cache.image(path));
     EXPECT_EQ(reloads, QStringList({path}));
     EXPECT_TRUE(state.isRotateIndicatorVisible);
+}
+
+TEST_F(Dispatcher, AHeldRotateKeyTurnsOncePerPress)
+{
+    folder.writePicture(QStringLiteral("a.jpg"));
+    state.setFolderPath(folder.path(), folder.path(), folder.path());
+    state.setImageFiles({QStringLiteral("a.jpg")});
+    state.select(0);
+    for (int i = 0; i < 3; ++i)
+        dispatcher.perform(HotkeyAction::rotateLeft);
+    ASSERT_TRUE(waitUntil([this] { return !dispatcher.isBusy(); }));
+    EXPECT_EQ(ExifOrientation::read(folder.filePath(QStringLiteral("a.jpg"))), 6); // 1 → 8 → 3 → 6
+    EXPECT_EQ(folder.entries(), QStringList({"a.jpg"}));
 }
 
 TEST_F(Dispatcher, FormatsThatCannotBeRewrittenTurnOnScreenAndOthersReportAnError)
