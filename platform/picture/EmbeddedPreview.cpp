@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/picture/EmbeddedPreview.h"
+
+#include "platform/picture/ImageOrientation.h"
+
+#include <QFile>
+
+#include <exiv2/exiv2.hpp>
+#include <libraw/libraw.h>
+
+#include <memory>
+#include <mutex>
+
+namespace lumaro::platform {
+
+namespace {
+
+void prepareExiv2()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
+        Exiv2::XmpParser::initialize();
+    });
+}
+
+int orientationOf(const Exiv2::ExifData& exif)
+{
+    const auto it = exif.findKey(Exiv2::ExifKey("Exif.Image.Orientation"));
+    if (it == exif.end() || it->count() == 0)
+        return 1;
+    const long value = it->toLong();
+    return value >= 1 && value <= 8 ? int(value) : 1;
+}
+
+std::optional<RawPreview> librawPreview(const QString& path, QString* error)
+{
+    auto raw = std::make_unique<LibRaw>();
+    const QByteArray name = QFile::encodeName(path);
+    int status = raw->open_file(name.constData());
+    if (status == LIBRAW_SUCCESS)
+        status = raw->unpack_thumb();
+    if (status != LIBRAW_SUCCESS) {
+        if (error)
+            *error = QString::fromUtf8(libraw_strerror(status));
+        return std::nullopt;
+    }
+    int makeError = 0;
+    libraw_processed_image_t* thumb = raw->dcraw_make_mem_thumb(&makeError);
+    if (!thumb) {
+        if (error)
+            *error = QString::fromUtf8(libraw_strerror(makeError));
+        return std::nullopt;
+    }
+    RawPreview preview;
+    preview.orientation = orientationFromRawFlip(raw->imgdata.sizes.flip);
+    if (thumb->type == LIBRAW_IMAGE_JPEG) {
+        preview.jpeg = QByteArray(reinterpret_cast<const char*>(thumb->data), qsizetype(thumb->data_size));
+    } else if (thumb->type == LIBRAW_IMAGE_BITMAP && thumb->colors == 3 && thumb->bits == 8) {
+        preview.bitmap = QImage(thumb->data, thumb->width, thumb->height, thumb->width * 3, QImage::Format_RGB888)
+                             .copy();
+    }
+    LibRaw::dcraw_clear_mem(thumb);
+    if (preview.jpeg.isEmpty() && preview.bitmap.isNull()) {
+        if (error)
+            *error = QStringLiteral("no usable embedded preview");
+        return std::nullopt;
+    }
+    return preview;
+}
+
+std::optional<RawPreview> exiv2Preview(const QString& path, QString* error)
+{
+    prepareExiv2();
+    try {
+        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+        image->readMetadata();
+        Exiv2::PreviewManager manager(*image);
+        const Exiv2::PreviewPropertiesList list = manager.getPreviewProperties();
+        if (list.empty()) {
+            if (error)
+                *error = QStringLiteral("no embedded preview");
+            return std::nullopt;
+        }
+        const Exiv2::PreviewImage largest = manager.getPreviewImage(list.back()); // sorted by size
+        RawPreview preview;
+        preview.orientation = orientationOf(image->exifData());
+        preview.jpeg = QByteArray(reinterpret_cast<const char*>(largest.pData()), qsizetype(largest.size()));
+        return preview;
+    } catch (const Exiv2::AnyError& failure) {
+        if (error)
+            *error = QString::fromStdString(failure.what());
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+ExifSummary EmbeddedPreview::exifOf(const QByteArray& data)
+{
+    prepareExiv2();
+    ExifSummary summary;
+    try {
+        auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(data.constData()),
+                                               long(data.size()));
+        image->readMetadata();
+        const Exiv2::ExifData& exif = image->exifData();
+        summary.readable = true;
+        summary.orientation = orientationOf(exif);
+        Exiv2::ExifThumbC thumb(exif);
+        const Exiv2::DataBuf buffer = thumb.copy();
+        if (buffer.size_ > 0 && std::string(thumb.mimeType()) == "image/jpeg")
+            summary.thumbnail = QByteArray(reinterpret_cast<const char*>(buffer.pData_), qsizetype(buffer.size_));
+    } catch (const Exiv2::AnyError&) {
+        summary.readable = false;
+    }
+    return summary;
+}
+
+std::optional<RawPreview> EmbeddedPreview::rawPreview(const QString& path, QString* error)
+{
+    QString librawError;
+    if (auto preview = librawPreview(path, &librawError))
+        return preview;
+    QString exivError;
+    if (auto preview = exiv2Preview(path, &exivError))
+        return preview;
+    if (error)
+        *error = librawError + QStringLiteral("; ") + exivError;
+    return std::nullopt;
+}
+
+} // namespace lumaro::platform

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/picture/HeifDecoder.h"
+
+#include "platform/picture/JpegDecoder.h"
+
+#include <QFile>
+
+#include <libheif/heif.h>
+
+#include <memory>
+#include <mutex>
+
+namespace lumaro::platform {
+
+namespace {
+
+struct ContextFree
+{
+    void operator()(heif_context* c) const { heif_context_free(c); }
+};
+struct HandleFree
+{
+    void operator()(heif_image_handle* h) const { heif_image_handle_release(h); }
+};
+struct ImageFree
+{
+    void operator()(heif_image* i) const { heif_image_release(i); }
+};
+using Context = std::unique_ptr<heif_context, ContextFree>;
+using Handle = std::unique_ptr<heif_image_handle, HandleFree>;
+using Image = std::unique_ptr<heif_image, ImageFree>;
+
+// A thumbnail whose long side reaches `maxSide`, if the file has one.
+Handle bigEnoughThumbnail(heif_image_handle* primary, int maxSide)
+{
+    const int count = heif_image_handle_get_number_of_thumbnails(primary);
+    if (count <= 0)
+        return nullptr;
+    std::vector<heif_item_id> ids(std::size_t(count), 0);
+    heif_image_handle_get_list_of_thumbnail_IDs(primary, ids.data(), count);
+    for (const heif_item_id id : ids) {
+        heif_image_handle* thumb = nullptr;
+        if (heif_image_handle_get_thumbnail(primary, id, &thumb).code != heif_error_Ok)
+            continue;
+        Handle owned(thumb);
+        if (std::max(heif_image_handle_get_width(thumb), heif_image_handle_get_height(thumb)) >= maxSide)
+            return owned;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+std::optional<QImage> HeifDecoder::decode(const QString& path, int maxSide, bool allowThumbnail,
+                                          bool* usedThumbnail, QString* error)
+{
+    static std::once_flag once;
+    std::call_once(once, [] { heif_init(nullptr); });
+    const auto fail = [error](const heif_error& e) -> std::optional<QImage> {
+        if (error)
+            *error = QString::fromUtf8(e.message);
+        return std::nullopt;
+    };
+    Context context(heif_context_alloc());
+    heif_error status = heif_context_read_from_file(context.get(), QFile::encodeName(path).constData(), nullptr);
+    if (status.code != heif_error_Ok)
+        return fail(status);
+    heif_image_handle* primaryRaw = nullptr;
+    status = heif_context_get_primary_image_handle(context.get(), &primaryRaw);
+    if (status.code != heif_error_Ok)
+        return fail(status);
+    Handle primary(primaryRaw);
+    Handle thumbnail = allowThumbnail && maxSide > 0 ? bigEnoughThumbnail(primary.get(), maxSide) : nullptr;
+    if (usedThumbnail)
+        *usedThumbnail = bool(thumbnail);
+    heif_image* decodedRaw = nullptr;
+    status = heif_decode_image(thumbnail ? thumbnail.get() : primary.get(), &decodedRaw, heif_colorspace_RGB,
+                               heif_chroma_interleaved_RGBA, nullptr);
+    if (status.code != heif_error_Ok)
+        return fail(status);
+    Image decoded(decodedRaw);
+    int stride = 0;
+    const uint8_t* pixels = heif_image_get_plane_readonly(decoded.get(), heif_channel_interleaved, &stride);
+    const int width = heif_image_get_width(decoded.get(), heif_channel_interleaved);
+    const int height = heif_image_get_height(decoded.get(), heif_channel_interleaved);
+    if (!pixels || width <= 0 || height <= 0)
+        return fail(heif_error{heif_error_Decoder_plugin_error, heif_suberror_Unspecified, "no pixels"});
+    const QImage view(pixels, width, height, stride, QImage::Format_RGBA8888);
+    return fitWithin(view.copy(), maxSide);
+}
+
+} // namespace lumaro::platform

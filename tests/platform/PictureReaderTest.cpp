@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The decode routes of PictureReader per format: EXIF orientation, the EXIF thumbnail, DCT scaling, Qt formats,
+// and files that are cut short or are not pictures at all.
+#include "platform/picture/PictureReader.h"
+
+#include "tests/support/TempFolder.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+
+#include <exiv2/exiv2.hpp>
+#include <gtest/gtest.h>
+
+namespace lumaro::platform {
+namespace {
+
+using testing::TempFolder;
+
+void writeExif(const QString& path, int orientation, const QByteArray& thumbnail = {})
+{
+    auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+    image->readMetadata();
+    Exiv2::ExifData& exif = image->exifData();
+    exif["Exif.Image.Orientation"] = uint16_t(orientation);
+    if (!thumbnail.isEmpty()) {
+        Exiv2::ExifThumb thumb(exif);
+        thumb.setJpegThumbnail(reinterpret_cast<const Exiv2::byte*>(thumbnail.constData()), long(thumbnail.size()));
+    }
+    image->writeMetadata();
+}
+
+QByteArray jpegBytes(QSize size, QColor color)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(color);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "jpg", 90);
+    return bytes;
+}
+
+bool near(QColor a, QColor b)
+{
+    return std::abs(a.red() - b.red()) < 40 && std::abs(a.green() - b.green()) < 40
+        && std::abs(a.blue() - b.blue()) < 40;
+}
+
+DecodedPicture decode(const QString& path, int maxSide = 0, bool embedded = false, int rotation = 0)
+{
+    return PictureReader::read(PictureRequest{path, maxSide, embedded, rotation});
+}
+
+class OrientationTest : public ::testing::TestWithParam<int>
+{
+};
+
+// Every EXIF orientation turns the pixels the way Qt's own EXIF handling does (our oracle here).
+TEST_P(OrientationTest, JpegIsTurnedUprightLikeQtAutoTransform)
+{
+    TempFolder folder;
+    const QString path = folder.writePicture(QStringLiteral("o.jpg"), QSize(80, 40));
+    writeExif(path, GetParam());
+    QImageReader reference(path);
+    reference.setAutoTransform(true);
+    const QImage expected = reference.read();
+
+    const DecodedPicture picture = decode(path);
+
+    ASSERT_FALSE(picture.isNull()) << qPrintable(picture.error);
+    EXPECT_EQ(picture.route, DecodeRoute::jpegScaled);
+    ASSERT_EQ(picture.image.size(), expected.size());
+    for (const QPoint at : {QPoint(5, 5), QPoint(expected.width() - 6, 5), QPoint(5, expected.height() - 6),
+                            QPoint(expected.width() - 6, expected.height() - 6)})
+        EXPECT_TRUE(near(picture.image.pixelColor(at), expected.pixelColor(at)))
+            << "orientation " << GetParam() << " at " << at.x() << "," << at.y();
+}
+
+INSTANTIATE_TEST_SUITE_P(AllEight, OrientationTest, ::testing::Range(1, 9));
+
+TEST(PictureReaderTest, BigEnoughExifThumbnailStandsInForTheGrid)
+{
+    TempFolder folder;
+    const QString path = folder.writePicture(QStringLiteral("camera.jpg"), QSize(1200, 800), Qt::blue);
+    writeExif(path, 1, jpegBytes(QSize(320, 213), Qt::red));
+
+    const DecodedPicture grid = decode(path, 256, true);
+    ASSERT_FALSE(grid.isNull());
+    EXPECT_EQ(grid.route, DecodeRoute::exifThumbnail);
+    EXPECT_EQ(std::max(grid.image.width(), grid.image.height()), 256);
+    EXPECT_TRUE(near(grid.image.pixelColor(200, 100), Qt::red));
+
+    // Too small for the size asked, or not allowed (previews): the pixels are decoded.
+    EXPECT_EQ(decode(path, 400, true).route, DecodeRoute::jpegScaled);
+    EXPECT_EQ(decode(path, 256, false).route, DecodeRoute::jpegScaled);
+}
+
+TEST(PictureReaderTest, ExifThumbnailIsTurnedByTheFilesOrientation)
+{
+    TempFolder folder;
+    const QString path = folder.writePicture(QStringLiteral("turned.jpg"), QSize(1200, 800));
+    writeExif(path, 6, jpegBytes(QSize(320, 213), Qt::red));
+    const DecodedPicture picture = decode(path, 256, true);
+    ASSERT_EQ(picture.route, DecodeRoute::exifThumbnail);
+    EXPECT_GT(picture.image.height(), picture.image.width());
+}
+
+TEST(PictureReaderTest, LargeJpegIsScaledToTheLongSideAsked)
+{
+    TempFolder folder;
+    const QString path = folder.writePicture(QStringLiteral("big.jpg"), QSize(3000, 2000));
+    const DecodedPicture picture = decode(path, 256, true);
+    ASSERT_FALSE(picture.isNull());
+    EXPECT_EQ(picture.route, DecodeRoute::jpegScaled);
+    EXPECT_EQ(picture.image.size(), QSize(256, 170));
+    EXPECT_TRUE(near(picture.image.pixelColor(20, 20), Qt::white)); // the top-left quarter stays top-left
+}
+
+TEST(PictureReaderTest, DisplayRotationTurnsClockwiseOnTopOfTheFile)
+{
+    TempFolder folder;
+    const QString path = folder.writePicture(QStringLiteral("r.png"), QSize(80, 40));
+    const DecodedPicture picture = decode(path, 0, false, 90);
+    ASSERT_EQ(picture.image.size(), QSize(40, 80));
+    EXPECT_TRUE(near(picture.image.pixelColor(35, 5), Qt::white)); // top-left went to top-right
+}
+
+class QtFormatTest : public ::testing::TestWithParam<const char*>
+{
+};
+
+TEST_P(QtFormatTest, DecodesThroughQtWithinTheSizeAsked)
+{
+    TempFolder folder;
+    const QString path = folder.writePicture(QStringLiteral("p.") + QLatin1String(GetParam()), QSize(600, 300));
+    const DecodedPicture picture = decode(path, 200, true);
+    ASSERT_FALSE(picture.isNull()) << qPrintable(picture.error);
+    EXPECT_EQ(picture.route, DecodeRoute::qt);
+    EXPECT_EQ(picture.image.size(), QSize(200, 100));
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, QtFormatTest, ::testing::Values("png", "tiff", "bmp", "webp"));
+
+TEST(PictureReaderTest, GifGivesItsFirstFrame)
+{
+    TempFolder folder;
+    // The smallest valid GIF: one red pixel (Qt reads GIF but cannot write it).
+    const QByteArray gif = QByteArray::fromHex("47494638396101000100800000ff000000000021f90401000000002c00000000"
+                                               "010001000002024401003b");
+    const DecodedPicture picture = decode(folder.write(QStringLiteral("one.gif"), gif), 256, true);
+    ASSERT_FALSE(picture.isNull()) << qPrintable(picture.error);
+    EXPECT_EQ(picture.image.size(), QSize(1, 1));
+}
+
+TEST(PictureReaderTest, PngNamedJpgIsStillRead)
+{
+    TempFolder folder;
+    const QString png = folder.writePicture(QStringLiteral("real.png"), QSize(64, 48));
+    const QString misnamed = folder.write(QStringLiteral("misnamed.jpg"), folder.read(QStringLiteral("real.png")));
+    Q_UNUSED(png);
+    const DecodedPicture picture = decode(misnamed, 256, true);
+    ASSERT_FALSE(picture.isNull()) << qPrintable(picture.error);
+    EXPECT_EQ(picture.image.size(), QSize(64, 48));
+}
+
+class BrokenFileTest : public ::testing::TestWithParam<const char*>
+{
+};
+
+// A copy cut short, an empty file, or text under a picture's name: no image, a reason, no crash.
+TEST_P(BrokenFileTest, GivesNoImageAndAReason)
+{
+    TempFolder folder;
+    const QString name = QLatin1String(GetParam());
+    QString path;
+    if (name.startsWith(QLatin1String("cut."))) {
+        const QString whole = folder.writePicture(QStringLiteral("whole.") + QFileInfo(name).suffix(), QSize(800, 600));
+        const QByteArray bytes = folder.read(QFileInfo(whole).fileName());
+        path = folder.write(name, bytes.left(bytes.size() / 2));
+    } else if (name.startsWith(QLatin1String("empty."))) {
+        path = folder.write(name, QByteArray());
+    } else {
+        path = folder.write(name, QByteArrayLiteral("this is not a picture at all\n"));
+    }
+    for (const int side : {256, 0}) {
+        const DecodedPicture picture = decode(path, side, true);
+        EXPECT_TRUE(picture.isNull()) << qPrintable(name);
+        EXPECT_FALSE(picture.error.isEmpty()) << qPrintable(name);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, BrokenFileTest,
+                         ::testing::Values("cut.jpg", "empty.jpg", "text.jpg", "text.cr2", "text.nef", "text.heic",
+                                           "text.png", "empty.tiff", "text.webp"));
+
+TEST(PictureReaderTest, MissingFileGivesNoImage)
+{
+    EXPECT_TRUE(decode(QStringLiteral("/nonexistent/folder/x.jpg"), 256, true).isNull());
+    EXPECT_TRUE(decode(QStringLiteral("/nonexistent/folder/x.cr2"), 256, true).isNull());
+}
+
+} // namespace
+} // namespace lumaro::platform
