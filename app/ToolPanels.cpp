@@ -6,6 +6,7 @@
 #include "library/FavourManager.h"
 
 #include "app/PosePanel.h"
+#include "app/GroupingPanel.h"
 
 #include "app/VisionPanel.h"
 #include "app/CardMonitorPanel.h"
@@ -17,6 +18,7 @@ void installToolPanels(ToolHost& host)
 {
     (void)host;
     host.addToolPanel(QStringLiteral("已收藏"), new FavouritesPanel(host, library::FavourManager::shared()));
+    host.addToolPanel(QStringLiteral("文件名分组"), new GroupingPanel(host));
     host.addToolPanel(QStringLiteral("图像分析"), new VisionPanel(host));
     host.addToolPanel(QStringLiteral("人物姿态"), new PosePanel(host));
     host.addToolPanel(QStringLiteral("JPG-RAW配对清理"), new PairingPanel(PairingPanel::Tool::clean, host));
