@@ -1,41 +1,244 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindow.h"
 
+#include "app/BrowseStatusBar.h"
+#include "app/FilmStripMode.h"
+#include "app/FolderPanel.h"
+#include "app/GridPreviewMode.h"
+#include "app/KeyMonitor.h"
+#include "app/SettingsDialog.h"
+#include "app/ThumbnailScrollView.h"
+#include "app/WaterfallMode.h"
+#include "browse/hotkeys/FolderNavigator.h"
+#include "browse/hotkeys/HotkeyDispatcher.h"
+#include "browse/hotkeys/HotkeyManager.h"
+#include "browse/state/FileSystemService.h"
 #include "browse/state/FolderLoader.h"
 #include "browse/state/LMRModeState.h"
 #include "browse/state/ModeStatePersistence.h"
+#include "browse/thumbnails/ThumbnailCache.h"
+#include "browse/thumbnails/ThumbnailLoader.h"
+#include "platform/Log.h"
 #include "platform/QSettingsStore.h"
 
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
 #include <QDockWidget>
+#include <QDragEnterEvent>
 #include <QFileDialog>
-#include <QLabel>
-#include <QListWidget>
+#include <QFileInfo>
 #include <QMenuBar>
-#include <QStatusBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QToolBar>
 
 namespace lumaro::app {
 
+namespace {
+
+// A dropped URL that names a local folder, or empty.
+QString droppedFolder(const QMimeData* mime)
+{
+    if (!mime || !mime->hasUrls())
+        return {};
+    for (const QUrl& url : mime->urls()) {
+        const QFileInfo info(url.toLocalFile());
+        if (url.isLocalFile() && info.isDir())
+            return info.absoluteFilePath();
+    }
+    return {};
+}
+
+} // namespace
+
 MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent)
-    , m_state(new browse::LMRModeState(nullptr, this))
-    , m_loader(new browse::FolderLoader(*m_state, QStringLiteral("LMRMode1View"), nullptr, this))
-    , m_list(new QListWidget(this))
-    , m_status(new QLabel(this))
+    , m_state(new browse::LMRModeState(&browse::ThumbnailCache::shared(), this))
+    , m_thumbnails(new browse::ThumbnailLoader(browse::ThumbnailCache::shared(), {}, {}, this))
+    , m_stack(new QStackedWidget(this))
 {
     setWindowTitle(tr("Lumaro"));
-    resize(1000, 700);
-    setCentralWidget(m_list);
-    statusBar()->addWidget(m_status, 1);
+    setAcceptDrops(true);
+    resize(1280, 820);
+    m_thumbnails->setRotationFunction([this](const QString& path) {
+        return m_state->rotationOverrides().value(QFileInfo(path).fileName(), 0);
+    });
+    m_modes = {new GridPreviewMode(*m_state, *m_thumbnails, m_stack), new FilmStripMode(*m_state, *m_thumbnails, m_stack),
+               new WaterfallMode(*m_state, *m_thumbnails, m_stack)};
+    for (BrowseMode* mode : m_modes) {
+        m_stack->addWidget(mode);
+        connect(&mode->folderLoader(), &browse::FolderLoader::loaded, this, &MainWindow::folderLoaded);
+        connect(&mode->thumbnails(), &ThumbnailScrollView::firstScreenComplete, this, &MainWindow::firstScreenComplete);
+    }
+    setCentralWidget(m_stack);
 
-    QMenu* fileMenu = menuBar()->addMenu(tr("文件"));
-    fileMenu->addAction(tr("打开文件夹…"), QKeySequence::Open, this, &MainWindow::chooseFolder);
-    fileMenu->addAction(tr("退出"), QKeySequence::Quit, this, &QWidget::close);
-    m_toolsMenu = menuBar()->addMenu(tr("工具"));
+    m_navigator = new browse::FolderNavigator(*m_state, &m_modes.first()->folderLoader(), nullptr, this);
+    browse::HotkeyDispatcher::Services services;
+    services.navigator = m_navigator;
+    m_dispatcher = new browse::HotkeyDispatcher(*m_state, browse::HotkeyManager::shared(), this, services, this);
+    m_keyMonitor = new KeyMonitor(*this, [this](int key, Qt::KeyboardModifiers modifiers) {
+        if (key == Qt::Key_Escape && isFullScreen()) {
+            toggleFullScreen();
+            return true;
+        }
+        return m_dispatcher->handleKey(key, modifiers);
+    }, this);
+    qApp->installEventFilter(m_keyMonitor);
 
-    connect(m_state, &browse::LMRModeState::imageFilesChanged, this, &MainWindow::showList);
-    connect(m_state, &browse::LMRModeState::selectionChanged, this, &MainWindow::showSelection);
-    connect(m_list, &QListWidget::currentRowChanged, m_state, [this](int row) { m_state->select(row); });
+    m_statusBar = new BrowseStatusBar(*m_state, this);
+    setStatusBar(m_statusBar);
+    m_folderPanel = new FolderPanel(*m_state, this);
+    m_folderDock = new QDockWidget(tr("文件夹"), this);
+    m_folderDock->setObjectName(QStringLiteral("folderPanel"));
+    m_folderDock->setWidget(m_folderPanel);
+    addDockWidget(Qt::LeftDockWidgetArea, m_folderDock);
+    m_folderDock->hide();
+    connect(m_folderPanel, &FolderPanel::openRequested, this, &MainWindow::openFolder);
+    connect(m_folderPanel, &FolderPanel::moveRequested, m_navigator, &browse::FolderNavigator::move);
+    connect(m_state, &browse::LMRModeState::folderChanged, this, [this] {
+        m_thumbnails->setFolder(m_state->currentFolder().value_or(QString()));
+    });
+    connect(m_navigator, &browse::FolderNavigator::folderChanged, this, [this] { m_sinceOpen.start(); });
+
+    buildMenus();
+    buildModeBar();
+    setEmptyText(tr("请打开一个文件夹：文件 → 打开文件夹，或把文件夹拖到窗口中"));
     installToolPanels(*this);
+    m_modes.first()->adopt(platform::QSettingsStore::shared());
+}
+
+MainWindow::~MainWindow()
+{
+    qApp->removeEventFilter(m_keyMonitor);
+}
+
+void MainWindow::buildMenus()
+{
+    QMenu* file = menuBar()->addMenu(tr("文件"));
+    file->addAction(tr("打开文件夹…"), QKeySequence::Open, this, &MainWindow::chooseFolder);
+    file->addAction(tr("重新载入"), QKeySequence::Refresh, this, &MainWindow::reloadCurrentFolder);
+    file->addSeparator();
+    file->addAction(tr("设置…"), QKeySequence::Preferences, this, &MainWindow::showSettings);
+    file->addSeparator();
+    file->addAction(tr("退出"), QKeySequence::Quit, this, &QWidget::close);
+    QMenu* view = menuBar()->addMenu(tr("显示"));
+    view->addAction(m_folderDock->toggleViewAction());
+    view->addAction(tr("全屏"), QKeySequence::FullScreen, this, &MainWindow::toggleFullScreen);
+    m_toolsMenu = menuBar()->addMenu(tr("工具"));
+}
+
+void MainWindow::buildModeBar()
+{
+    QToolBar* bar = addToolBar(tr("浏览模式"));
+    bar->setObjectName(QStringLiteral("modeBar"));
+    bar->setMovable(false);
+    m_modeActions = new QActionGroup(this);
+    for (int i = 0; i < m_modes.size(); ++i) {
+        QAction* action = bar->addAction(m_modes.at(i)->title());
+        action->setCheckable(true);
+        action->setChecked(i == 0);
+        action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + i)));
+        action->setData(i);
+        m_modeActions->addAction(action);
+    }
+    connect(m_modeActions, &QActionGroup::triggered, this,
+            [this](QAction* action) { switchMode(action->data().toInt()); });
+    bar->addSeparator();
+    bar->addAction(tr("打开文件夹"), this, &MainWindow::chooseFolder);
+    bar->addAction(m_folderDock->toggleViewAction());
+    bar->addAction(tr("设置"), this, &MainWindow::showSettings);
+}
+
+int MainWindow::currentModeIndex() const
+{
+    return m_stack->currentIndex();
+}
+
+BrowseMode& MainWindow::currentMode() const
+{
+    return *m_modes.at(m_stack->currentIndex());
+}
+
+void MainWindow::switchMode(int mode)
+{
+    if (mode < 0 || mode >= m_modes.size() || mode == currentModeIndex())
+        return;
+    platform::SettingsStore& store = platform::QSettingsStore::shared();
+    browse::ModeStatePersistence::save(*m_state, store);
+    m_stack->setCurrentIndex(mode);
+    m_modes.at(mode)->adopt(store);
+    m_modeActions->actions().at(mode)->setChecked(true);
+    m_modes.at(mode)->thumbnails().setFocus();
+}
+
+void MainWindow::chooseFolder()
+{
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("选择文件夹"),
+                                                             m_state->currentFolder().value_or(QDir::homePath()));
+    if (!folder.isEmpty())
+        openFolder(folder);
+}
+
+void MainWindow::openFolder(const QString& folder)
+{
+    const QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    m_folderPanel->setDeepMode(false);
+    m_sinceOpen.start();
+    m_state->setFolderPath(path, path, path);
+    m_state->setFolderBookmarkData(browse::FileSystemService::shared().createBookmarkData(path));
+    m_state->clearSelection();
+    setWindowTitle(tr("Lumaro — %1").arg(QFileInfo(path).fileName()));
+    currentMode().folderLoader().load(path);
+    platform::QSettingsStore::shared().setString(browse::settingsKeys::originalFolderPath, path);
+}
+
+void MainWindow::reloadCurrentFolder()
+{
+    if (const auto folder = m_state->currentFolder())
+        currentMode().folderLoader().load(*folder);
+}
+
+void MainWindow::folderLoaded(const QString& folder, int count)
+{
+    setWindowTitle(tr("Lumaro — %1").arg(QFileInfo(folder).fileName()));
+    if (count > 0)
+        return;
+    const QFileInfo info(folder);
+    if (!info.exists())
+        setEmptyText(tr("文件夹不存在: %1").arg(folder));
+    else if (!info.isDir() || !info.isReadable() || !info.isExecutable())
+        setEmptyText(tr("无法读取此文件夹（权限不足？）: %1").arg(folder));
+    else
+        setEmptyText(tr("此文件夹中没有可浏览的图片"));
+}
+
+void MainWindow::firstScreenComplete(int tiles)
+{
+    if (!m_sinceOpen.isValid())
+        return;
+    const double seconds = double(m_sinceOpen.nsecsElapsed()) / 1e9;
+    m_sinceOpen.invalidate();
+    platform::Log::raw(QStringLiteral("PERF-FIRST-SCREEN: 打开文件夹到首屏缩略图绘制完成 %1 s, %2 张")
+                           .arg(seconds, 0, 'f', 3)
+                           .arg(tiles));
+    if (qEnvironmentVariableIsSet("LUMARO_QUIT_AFTER_FIRST_SCREEN"))
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+}
+
+void MainWindow::setEmptyText(const QString& text)
+{
+    for (BrowseMode* mode : m_modes)
+        mode->thumbnails().setEmptyText(text);
+}
+
+void MainWindow::showSettings()
+{
+    SettingsDialog dialog(browse::HotkeyManager::shared(), *m_state, this);
+    dialog.exec();
 }
 
 void MainWindow::addToolPanel(const QString& title, QWidget* panel)
@@ -48,49 +251,50 @@ void MainWindow::addToolPanel(const QString& title, QWidget* panel)
     m_toolsMenu->addAction(dock->toggleViewAction());
 }
 
-void MainWindow::reloadCurrentFolder()
+void MainWindow::toggleFullScreen()
 {
-    if (const auto folder = m_state->currentFolder())
-        m_loader->load(*folder);
+    if (isFullScreen())
+        showNormal();
+    else
+        showFullScreen();
 }
 
-MainWindow::~MainWindow()
+bool MainWindow::isFolderPanelShown() const
+{
+    return !m_folderDock->isHidden();
+}
+
+void MainWindow::toggleFolderPanel()
+{
+    m_folderDock->setVisible(m_folderDock->isHidden());
+}
+
+void MainWindow::showAlert(const QString& title, const QString& message)
+{
+    auto* box = new QMessageBox(QMessageBox::Warning, title, message, QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open(); // not exec(): the event loop, and the key dispatch, go on
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!droppedFolder(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event)
+{
+    const QString folder = droppedFolder(event->mimeData());
+    if (folder.isEmpty())
+        return;
+    event->acceptProposedAction();
+    openFolder(folder);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
 {
     browse::ModeStatePersistence::save(*m_state, platform::QSettingsStore::shared());
-}
-
-void MainWindow::chooseFolder()
-{
-    const QString folder = QFileDialog::getExistingDirectory(this, tr("选择文件夹"),
-                                                             m_state->currentFolder().value_or(QString()));
-    if (!folder.isEmpty())
-        openFolder(folder);
-}
-
-void MainWindow::openFolder(const QString& folder)
-{
-    m_state->setFolderPath(folder, folder, folder);
-    m_status->setText(tr("正在加载 %1 …").arg(folder));
-    m_loader->load(folder);
-}
-
-void MainWindow::showList()
-{
-    const QSignalBlocker blocker(m_list);
-    m_list->clear();
-    m_list->addItems(m_state->imageFiles());
-    if (m_state->imageFiles().isEmpty())
-        m_status->setText(tr("此文件夹中没有图片"));
-    showSelection();
-}
-
-void MainWindow::showSelection()
-{
-    const auto index = m_state->selectedImageIndex();
-    const QSignalBlocker blocker(m_list);
-    m_list->setCurrentRow(index.value_or(-1));
-    if (const auto name = m_state->selectedImageFileName())
-        m_status->setText(QStringLiteral("%1    %2 / %3").arg(*name).arg(*index + 1).arg(m_state->imageFiles().size()));
+    QMainWindow::closeEvent(event);
 }
 
 } // namespace lumaro::app

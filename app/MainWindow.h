@@ -1,31 +1,58 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The application window: owns the one LMRModeState and shows the current folder's pictures.
+// The application window: owns the one LMRModeState for its whole life, the three browsing modes that share it,
+// the key dispatch, the folder panel and the tool panels.
 #pragma once
 
 #include "app/ToolHost.h"
+#include "browse/hotkeys/BrowseChrome.h"
 
+#include <QElapsedTimer>
+#include <QList>
 #include <QMainWindow>
 
-class QLabel;
-class QListWidget;
+class QActionGroup;
+class QDockWidget;
 class QMenu;
+class QStackedWidget;
 
 namespace lumaro::browse {
-class FolderLoader;
+class FolderNavigator;
+class HotkeyDispatcher;
+class HotkeyManager;
 class LMRModeState;
+class ThumbnailLoader;
 } // namespace lumaro::browse
 
 namespace lumaro::app {
 
-class MainWindow : public QMainWindow, public ToolHost
+class BrowseMode;
+class BrowseStatusBar;
+class FolderPanel;
+class KeyMonitor;
+
+// Main thread. Mode switches save the shared state under the "LMR_" keys and let the next mode read it back.
+// A folder is opened from the dialog, from the command line, or by dropping it on the window; an empty or
+// unreadable folder shows an empty grid with a line saying so.
+class MainWindow : public QMainWindow, public ToolHost, public browse::BrowseChrome
 {
     Q_OBJECT
 public:
+    enum Mode { gridMode = 0, filmStripMode = 1, waterfallMode = 2 };
+
     explicit MainWindow(QWidget* parent = nullptr);
     ~MainWindow() override;
 
     void openFolder(const QString& folder);
+    void switchMode(int mode);
+    int currentModeIndex() const;
+    BrowseMode& mode(int index) const { return *m_modes.at(index); }
     browse::LMRModeState& state() { return *m_state; }
+    browse::ThumbnailLoader& thumbnailLoader() { return *m_thumbnails; }
+    browse::HotkeyDispatcher& dispatcher() { return *m_dispatcher; }
+    BrowseStatusBar& browseStatusBar() { return *m_statusBar; }
+    FolderPanel& folderPanel() { return *m_folderPanel; }
+    bool isFolderPanelShown() const;
+    void showSettings();
 
     // ToolHost
     browse::LMRModeState& modeState() override { return *m_state; }
@@ -33,16 +60,38 @@ public:
     void reloadCurrentFolder() override;
     QWidget* dialogParent() override { return this; }
 
+    // BrowseChrome
+    void toggleFullScreen() override;
+    void toggleFolderPanel() override;
+    void showAlert(const QString& title, const QString& message) override;
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
 private:
+    void buildMenus();
+    void buildModeBar();
     void chooseFolder();
-    void showList();
-    void showSelection();
+    void folderLoaded(const QString& folder, int count);
+    void firstScreenComplete(int tiles);
+    void setEmptyText(const QString& text);
+    BrowseMode& currentMode() const;
 
     browse::LMRModeState* m_state;
-    browse::FolderLoader* m_loader;
-    QListWidget* m_list;
-    QLabel* m_status;
-    QMenu* m_toolsMenu;
+    browse::ThumbnailLoader* m_thumbnails;
+    QStackedWidget* m_stack;
+    QList<BrowseMode*> m_modes;
+    browse::FolderNavigator* m_navigator;
+    browse::HotkeyDispatcher* m_dispatcher;
+    KeyMonitor* m_keyMonitor;
+    BrowseStatusBar* m_statusBar;
+    FolderPanel* m_folderPanel;
+    QDockWidget* m_folderDock;
+    QActionGroup* m_modeActions = nullptr;
+    QMenu* m_toolsMenu = nullptr;
+    QElapsedTimer m_sinceOpen;
 };
 
 } // namespace lumaro::app

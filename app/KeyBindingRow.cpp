@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/KeyBindingRow.h"
+
+#include "browse/hotkeys/HotkeyManager.h"
+#include "platform/Log.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+
+namespace lumaro::app {
+
+namespace {
+const QString kEditor = QStringLiteral("HotkeyEditorNew");
+}
+
+KeyRecorderButton::KeyRecorderButton(QWidget* parent)
+    : QPushButton(parent)
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setMinimumWidth(150);
+    connect(this, &QPushButton::clicked, this, [this] {
+        platform::Log::line(kEditor, QStringLiteral("点击事件，设置焦点"));
+        setFocus(Qt::MouseFocusReason);
+        m_listener.clearCapturedKey();
+        m_listener.startListening();
+    });
+    connect(&m_listener, &browse::KeyListener::listeningChanged, this, &KeyRecorderButton::refresh);
+    connect(&m_listener, &browse::KeyListener::capturedKeyChanged, this, [this] {
+        if (const auto& key = m_listener.capturedKey())
+            platform::Log::line(kEditor, QStringLiteral("从KeyListener接收到按键: ") + key->displayText());
+        refresh();
+    });
+    refresh();
+}
+
+void KeyRecorderButton::reset()
+{
+    m_listener.stopListening();
+    m_listener.clearCapturedKey();
+    refresh();
+}
+
+void KeyRecorderButton::refresh()
+{
+    if (m_listener.isListening() || !m_listener.capturedKey())
+        setText(m_listener.promptText());
+    else
+        setText(m_listener.capturedKey()->displayText());
+}
+
+void KeyRecorderButton::keyPressEvent(QKeyEvent* event)
+{
+    if (!m_listener.isListening()) {
+        QPushButton::keyPressEvent(event);
+        return;
+    }
+    platform::Log::line(kEditor, QStringLiteral("收到按键事件: ") + event->text() + QStringLiteral(" key=0x")
+                                     + QString::number(event->key(), 16));
+    if (m_listener.capture(event->key(), event->modifiers())) {
+        platform::Log::line(kEditor, QStringLiteral("捕获到按键: ") + m_listener.capturedKey()->displayText());
+        m_listener.stopListening();
+    }
+    event->accept();
+}
+
+void KeyRecorderButton::focusOutEvent(QFocusEvent* event)
+{
+    if (m_listener.isListening()) {
+        platform::Log::line(kEditor, QStringLiteral("窗口失去焦点"));
+        m_listener.stopListening();
+    }
+    QPushButton::focusOutEvent(event);
+}
+
+KeyBindingRow::KeyBindingRow(browse::HotkeyAction action, browse::HotkeyManager& manager, QWidget* parent)
+    : QWidget(parent)
+    , m_action(action)
+    , m_manager(manager)
+    , m_binding(new QLabel(this))
+    , m_recorder(new KeyRecorderButton(this))
+    , m_save(new QPushButton(tr("保存"), this))
+    , m_cancel(new QPushButton(tr("取消"), this))
+{
+    auto* dot = new QLabel(this);
+    const QColor color = browse::symbolColor(action);
+    dot->setText(color.isValid() ? QStringLiteral("●") : QStringLiteral("◆"));
+    if (color.isValid())
+        dot->setStyleSheet(QStringLiteral("color: %1;").arg(color.name()));
+    auto* name = new QLabel(browse::displayName(action), this);
+    name->setToolTip(browse::actionDescription(action));
+    name->setMinimumWidth(110);
+    auto* description = new QLabel(browse::actionDescription(action), this);
+    description->setStyleSheet(QStringLiteral("color: gray;"));
+    m_binding->setMinimumWidth(90);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(4, 2, 4, 2);
+    layout->addWidget(dot);
+    layout->addWidget(name);
+    layout->addWidget(description, 1);
+    layout->addWidget(m_binding);
+    layout->addWidget(m_recorder);
+    layout->addWidget(m_save);
+    layout->addWidget(m_cancel);
+    connect(m_save, &QPushButton::clicked, this, &KeyBindingRow::save);
+    connect(m_cancel, &QPushButton::clicked, this, &KeyBindingRow::cancel);
+    connect(&m_recorder->listener(), &browse::KeyListener::capturedKeyChanged, this, &KeyBindingRow::refresh);
+    connect(&m_recorder->listener(), &browse::KeyListener::listeningChanged, this, &KeyBindingRow::refresh);
+    connect(&manager, &browse::HotkeyManager::hotkeysChanged, this, &KeyBindingRow::refresh);
+    refresh();
+}
+
+QString KeyBindingRow::bindingText() const
+{
+    return m_binding->text();
+}
+
+void KeyBindingRow::save()
+{
+    const auto& captured = m_recorder->listener().capturedKey();
+    if (!captured)
+        return;
+    m_manager.setHotkey(m_action, *captured);
+    m_recorder->reset();
+    refresh();
+}
+
+void KeyBindingRow::cancel()
+{
+    m_recorder->reset();
+    refresh();
+}
+
+void KeyBindingRow::refresh()
+{
+    m_binding->setText(m_manager.hotkey(m_action).displayText());
+    const bool pending = m_recorder->listener().capturedKey().has_value();
+    m_save->setEnabled(pending);
+    m_cancel->setEnabled(pending || m_recorder->listener().isListening());
+}
+
+} // namespace lumaro::app

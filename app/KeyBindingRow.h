@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// One row of the key bindings editor: the action, its binding, a recorder, save and cancel.
+#pragma once
+
+#include "browse/hotkeys/HotkeyAction.h"
+#include "browse/hotkeys/KeyListener.h"
+
+#include <QPushButton>
+#include <QWidget>
+
+class QLabel;
+
+namespace lumaro::browse {
+class HotkeyManager;
+}
+
+namespace lumaro::app {
+
+// The recorder: a click starts listening ("请按下快捷键..."), the next key press is captured through KeyListener;
+// losing focus stops listening. Before a click it reads "点击开始录制...".
+class KeyRecorderButton : public QPushButton
+{
+    Q_OBJECT
+public:
+    explicit KeyRecorderButton(QWidget* parent = nullptr);
+    browse::KeyListener& listener() { return m_listener; }
+    void reset();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    void refresh();
+    browse::KeyListener m_listener;
+};
+
+// Main thread. Saving stores the captured key as the action's binding (at once, in the user's settings);
+// cancelling keeps the old binding.
+class KeyBindingRow : public QWidget
+{
+    Q_OBJECT
+public:
+    KeyBindingRow(browse::HotkeyAction action, browse::HotkeyManager& manager, QWidget* parent = nullptr);
+
+    KeyRecorderButton& recorder() { return *m_recorder; }
+    QPushButton& saveButton() { return *m_save; }
+    QPushButton& cancelButton() { return *m_cancel; }
+    QString bindingText() const;
+
+private:
+    void save();
+    void cancel();
+    void refresh();
+
+    browse::HotkeyAction m_action;
+    browse::HotkeyManager& m_manager;
+    QLabel* m_binding;
+    KeyRecorderButton* m_recorder;
+    QPushButton* m_save;
+    QPushButton* m_cancel;
+};
+
+} // namespace lumaro::app
