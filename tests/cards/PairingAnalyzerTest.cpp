@@ -5,6 +5,7 @@
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
@@ -187,4 +188,17 @@ TEST(PairingAnalyzer, HashedMatchingAgreesWithTheListScan)
         }
         EXPECT_EQ(matchedJpgs, expectedJpgs);
     }
+}
+
+TEST(PairingAnalyzer, ALinkCountsAsTheFileItPointsToAndADanglingOneIsSkipped)
+{
+    TempFolder raw;
+    const QString target = raw.write(QStringLiteral("elsewhere/real.data"), "12345");
+    ASSERT_TRUE(QFile::link(target, raw.filePath(QStringLiteral("linked.CR2"))));
+    ASSERT_TRUE(QFile::link(raw.filePath(QStringLiteral("gone")), raw.filePath(QStringLiteral("dangling.CR2"))));
+
+    const AnalysisResults results = PairingAnalyzer::analyze(raw.path(), raw.path());
+
+    EXPECT_EQ(namesOf(results.rawFiles), QStringList{QStringLiteral("linked.CR2")});
+    EXPECT_EQ(results.rawTotalSize, 5);
 }
