@@ -7,6 +7,7 @@ const std::vector<Command>& commands()
 {
     static const std::vector<Command> table{
         {QStringLiteral("list"), QStringLiteral("Print a folder's pictures in browsing order"), &runList},
+        {QStringLiteral("thumbs"), QStringLiteral("Write a JPEG thumbnail of every picture of a folder"), &runThumbs},
         {QStringLiteral("group"), QStringLiteral("Prefix each run of related pictures with \"_G<n>_\""), &runGroup},
         {QStringLiteral("ungroup"), QStringLiteral("Take the \"_G<n>_\" group prefixes off again"), &runUngroup},
         {QStringLiteral("trash"), QStringLiteral("Move files to the Trash and print where each went"), &runTrash},

@@ -21,6 +21,7 @@ const std::vector<Command>& commands();
 
 // One declaration per command file.
 int runList(const QStringList& arguments);
+int runThumbs(const QStringList& arguments);
 int runGroup(const QStringList& arguments);
 int runUngroup(const QStringList& arguments);
 int runTrash(const QStringList& arguments);
