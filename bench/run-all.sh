@@ -14,3 +14,5 @@ echo "== lumaro-cli trash + --restore vs gio trash + --restore (per file)"
 bash "$here/trash-vs-gio.sh" "$build"
 echo "== pose: ms per 24 MP picture (decode, person search + MoveNet, rules) and the rules alone"
 "$build/bench/pose_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+echo "== lumaro-cli index vs the analysis models alone (100 × 24 MP)"
+bash "$here/vision-index.sh" "$build"
