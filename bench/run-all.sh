@@ -10,9 +10,29 @@ echo "== ThumbnailCache get/set"
 "$build/bench/thumbnail_cache_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 echo "== lumaro-cli list vs find | sort"
 bash "$here/list-vs-find.sh" "$build"
-echo "== lumaro-cli trash + --restore vs gio trash + --restore (per file)"
-bash "$here/trash-vs-gio.sh" "$build"
-echo "== pose: ms per 24 MP picture (decode, person search + MoveNet, rules) and the rules alone"
-"$build/bench/pose_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+echo "== lumaro-cli thumbs vs vipsthumbnail (24 MP JPEGs, 256 px)"
+bash "$here/thumbs-vs-vips.sh" "$build"
+echo "== app: open folder to first screen of thumbnails vs decoding them alone"
+bash "$here/first-screen.sh" "$build"
 echo "== lumaro-cli index vs the analysis models alone (100 × 24 MP)"
 bash "$here/vision-index.sh" "$build"
+echo "== pose: ms per 24 MP picture (decode, person search + MoveNet, rules) and the rules alone"
+"$build/bench/pose_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+echo "== favourites: toggle latency, loading 50,000 records"
+"$build/bench/favour_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+echo "== lumaro-cli fav list vs sqlite3 (50,000 records)"
+bash "$here/fav-list-vs-sqlite.sh" "$build"
+echo "== lumaro-cli trash + --restore vs gio trash + --restore (per file)"
+bash "$here/trash-vs-gio.sh" "$build"
+echo "== delete + restore inside the process (a key press), 0 and 1000 other items in the Trash"
+"$build/bench/trash_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+echo "== pairing: matching 10,000 … 160,000 names a side, analysis of two real folders"
+"$build/bench/pairing_bench" --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
+echo "== lumaro-cli clean (dry run) on 100,000 + 100,000 files vs find -printf | sort"
+bash "$here/pairing-clean.sh" "$build"
+echo "== lumaro-cli import vs cp -r (a 1.6 GB card)"
+bash "$here/import-vs-cp.sh" "$build"
+echo "== file-name grouping of 10,000 pictures: the walk, group and ungroup on disk"
+"$build/bench/name_grouping_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+echo "== lumaro-cli group / ungroup vs a Perl rename loop (10,000 files)"
+bash "$here/group-vs-perl.sh" "$build"
