@@ -142,14 +142,23 @@ RenameResult TrashRestorer::putBack(const QString& trashedPath, const QString& t
 QList<TrashEntry> TrashRestorer::findByOriginalPath(const QString& originalPath) const
 {
     const QString wanted = QDir::cleanPath(QFileInfo(originalPath).absoluteFilePath());
+    // Trashers name an item after the file ("IMG 7.jpg", "IMG 7.2.jpg", "IMG 7 (2).jpg"), so the records whose
+    // names start with the file's stem are read first; only when none matches is every record read.
+    const QString stem = QFileInfo(wanted).completeBaseName();
     QList<TrashEntry> found;
-    for (const QString& trashDir : TrashDirectories::candidatesFor(QFileInfo(wanted).absolutePath(), m_lookup)) {
-        const QDir info(trashDir + QStringLiteral("/info"));
-        for (const QString& name : info.entryList({QStringLiteral("*.trashinfo")}, QDir::Files | QDir::Hidden)) {
-            const auto entry = readInfo(info.filePath(name), trashDir);
-            if (entry && entry->originalPath == wanted && exists(entry->trashedPath))
-                found << *entry;
+    for (const bool byStem : {true, false}) {
+        for (const QString& trashDir : TrashDirectories::candidatesFor(QFileInfo(wanted).absolutePath(), m_lookup)) {
+            const QDir info(trashDir + QStringLiteral("/info"));
+            for (const QString& name : info.entryList({QStringLiteral("*.trashinfo")}, QDir::Files | QDir::Hidden)) {
+                if (byStem != name.startsWith(stem))
+                    continue;
+                const auto entry = readInfo(info.filePath(name), trashDir);
+                if (entry && entry->originalPath == wanted && exists(entry->trashedPath))
+                    found << *entry;
+            }
         }
+        if (!found.isEmpty())
+            break;
     }
     std::stable_sort(found.begin(), found.end(), [](const TrashEntry& a, const TrashEntry& b) {
         return a.deletionDate > b.deletionDate;
