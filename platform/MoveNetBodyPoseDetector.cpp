@@ -36,6 +36,7 @@ constexpr float kSureScore = 0.4f;
 // A face-anchored result still needs a few located joints: YuNet takes the cat of chelsea.png for a face
 // (0.78), and MoveNet then finds nothing above 0.27 there, while astronaut.png, a head and shoulders, has 10.
 constexpr int kMinimumAnchoredJoints = 3;
+constexpr int kFaceSearchSide = 640;
 
 // COCO-17 order of the model's outputs, as keys of the joint dictionary (left and right are the subject's).
 constexpr std::array<const char*, kKeypoints> kJointKeys{
@@ -126,10 +127,17 @@ struct MoveNetBodyPoseDetector::Backend
     {
         if (!faces)
             return {};
+        // Faces are searched on a copy of at most kFaceSearchSide: the face detector's time grows with the
+        // pixel count, and a face smaller than about 10 px there belongs to a person too small for MoveNet.
+        const double scale = std::min(1.0, double(kFaceSearchSide) / std::max(image.width(), image.height()));
+        const QImage searched = scale < 1.0 ? image.scaled(image.size() * scale, Qt::KeepAspectRatio,
+                                                           Qt::SmoothTransformation)
+                                            : image;
+        const double back = double(image.width()) / searched.width();
         std::vector<cv::Rect> regions;
-        for (const FaceBox& face : faces->detect(image)) {
-            const cv::Rect2f box(float(face.box.x()), float(face.box.y()), float(face.box.width()),
-                                 float(face.box.height()));
+        for (const FaceBox& face : faces->detect(searched)) {
+            const cv::Rect2f box(float(face.box.x() * back), float(face.box.y() * back),
+                                 float(face.box.width() * back), float(face.box.height() * back));
             const cv::Rect region = personRegion(box, picture);
             if (!region.empty())
                 regions.push_back(region);

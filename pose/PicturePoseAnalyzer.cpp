@@ -44,6 +44,8 @@ PicturePoseAnalyzer::analyse(const QString& path, const std::optional<std::optio
     if (!detection)
         return PicturePoseFailure{QStringLiteral("姿态检测失败")};
     analysis.detectMs = timer.nsecsElapsed() / 1e6;
+    analysis.personSearchMs = detection->personSearchMs;
+    analysis.keypointMs = detection->keypointMs;
 
     timer.restart();
     analysis.visionTags = visionTags ? *visionTags : PoseVisionTags::forPicture(path);

@@ -30,7 +30,9 @@ struct PicturePoseAnalysis
     std::vector<AnalysedPerson> people;
     std::optional<QStringList> visionTags; // nullopt: no index entry for the picture
     double decodeMs = 0.0;
-    double detectMs = 0.0;
+    double detectMs = 0.0;       // person search and keypoints together
+    double personSearchMs = 0.0; // of which the face detector
+    double keypointMs = 0.0;     // of which MoveNet
     double rulesMs = 0.0;
 };
 
