@@ -9,7 +9,7 @@
 
 namespace lumaro::testing {
 
-struct JointSpec
+struct JointRow
 {
     const char* key;
     double x = 0.0;
@@ -28,13 +28,13 @@ inline platform::JointSample unlocated(const char* name, float confidence = 0.1f
     return {QString::fromLatin1(name), std::nullopt, confidence};
 }
 
-inline platform::JointDictionary joints(std::initializer_list<JointSpec> specs)
+inline platform::JointDictionary joints(std::initializer_list<JointRow> rows)
 {
     platform::JointDictionary dictionary;
-    for (const JointSpec& spec : specs) {
-        const QString key = QString::fromLatin1(spec.key);
-        dictionary.insert(key, {key, spec.located ? std::optional<QPointF>(QPointF(spec.x, spec.y)) : std::nullopt,
-                                spec.confidence});
+    for (const JointRow& row : rows) {
+        const QString key = QString::fromLatin1(row.key);
+        dictionary.insert(key, {key, row.located ? std::optional<QPointF>(QPointF(row.x, row.y)) : std::nullopt,
+                                row.confidence});
     }
     return dictionary;
 }

@@ -11,7 +11,7 @@ namespace lumaro::pose {
 namespace {
 
 using testing::joints;
-using testing::JointSpec;
+using testing::JointRow;
 using P2 = PoseValueLevel2Pose;
 
 // A person standing straight: hips at 0.45/0.55, knees straight below, ankles below the knees at `leftFootX`,
@@ -22,7 +22,7 @@ platform::JointDictionary standing(double leftFootX = 0.45, double rightFootX = 
                    {"right_leg", 0.55, 0.3}, {"left_foot", leftFootX, 0.1}, {"right_foot", rightFootX, 0.1}});
 }
 
-platform::JointDictionary with(platform::JointDictionary base, std::initializer_list<JointSpec> changes)
+platform::JointDictionary with(platform::JointDictionary base, std::initializer_list<JointRow> changes)
 {
     for (const auto& [key, sample] : joints(changes).asKeyValueRange())
         base.insert(key, sample);
