@@ -103,9 +103,15 @@ void HotkeyDispatcher::finishDelete(const SelectedFile& file, const QStringList&
         Q_EMIT deleteFinished(false);
         return;
     }
+    // The list may have changed while the file was moved (another folder opened, a reload): find it by name.
+    int at = -1;
+    if (sameFolder(m_state.currentFolder(), file.folder)) {
+        const QStringList& files = m_state.imageFiles();
+        at = file.index < files.size() && files.at(file.index) == file.name ? file.index : int(files.indexOf(file.name));
+    }
     DeletedFileInfo info;
     info.fileName = file.name;
-    info.originalIndex = file.index;
+    info.originalIndex = at >= 0 ? at : file.index;
     info.folderPath = file.folder;
     info.folderBookmarkData = m_state.folderBookmarkData();
     info.deletedAt = QDateTime::currentDateTime();
@@ -117,16 +123,11 @@ void HotkeyDispatcher::finishDelete(const SelectedFile& file, const QStringList&
     const qint64 historyNs = nowNs() - historyStart;
 
     const qint64 removeStart = nowNs();
-    // The list may have changed while the file was moved (another folder opened, a reload): remove it by name.
-    if (sameFolder(m_state.currentFolder(), file.folder)) {
-        const QStringList& files = m_state.imageFiles();
-        const int at = file.index < files.size() && files.at(file.index) == file.name ? file.index
-                                                                                        : int(files.indexOf(file.name));
-        if (at >= 0)
-            m_state.removeFile(at);
-    }
+    if (at >= 0)
+        m_state.removeFile(at);
     m_cache.clearFile(QDir(file.folder).filePath(file.name));
     const qint64 removeNs = nowNs() - removeStart;
+    const qint64 ioToRemoveNs = removeStart - (startNs + toIoNs + ioNs);
 
     m_state.isDeleteIndicatorVisible = true;
     m_state.deleteIndicatorOpacity = 1.0;
@@ -135,7 +136,7 @@ void HotkeyDispatcher::finishDelete(const SelectedFile& file, const QStringList&
     const qint64 end = nowNs();
     Log::raw(QStringLiteral("PERF-DELETE(MAIN)-HK: 启动到IO=%1, IO=%2, IO到移除=%3, 写历史=%4, 列表移除=%5, "
                             "主线程段=%6, 总=%7 s")
-                 .arg(secs(toIoNs), secs(ioNs), secs(historyStart - mainStart), secs(historyNs), secs(removeNs),
+                 .arg(secs(toIoNs), secs(ioNs), secs(ioToRemoveNs), secs(historyNs), secs(removeNs),
                       secs(end - mainStart), secs(end - startNs)));
     say(QStringLiteral("删除操作完成"));
     Q_EMIT deleteFinished(true);
