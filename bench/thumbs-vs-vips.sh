@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# `lumaro-cli thumbs --size 256` against `vipsthumbnail --size 256` on the same folder of 24-megapixel JPEGs,
+# both on 2 threads (lumaro-cli --jobs 2; two vipsthumbnail processes with one thread each), in one run.
+# Two folders: plain JPEGs without an EXIF thumbnail, and camera-style JPEGs carrying a 320-pixel one.
+set -euo pipefail
+build=${1:-build/release}
+cli="$build/cli/lumaro-cli"
+writer="$build/bench/exif_thumbnail_writer"
+files=${FILES:-200}
+runs=${RUNS:-3}
+here=$(cd "$(dirname "$0")" && pwd)
+photo=${PHOTO:-$here/../../shared/models/test-images/building.jpg}
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+# One 6000×4000 picture made from a real photo (real detail, so the decoder does real work), linked under
+# $files names: every file is decoded in full, and the disk holds one copy.
+vips resize "$photo" "$work/big.v" 7
+vips crop "$work/big.v" "$work/crop.v" 0 0 6000 4000
+# Sensor-like grain, so the file decodes like a camera's and not like a smooth upscale.
+vips gaussnoise "$work/noise.v" 6000 4000 --mean 0 --sigma 6
+vips add "$work/crop.v" "$work/noise.v" "$work/sum.v"
+vips cast "$work/sum.v" "$work/grain.v" uchar
+vips copy "$work/grain.v" "$work/base.jpg[Q=92,strip]"
+rm -f "$work"/*.v
+cp "$work/base.jpg" "$work/camera.jpg"
+"$writer" "$work/camera.jpg" 320
+mkdir -p "$work/plain" "$work/camera"
+for i in $(seq -w 1 "$files"); do
+  ln "$work/base.jpg" "$work/plain/IMG_$i.jpg"
+  ln "$work/camera.jpg" "$work/camera/IMG_$i.jpg"
+done
+cat "$work/base.jpg" "$work/camera.jpg" > /dev/null
+
+median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
+time_ms() { local s e; s=$(date +%s%N); "$@" > /dev/null 2>&1; e=$(date +%s%N); echo $(( (e - s) / 1000000 )); }
+run_lumaro() { rm -rf "$work/out"; "$cli" thumbs "$1" --size 256 --out "$work/out" --jobs 2 --quiet; }
+run_vips() {
+  rm -rf "$work/out"; mkdir -p "$work/out"
+  find "$1" -name '*.jpg' -print0 | xargs -0 -n $(( (files + 1) / 2 )) -P 2 \
+    env VIPS_CONCURRENCY=1 vipsthumbnail --size 256 -o "$work/out/%s.jpg"
+}
+
+for kind in plain camera; do
+  lumaro=(); peer=()
+  for _ in $(seq "$runs"); do
+    lumaro+=("$(time_ms run_lumaro "$work/$kind")")
+    peer+=("$(time_ms run_vips "$work/$kind")")
+  done
+  l=$(printf '%s\n' "${lumaro[@]}" | median)
+  p=$(printf '%s\n' "${peer[@]}" | median)
+  echo "$kind 6000x4000 JPEGs: $files files, runs: $runs (medians), 2 threads each"
+  echo "  lumaro-cli thumbs --size 256:   ${l} ms"
+  echo "  vipsthumbnail --size 256:       ${p} ms"
+  awk -v l="$l" -v p="$p" 'BEGIN { printf "  ratio lumaro/vips:              %.2f\n", (p > 0 ? l / p : 0) }'
+done
