@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "vision/FileInfo.h"
 
-namespace lumaro::vision {
+#include "vision/ClassificationMark.h"
 
-namespace {
-const QString kPeopleMarkPrefix = QStringLiteral("MARK_PEOPLE");
-}
+namespace lumaro::vision {
 
 FileInfo FileInfo::from(const QString& fileName, std::optional<QString> markTag)
 {
@@ -38,7 +36,9 @@ QString FileInfo::prefixOf(const QString& nameWithoutExt)
 
 bool FileInfo::isPeopleType() const
 {
-    return markTag && markTag->startsWith(kPeopleMarkPrefix);
+    // The people family is every mark that extends the plain people mark: portrait, screenshot.
+    static const QString peopleMark = markText(ClassificationMark::people);
+    return markTag && markTag->startsWith(peopleMark);
 }
 
 } // namespace lumaro::vision
