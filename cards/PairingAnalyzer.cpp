@@ -6,9 +6,10 @@
 #include "platform/FolderFiles.h"
 #include "platform/Log.h"
 
-#include <QSet>
-
+#include <algorithm>
+#include <deque>
 #include <functional>
+#include <vector>
 
 namespace lumaro::cards {
 
@@ -66,27 +67,126 @@ std::optional<QString> PairingAnalyzer::problemWithFolders(const QString& jpgFol
     return std::nullopt;
 }
 
+namespace {
+
+// The matching key of a name is its stem lower-cased. Camera names are ASCII, and for them the key is the stem itself
+// seen through ASCII lower-casing, so a hundred thousand names cost no allocation; any other name is lower-cased
+// into a string of its own (toLower may change its length, or turn a non-ASCII letter into an ASCII one, such as the
+// Kelvin sign into k), which is ASCII-lower already, so one hash and one comparison serve both kinds.
+class StemKeys
+{
+public:
+    QStringView key(const QString& name)
+    {
+        const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+        const QStringView stem = QStringView(name).left(dot > 0 ? dot : name.size());
+        const bool ascii = std::all_of(stem.begin(), stem.end(), [](QChar c) { return c.unicode() < 0x80; });
+        if (ascii)
+            return stem;
+        m_lowered.push_back(stem.toString().toLower());
+        return m_lowered.back();
+    }
+
+private:
+    std::deque<QString> m_lowered;
+};
+
+char16_t asciiLower(char16_t c)
+{
+    return (c >= u'A' && c <= u'Z') ? char16_t(c + 32) : c;
+}
+
+struct KeyHash
+{
+    size_t operator()(QStringView key) const noexcept
+    {
+        quint64 hash = 1469598103934665603ULL;
+        for (const QChar c : key) {
+            hash ^= asciiLower(c.unicode());
+            hash *= 1099511628211ULL;
+        }
+        return size_t(hash ^ (hash >> 29));
+    }
+};
+
+struct KeyEqual
+{
+    bool operator()(QStringView a, QStringView b) const noexcept
+    {
+        if (a.size() != b.size())
+            return false;
+        for (qsizetype i = 0; i < a.size(); ++i) {
+            if (asciiLower(a[i].unicode()) != asciiLower(b[i].unicode()))
+                return false;
+        }
+        return true;
+    }
+};
+
+// An open-addressing set of keys in one block: a node-per-key set spends most of its time in the allocator.
+class KeySet
+{
+public:
+    explicit KeySet(size_t expected)
+    {
+        size_t capacity = 16;
+        while (capacity < expected * 2)
+            capacity *= 2;
+        m_slots.resize(capacity);
+        m_used.resize(capacity, false);
+    }
+
+    void insert(QStringView key)
+    {
+        size_t slot = find(key);
+        if (!m_used[slot]) {
+            m_used[slot] = true;
+            m_slots[slot] = key;
+        }
+    }
+
+    bool contains(QStringView key) const { return m_used[find(key)]; }
+
+private:
+    size_t find(QStringView key) const
+    {
+        const size_t mask = m_slots.size() - 1;
+        for (size_t slot = KeyHash()(key) & mask;; slot = (slot + 1) & mask) {
+            if (!m_used[slot] || KeyEqual()(m_slots[slot], key))
+                return slot;
+        }
+    }
+
+    std::vector<QStringView> m_slots;
+    std::vector<bool> m_used;
+};
+
+} // namespace
+
 std::vector<bool> PairingAnalyzer::matchRawNames(const QStringList& jpgNames, const QStringList& rawNames,
                                                  int* matchedJpgCount)
 {
-    QSet<QString> jpgStems;
-    jpgStems.reserve(jpgNames.size());
-    for (const QString& name : jpgNames)
-        jpgStems.insert(PairingFileTypes::stem(name).toLower());
+    StemKeys keys;
+    std::vector<QStringView> jpgKeys;
+    jpgKeys.reserve(size_t(jpgNames.size()));
+    KeySet jpgStems(size_t(jpgNames.size()));
+    for (const QString& name : jpgNames) {
+        jpgKeys.push_back(keys.key(name));
+        jpgStems.insert(jpgKeys.back());
+    }
 
-    QSet<QString> rawStems;
-    rawStems.reserve(rawNames.size());
+    KeySet rawStems(matchedJpgCount ? size_t(rawNames.size()) : 0);
     std::vector<bool> matched(size_t(rawNames.size()), false);
     for (qsizetype i = 0; i < rawNames.size(); ++i) {
-        QString stem = PairingFileTypes::stem(rawNames.at(i)).toLower();
-        matched[size_t(i)] = jpgStems.contains(stem);
+        const QStringView key = keys.key(rawNames.at(i));
+        matched[size_t(i)] = jpgStems.contains(key);
         if (matchedJpgCount)
-            rawStems.insert(std::move(stem));
+            rawStems.insert(key);
     }
     if (matchedJpgCount) {
         int count = 0;
-        for (const QString& name : jpgNames)
-            count += rawStems.contains(PairingFileTypes::stem(name).toLower()) ? 1 : 0;
+        for (const QStringView key : jpgKeys)
+            count += rawStems.contains(key) ? 1 : 0;
         *matchedJpgCount = count;
     }
     return matched;

@@ -155,10 +155,12 @@ TEST(PairingAnalyzer, HashedMatchingAgreesWithTheListScan)
 {
     std::mt19937 random(7);
     const QStringList stems{QStringLiteral("img_1"), QStringLiteral("IMG_1"), QStringLiteral("a.b"), QStringLiteral("A"),
-                            QStringLiteral("Ärger"), QStringLiteral("ärger"), QStringLiteral("x"), QStringLiteral("x.y")};
+                            QStringLiteral("Ärger"), QStringLiteral("ärger"), QStringLiteral("x"), QStringLiteral("x.y"),
+                            QString::fromUtf8("\u212Aelvin"), QStringLiteral("KELVIN"), QString::fromUtf8("İ"),
+                            QStringLiteral("i")};
     const QStringList jpgSuffixes{QStringLiteral(".jpg"), QStringLiteral(".JPEG")};
     const QStringList rawSuffixes{QStringLiteral(".CR2"), QStringLiteral(".nef"), QStringLiteral(".y.dng")};
-    for (int round = 0; round < 50; ++round) {
+    for (int round = 0; round < 200; ++round) {
         QStringList jpgs;
         QStringList raws;
         for (int i = 0; i < 6; ++i) {
