@@ -177,7 +177,7 @@ int runFav(const QStringList& arguments)
         return line.usageError(subcommand + QStringLiteral(" needs at least one PATH"));
 
     FavourManager manager(platform::QSettingsStore::shared());
-    if (!manager.open())
+    if (!manager.open({}, false))
         return line.fail(QStringLiteral("cannot open the favourites database %1: %2")
                              .arg(manager.dbManager().defaultPath(), manager.dbManager().lastError().message),
                          exitUsage);

@@ -21,18 +21,18 @@ void log(const QString& message)
     platform::Log::line(kTag, message);
 }
 
-FavourRecord recordFrom(const QVariantMap& row)
+// Values in the order of columns(): id, file_path, file_name, is_favour, favour_type, created_at, updated_at.
+FavourRecord recordFrom(const QVariantList& values)
 {
     FavourRecord record;
-    record.id = row.value(QStringLiteral("id")).toLongLong();
-    record.filePath = row.value(QStringLiteral("file_path")).toString();
-    record.fileName = row.value(QStringLiteral("file_name")).toString();
-    record.isFavour = row.value(QStringLiteral("is_favour")).toLongLong() != 0;
-    const QVariant type = row.value(QStringLiteral("favour_type"));
-    if (!type.isNull())
-        record.favourType = favourTypeFromText(type.toString());
-    record.createdAt = row.value(QStringLiteral("created_at")).toDouble();
-    record.updatedAt = row.value(QStringLiteral("updated_at")).toDouble();
+    record.id = values.at(0).toLongLong();
+    record.filePath = values.at(1).toString();
+    record.fileName = values.at(2).toString();
+    record.isFavour = values.at(3).toLongLong() != 0;
+    if (!values.at(4).isNull())
+        record.favourType = favourTypeFromText(values.at(4).toString());
+    record.createdAt = values.at(5).toDouble();
+    record.updatedAt = values.at(6).toDouble();
     return record;
 }
 
@@ -63,11 +63,11 @@ FavourManager::FavourManager(const platform::SettingsStore& settings, platform::
 {
 }
 
-bool FavourManager::open(const QString& path)
+bool FavourManager::open(const QString& path, bool loadRecords)
 {
     if (!m_dbManager.open(path))
         return false;
-    return ensureTable() && loadAll();
+    return ensureTable() && (!loadRecords || loadAll());
 }
 
 void FavourManager::setDebugSQLEnabled(bool on)
@@ -123,13 +123,9 @@ bool FavourManager::ensureTable()
 
 std::optional<QList<FavourRecord>> FavourManager::select(const QString& sql, const QVariantList& parameters)
 {
-    const auto rows = m_dbManager.query(sql, parameters);
-    if (!rows)
-        return std::nullopt;
     QList<FavourRecord> records;
-    records.reserve(rows->size());
-    for (const QVariantMap& row : *rows)
-        records.append(recordFrom(row));
+    if (!m_dbManager.queryEach(sql, parameters, [&](const QVariantList& values) { records.append(recordFrom(values)); }))
+        return std::nullopt;
     return records;
 }
 

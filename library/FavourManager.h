@@ -44,8 +44,9 @@ public:
     explicit FavourManager(const platform::SettingsStore& settings, platform::Clock clock = platform::systemClock(),
                            QObject* parent = nullptr);
 
-    // Opens the database (default location when empty), makes sure the table exists and loads every record.
-    bool open(const QString& path = {});
+    // Opens the database (default location when empty), makes sure the table exists and loads every record
+    // into `records` unless `loadRecords` is false (a one-shot command that reads with its own query).
+    bool open(const QString& path = {}, bool loadRecords = true);
     LocalDatabaseManager& dbManager() { return m_dbManager; }
     const QString& tableName() const { return m_tableName; }
     const QList<FavourRecord>& records() const { return m_records; }

@@ -245,31 +245,56 @@ bool LocalDatabaseManager::execute(const QString& sql, const QVariantList& param
 std::optional<QList<LocalDatabaseManager::Row>> LocalDatabaseManager::query(const QString& sql,
                                                                            const QVariantList& parameters)
 {
-    StatementPtr statement(prepare(sql, parameters), &sqlite3_finalize);
-    if (!statement)
-        return std::nullopt;
-    const int columns = sqlite3_column_count(statement.get());
     QStringList names;
-    for (int c = 0; c < columns; ++c)
-        names << QString::fromUtf8(sqlite3_column_name(statement.get(), c));
     QList<Row> rows;
-    int code = SQLITE_ROW;
-    while ((code = sqlite3_step(statement.get())) == SQLITE_ROW) {
+    const bool ok = step(sql, parameters, [&](sqlite3_stmt* statement) {
+        const int columns = sqlite3_column_count(statement);
+        if (names.isEmpty()) {
+            for (int c = 0; c < columns; ++c)
+                names << QString::fromUtf8(sqlite3_column_name(statement, c));
+        }
         Row row;
         for (int c = 0; c < columns; ++c)
-            row.insert(names.at(c), columnValue(statement.get(), c));
+            row.insert(names.at(c), columnValue(statement, c));
         rows.append(std::move(row));
-    }
+    });
+    if (!ok)
+        return std::nullopt;
+    return rows;
+}
+
+bool LocalDatabaseManager::queryEach(const QString& sql, const QVariantList& parameters,
+                                     const std::function<void(const QVariantList& values)>& row)
+{
+    QVariantList values;
+    return step(sql, parameters, [&](sqlite3_stmt* statement) {
+        const int columns = sqlite3_column_count(statement);
+        values.resize(columns);
+        for (int c = 0; c < columns; ++c)
+            values[c] = columnValue(statement, c);
+        row(values);
+    });
+}
+
+bool LocalDatabaseManager::step(const QString& sql, const QVariantList& parameters,
+                                const std::function<void(sqlite3_stmt*)>& row)
+{
+    StatementPtr statement(prepare(sql, parameters), &sqlite3_finalize);
+    if (!statement)
+        return false;
+    int code = SQLITE_ROW;
+    while ((code = sqlite3_step(statement.get())) == SQLITE_ROW)
+        row(statement.get());
     if (code != SQLITE_DONE) {
         recordError();
         log(QStringLiteral("❌ SQL 执行失败: %1 (错误代码: %2, 扩展错误代码: %3)")
                 .arg(m_lastError.message)
                 .arg(m_lastError.code)
                 .arg(m_lastError.extendedCode));
-        return std::nullopt;
+        return false;
     }
     m_lastError = {};
-    return rows;
+    return true;
 }
 
 bool LocalDatabaseManager::inTransaction(const std::function<bool()>& body)

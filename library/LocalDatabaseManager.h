@@ -49,6 +49,9 @@ public:
 
     bool execute(const QString& sql, const QVariantList& parameters = {});
     std::optional<QList<Row>> query(const QString& sql, const QVariantList& parameters = {});
+    // Hands each result row's values, in column order, to `row`; no map per row, for results of many thousands.
+    bool queryEach(const QString& sql, const QVariantList& parameters,
+                   const std::function<void(const QVariantList& values)>& row);
     // Runs `body` inside BEGIN IMMEDIATE … COMMIT; a false body or a failed commit rolls everything back.
     // IMMEDIATE takes the write lock up front, so a read-then-write in `body` cannot race another process.
     bool inTransaction(const std::function<bool()>& body);
@@ -63,6 +66,8 @@ public:
 private:
     // A prepared statement with its parameters bound, or null (logged) when either step failed.
     sqlite3_stmt* prepare(const QString& sql, const QVariantList& parameters);
+    // Prepares, steps to the end handing each row to `row`, finalises; logs a failed step.
+    bool step(const QString& sql, const QVariantList& parameters, const std::function<void(sqlite3_stmt*)>& row);
     bool runQuietly(const char* sql);
     void recordError();
 
