@@ -12,7 +12,7 @@ namespace lumaro::platform {
 
 struct AnalysisImage
 {
-    QImage image;    // upright, long side at most the requested size
+    QImage image;    // upright; long side about the requested size (a JPEG's may be up to twice it, see .cpp)
     QSize pixelSize; // the picture's own size, upright (EXIF orientation applied)
 };
 

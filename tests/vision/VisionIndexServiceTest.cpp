@@ -283,3 +283,25 @@ TEST(VisionIndexReader, TheNewestRunThatHasThePictureWins)
 }
 
 } // namespace
+
+#include "platform/vision/AnalysisImage.h"
+
+namespace {
+
+TEST(AnalysisImageReader, JpegsDecodeAtAFreeFractionAndKeepTheirOwnSize)
+{
+    TempFolder folder;
+    const QString jpeg = folder.writePicture(QStringLiteral("big.jpg"), {3000, 2000});
+    const QString png = folder.writePicture(QStringLiteral("big.png"), {3000, 2000});
+    const auto fromJpeg = lumaro::platform::AnalysisImageReader::read(jpeg, 700);
+    ASSERT_TRUE(fromJpeg);
+    EXPECT_EQ(fromJpeg->image.size(), QSize(750, 500)); // a quarter: decoded in one pass
+    EXPECT_EQ(fromJpeg->pixelSize, QSize(3000, 2000));
+    const auto fromPng = lumaro::platform::AnalysisImageReader::read(png, 700);
+    ASSERT_TRUE(fromPng);
+    EXPECT_EQ(fromPng->image.width(), 700);
+    EXPECT_NEAR(fromPng->image.height(), 467, 1);
+    EXPECT_EQ(fromPng->pixelSize, QSize(3000, 2000));
+}
+
+} // namespace
