@@ -25,9 +25,8 @@ const std::vector<QImage>& pictures()
         const QDir dir(qEnvironmentVariable("LUMARO_MODELS_DIR") + QStringLiteral("/test-images"));
         for (const QString& name : dir.entryList(QDir::Files, QDir::Name)) {
             if (auto decoded = platform::AnalysisImageReader::read(dir.filePath(name), 4096)) {
-                list.push_back(decoded->image.scaled(vision::VisionPictureAnalyzer::kDecodeSide,
-                                                     vision::VisionPictureAnalyzer::kDecodeSide * 2 / 3,
-                                                     Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+                // What a 6000×4000 JPEG decodes to for analysis (a quarter, see AnalysisImageReader).
+                list.push_back(decoded->image.scaled(1500, 1000, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
             }
         }
         return list;

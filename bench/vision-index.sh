@@ -42,6 +42,6 @@ echo "  last run: $perf"
 
 ceiling=$("$kernel" --benchmark_filter='BM_AllThree' --benchmark_format=json 2>/dev/null |
     python3 -c 'import json,sys; b=json.load(sys.stdin)["benchmarks"][0]; print(b["items_per_second"])')
-echo "ceiling (models alone, pre-decoded 1600 px input, 2 threads): $(printf '%.2f' "$ceiling") pictures/s"
+echo "ceiling (models alone, pre-decoded 1500×1000 input, 2 threads): $(printf '%.2f' "$ceiling") pictures/s"
 echo "ratio lumaro-cli / ceiling: $(printf '%.2f' "$(echo "$cli_pps / $ceiling" | bc -l)")"
 "$kernel" --benchmark_filter='BM_Classification|BM_Faces|BM_Text' 2>/dev/null | grep '^BM_' || true
