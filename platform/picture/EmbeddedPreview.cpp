@@ -15,6 +15,14 @@ namespace lumaro::platform {
 
 namespace {
 
+// exiv2 0.27 is not reliably thread-safe (shared tables, its log handler); its calls here are short (a header
+// parse), so they take turns rather than risk a crash in a pool thread.
+std::mutex& exiv2Mutex()
+{
+    static std::mutex mutex;
+    return mutex;
+}
+
 void prepareExiv2()
 {
     static std::once_flag once;
@@ -72,6 +80,7 @@ std::optional<RawPreview> librawPreview(const QString& path, QString* error)
 std::optional<RawPreview> exiv2Preview(const QString& path, QString* error)
 {
     prepareExiv2();
+    const std::lock_guard lock(exiv2Mutex());
     try {
         auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
         image->readMetadata();
@@ -99,6 +108,7 @@ std::optional<RawPreview> exiv2Preview(const QString& path, QString* error)
 ExifSummary EmbeddedPreview::exifOf(const QByteArray& data)
 {
     prepareExiv2();
+    const std::lock_guard lock(exiv2Mutex());
     ExifSummary summary;
     try {
         auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(data.constData()),
