@@ -37,6 +37,9 @@ constexpr float kSureScore = 0.4f;
 // (0.78), and MoveNet then finds nothing above 0.27 there, while astronaut.png, a head and shoulders, has 10.
 constexpr int kMinimumAnchoredJoints = 3;
 constexpr int kFaceSearchSide = 640;
+// Two face regions can show MoveNet the same most-central person (a small background face beside the subject):
+// skeletons whose shared joints lie this close on average (normalised units) are one person.
+constexpr double kSamePersonDistance = 0.03;
 
 // COCO-17 order of the model's outputs, as keys of the joint dictionary (left and right are the subject's).
 constexpr std::array<const char*, kKeypoints> kJointKeys{
@@ -114,6 +117,41 @@ cv::Rect personRegion(const cv::Rect2f& face, cv::Size picture)
     const cv::Rect region(cv::Point(int(std::floor(left)), int(std::floor(top))),
                           cv::Size(int(std::ceil(side)), int(std::ceil(side))));
     return region & cv::Rect(cv::Point(0, 0), picture);
+}
+
+double confidenceSum(const JointDictionary& joints)
+{
+    double sum = 0.0;
+    for (const JointSample& joint : joints)
+        sum += joint.confidence;
+    return sum;
+}
+
+bool isSamePerson(const JointDictionary& one, const JointDictionary& other)
+{
+    double total = 0.0;
+    int shared = 0;
+    for (const JointSample& joint : one) {
+        const auto twin = other.constFind(joint.name);
+        if (!joint.location || twin == other.constEnd() || !twin->location)
+            continue;
+        total += std::hypot(joint.location->x() - twin->location->x(), joint.location->y() - twin->location->y());
+        ++shared;
+    }
+    return shared > 0 && total / shared < kSamePersonDistance;
+}
+
+// Adds `person` unless it is one already found; of two sightings the surer one stays.
+void addPerson(std::vector<DetectedPerson>& people, DetectedPerson person)
+{
+    for (DetectedPerson& known : people) {
+        if (!isSamePerson(known.joints, person.joints))
+            continue;
+        if (confidenceSum(person.joints) > confidenceSum(known.joints))
+            known = std::move(person);
+        return;
+    }
+    people.push_back(std::move(person));
 }
 
 } // namespace
@@ -258,7 +296,7 @@ std::optional<BodyPoseDetection> MoveNetBodyPoseDetector::detect(const QImage& i
                 continue;
             person.searchRegion = QRectF(region.x / width, 1.0 - (region.y + region.height) / height,
                                          region.width / width, region.height / height);
-            detection.people.push_back(std::move(person));
+            addPerson(detection.people, std::move(person));
         }
         detection.keypointMs = timer.nsecsElapsed() / 1e6;
     } catch (const cv::Exception& failure) {

@@ -7,6 +7,7 @@
 #include "tests/support/TempFolder.h"
 
 #include <QImage>
+#include <QPainter>
 
 #include <gtest/gtest.h>
 
@@ -97,6 +98,35 @@ TEST_F(BodyPoseDetection, JointsOutOfTheFrameHaveNoLocation)
         EXPECT_TRUE(joints.value(QString::fromLatin1(key)).location.has_value()) << key;
     const PersonPose pose = PersonPoseEstimator().evaluate(joints, std::nullopt);
     EXPECT_EQ(pose.level1.pose, PoseValueLevel1Pose::diverse);
+}
+
+TEST_F(BodyPoseDetection, EachFaceOpensItsOwnPerson)
+{
+    // Two real photos side by side. Messi's spectators have faces too, and a region around one of them shows
+    // MoveNet Messi again: that second sighting must not become a second person.
+    const QImage left(m_models + QStringLiteral("/test-images/messi5.jpg"));
+    const QImage right(m_models + QStringLiteral("/test-images/astronaut.png"));
+    QImage both(left.width() + right.width(), std::max(left.height(), right.height()), QImage::Format_RGB888);
+    both.fill(Qt::black);
+    {
+        QPainter painter(&both);
+        painter.drawImage(0, 0, left);
+        painter.drawImage(left.width(), 0, right);
+    }
+    const auto detection = m_detector->detect(both);
+    ASSERT_TRUE(detection.has_value());
+    ASSERT_EQ(detection->people.size(), 2u);
+    const double border = double(left.width()) / both.width();
+    int onLeft = 0;
+    for (const platform::DetectedPerson& person : detection->people) {
+        const bool leftPerson = person.searchRegion.center().x() < border;
+        onLeft += leftPerson ? 1 : 0;
+        for (const platform::JointSample& joint : person.joints) {
+            if (joint.location)
+                EXPECT_EQ(joint.location->x() < border, leftPerson) << joint.name.toStdString();
+        }
+    }
+    EXPECT_EQ(onLeft, 1);
 }
 
 class NobodyThere : public BodyPoseDetection, public ::testing::WithParamInterface<const char*>
