@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The waterfall's heart and type buttons and the "已收藏" panel, against a real store in a temporary folder.
+#include "app/FavouriteMasonryView.h"
 #include "app/FavouriteTileButtons.h"
 #include "app/FavouriteToggle.h"
 #include "app/FavouritesPanel.h"
 #include "app/ToolHost.h"
 
 #include "browse/state/LMRModeState.h"
+#include "browse/thumbnails/ThumbnailCache.h"
+#include "browse/thumbnails/ThumbnailLoader.h"
 #include "library/FavourManager.h"
 #include "platform/fakes/MemorySettingsStore.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
+
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -141,4 +146,31 @@ TEST_F(FavouriteButtonsTest, ThePanelListsFavouritesNewestChangeFirst)
     now += 1;
     ASSERT_TRUE(manager.setFavour(b, false));
     EXPECT_EQ(panel.shownPaths(), (QStringList{a, c}));
+}
+
+TEST_F(FavouriteButtonsTest, TheWaterfallHeartMarksWithoutSelectingAndTheRestOfTheTileSelects)
+{
+    const QString shoot = folder.makeFolder(QStringLiteral("shoot"));
+    for (const char* name : {"IMG_0001.jpg", "IMG_0002.jpg", "IMG_0003.jpg"})
+        folder.writePicture(QStringLiteral("shoot/") + QString::fromLatin1(name), {400, 300});
+    browse::LMRModeState state;
+    browse::ThumbnailLoader loader(browse::ThumbnailCache::shared());
+    state.setFolderPath(shoot, shoot, shoot);
+    state.setImageFiles({QStringLiteral("IMG_0001.jpg"), QStringLiteral("IMG_0002.jpg"), QStringLiteral("IMG_0003.jpg")});
+    state.clearSelection();
+    app::FavouriteMasonryView view(state, loader, manager);
+    view.resize(900, 600);
+    view.show();
+    ASSERT_TRUE(lumaro::testing::waitUntil([&] { return !view.viewportRect(1).isEmpty(); }));
+
+    const QRect cell = view.viewportRect(1);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, app::FavouriteTileButtons::heartRect(cell).center());
+    const QString second = shoot + QStringLiteral("/IMG_0002.jpg");
+    EXPECT_TRUE(view.favourites().mark(second).isFavour);
+    EXPECT_TRUE(manager.find(second).record->isFavour);
+    EXPECT_FALSE(state.selectedImageIndex().has_value());
+
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, cell.center());
+    EXPECT_EQ(state.selectedImageIndex(), 1);
+    EXPECT_TRUE(view.favourites().mark(second).isFavour);
 }
