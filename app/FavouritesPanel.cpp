@@ -32,9 +32,25 @@ FavouritesPanel::FavouritesPanel(ToolHost& host, library::FavourManager& manager
     connect(&platform::NotificationCenter::shared(), &platform::NotificationCenter::posted, this,
             [this](const QString& name) {
                 if (name == platform::notifications::favourStateChanged)
-                    reload();
+                    storeChanged();
             });
     reload();
+}
+
+void FavouritesPanel::storeChanged()
+{
+    if (!isVisible()) {
+        m_stale = true;
+        return;
+    }
+    reload();
+}
+
+void FavouritesPanel::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (m_stale)
+        reload();
 }
 
 QStringList FavouritesPanel::shownPaths() const
@@ -47,6 +63,7 @@ QStringList FavouritesPanel::shownPaths() const
 
 void FavouritesPanel::reload()
 {
+    m_stale = false;
     const auto favourites = m_manager.favourites();
     m_list->clear();
     if (!favourites) {

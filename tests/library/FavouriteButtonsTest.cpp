@@ -135,6 +135,7 @@ TEST_F(FavouriteButtonsTest, ThePanelListsFavouritesNewestChangeFirst)
 {
     FakeHost host;
     app::FavouritesPanel panel(host, manager);
+    panel.show();
     const QString a = folder.filePath(QStringLiteral("a.jpg")), b = folder.filePath(QStringLiteral("b.jpg")),
                   c = folder.filePath(QStringLiteral("c.jpg"));
     for (const QString& path : {a, b, c}) {
@@ -173,4 +174,15 @@ TEST_F(FavouriteButtonsTest, TheWaterfallHeartMarksWithoutSelectingAndTheRestOfT
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, cell.center());
     EXPECT_EQ(state.selectedImageIndex(), 1);
     EXPECT_TRUE(view.favourites().mark(second).isFavour);
+}
+
+TEST_F(FavouriteButtonsTest, AHiddenPanelCatchesUpWhenShown)
+{
+    FakeHost host;
+    app::FavouritesPanel panel(host, manager);
+    const QString a = folder.filePath(QStringLiteral("a.jpg"));
+    ASSERT_TRUE(manager.setFavour(a, true));
+    EXPECT_TRUE(panel.shownPaths().isEmpty());
+    panel.show();
+    EXPECT_EQ(panel.shownPaths(), QStringList{a});
 }
