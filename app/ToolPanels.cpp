@@ -5,12 +5,11 @@
 #include "app/FavouritesPanel.h"
 #include "library/FavourManager.h"
 
-#include "app/PosePanel.h"
-#include "app/GroupingPanel.h"
-
-#include "app/VisionPanel.h"
 #include "app/CardMonitorPanel.h"
+#include "app/GroupingPanel.h"
 #include "app/PairingPanel.h"
+#include "app/PosePanel.h"
+#include "app/VisionPanel.h"
 
 namespace lumaro::app {
 

@@ -21,15 +21,15 @@ const std::vector<Command>& commands();
 
 // One declaration per command file.
 int runList(const QStringList& arguments);
+int runPose(const QStringList& arguments);
 int runThumbs(const QStringList& arguments);
-int runGroup(const QStringList& arguments);
-int runUngroup(const QStringList& arguments);
 int runTrash(const QStringList& arguments);
 int runTags(const QStringList& arguments);
 int runRotate(const QStringList& arguments);
-int runPose(const QStringList& arguments);
-int runFav(const QStringList& arguments);
 int runIndex(const QStringList& arguments);
+int runFav(const QStringList& arguments);
+int runGroup(const QStringList& arguments);
+int runUngroup(const QStringList& arguments);
 
 int runClean(const QStringList& arguments);
 int runPick(const QStringList& arguments);
