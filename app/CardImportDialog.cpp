@@ -13,6 +13,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <QFutureWatcher>
 #include <QtConcurrent/QtConcurrentRun>
 
 namespace lumaro::app {
@@ -79,9 +80,11 @@ CardImportDialog::CardImportDialog(const QString& mountPath, QWidget* parent)
     connect(m_service, &cards::CardImportService::scanned, this, &CardImportDialog::showScan);
 
     // Recognition reads the card (and a picture's EXIF): off the main thread like the scan.
-    auto* watcher = new QObject(this);
-    (void)QtConcurrent::run([mountPath] { return recognitionText(mountPath); })
-        .then(watcher, [this](const QString& text) { m_recognition->setText(text); });
+    // The watcher dies with the dialog, so a late result is dropped rather than delivered to a closed dialog.
+    auto* watcher = new QFutureWatcher<QString>(this);
+    connect(watcher, &QFutureWatcher<QString>::finished, this,
+            [this, watcher] { m_recognition->setText(watcher->result()); });
+    watcher->setFuture(QtConcurrent::run([mountPath] { return recognitionText(mountPath); }));
     m_service->scan(mountPath);
     refresh();
 }

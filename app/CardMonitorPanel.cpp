@@ -7,6 +7,7 @@
 #include "platform/RemovableVolumeMonitor.h"
 
 #include <QFileDialog>
+#include <QFutureWatcher>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
@@ -62,20 +63,26 @@ void CardMonitorPanel::addVolume(const platform::MountedVolume& volume, bool off
     item->setToolTip(volume.rootPath);
     const QString root = volume.rootPath;
     const QString name = volume.name;
-    (void)QtConcurrent::run([root] { return cards::CardReco::recognize(root); })
-        .then(this, [this, root, name, offer](const std::optional<cards::CardRecognition>& recognition) {
-            for (int row = 0; row < m_cards->count(); ++row) {
-                QListWidgetItem* item = m_cards->item(row);
-                if (item->data(Qt::UserRole).toString() != root)
-                    continue;
-                item->setText(name + QStringLiteral("  ·  ")
-                              + (recognition ? cards::familyName(recognition->cameraType) : QStringLiteral("未识别")));
-                if (recognition)
-                    item->setToolTip(recognition->matchInformation);
-            }
-            if (offer && recognition)
-                openImport(root);
-        });
+    // A watcher owned by the panel: when the panel goes first, the watcher goes with it and the late result is
+    // simply not delivered (a continuation with a context object asserts in Qt 6.4 when the context dies first).
+    using Recognition = std::optional<cards::CardRecognition>;
+    auto* watcher = new QFutureWatcher<Recognition>(this);
+    connect(watcher, &QFutureWatcher<Recognition>::finished, this, [this, watcher, root, name, offer] {
+        const Recognition recognition = watcher->result();
+        watcher->deleteLater();
+        for (int row = 0; row < m_cards->count(); ++row) {
+            QListWidgetItem* item = m_cards->item(row);
+            if (item->data(Qt::UserRole).toString() != root)
+                continue;
+            item->setText(name + QStringLiteral("  ·  ")
+                          + (recognition ? cards::familyName(recognition->cameraType) : QStringLiteral("未识别")));
+            if (recognition)
+                item->setToolTip(recognition->matchInformation);
+        }
+        if (offer && recognition)
+            openImport(root);
+    });
+    watcher->setFuture(QtConcurrent::run([root] { return cards::CardReco::recognize(root); }));
 }
 
 void CardMonitorPanel::removeVolume(const QString& rootPath)

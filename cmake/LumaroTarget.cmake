@@ -23,7 +23,7 @@ function(lumaro_test name label)
     target_link_libraries(${name} PRIVATE lumaro_test_support ${T_LIBS} GTest::gtest GTest::gmock)
     gtest_discover_tests(${name}
         PROPERTIES LABELS ${label}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LUMARO_TEST_MODELS_DIR=${LUMARO_SHARED_MODELS_DIR}"
+        ENVIRONMENT QT_QPA_PLATFORM=offscreen
         NO_PRETTY_VALUES
         DISCOVERY_TIMEOUT 60)
 endfunction()
