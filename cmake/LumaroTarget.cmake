@@ -15,12 +15,18 @@ function(lumaro_module name)
     lumaro_target_defaults(lumaro_${name})
 endfunction()
 
-# lumaro_test(NAME LABEL SOURCES... LIBS libs...) -> one GoogleTest executable registered with CTest.
+# lumaro_test(NAME LABEL [WIDGETS] SOURCES... LIBS libs...) -> one GoogleTest executable registered with CTest.
+# WIDGETS: the suite shows widgets, so its main() creates a QApplication instead of a QGuiApplication.
 function(lumaro_test name label)
-    cmake_parse_arguments(T "" "" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(T "WIDGETS" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${T_SOURCES})
     lumaro_target_defaults(${name})
-    target_link_libraries(${name} PRIVATE lumaro_test_support ${T_LIBS} GTest::gtest GTest::gmock)
+    if(T_WIDGETS)
+        set(main lumaro_widgets_test_main)
+    else()
+        set(main lumaro_test_main)
+    endif()
+    target_link_libraries(${name} PRIVATE ${main} lumaro_test_support ${T_LIBS} GTest::gtest GTest::gmock)
     gtest_discover_tests(${name}
         PROPERTIES LABELS ${label}
         ENVIRONMENT QT_QPA_PLATFORM=offscreen

@@ -58,8 +58,9 @@ TEST_P(RewrittenFormats, TurnsLeftAndKeepsTheTags)
     const RotationOutcome outcome = ImageRotator::rotateLeft(picture);
     ASSERT_EQ(outcome.status, RotationOutcome::Status::rotated) << qPrintable(outcome.error);
     expectTurnedLeft(picture);
-    if (tagged)
+    if (tagged) {
         EXPECT_EQ(tagsOf(picture), QByteArrayLiteral("red"));
+    }
     EXPECT_EQ(folder.entries().size(), 1); // no temporary left beside it
 }
 

@@ -122,8 +122,9 @@ TEST_F(BodyPoseDetection, EachFaceOpensItsOwnPerson)
         const bool leftPerson = person.searchRegion.center().x() < border;
         onLeft += leftPerson ? 1 : 0;
         for (const platform::JointSample& joint : person.joints) {
-            if (joint.location)
+            if (joint.location) {
                 EXPECT_EQ(joint.location->x() < border, leftPerson) << joint.name.toStdString();
+            }
         }
     }
     EXPECT_EQ(onLeft, 1);

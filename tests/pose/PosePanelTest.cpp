@@ -81,18 +81,3 @@ TEST_F(PosePanelTest, WithoutAModelSaysSo)
 
 } // namespace
 } // namespace lumaro::testing
-
-// The panel is a widget: this executable needs a QApplication, with its own throwaway homes.
-int main(int argc, char** argv)
-{
-    QTemporaryDir homes;
-    if (!homes.isValid())
-        return 3;
-    for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
-        qputenv(variable, QFile::encodeName(homes.filePath(QString::fromLatin1(variable))));
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    ::testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// main() of the cards panel tests: throwaway homes (the Trash and settings of this process only) and a widgets
-// application, offscreen.
+// main() of the widget tests (window, panels): the same throwaway homes as every test process, with a widgets
+// application (offscreen) instead of a GUI one.
 #include "tests/support/TestHomes.h"
 
 #include <QApplication>
