@@ -3,7 +3,6 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
-#include "cli/FolderArgument.h"
 
 #include "cards/ByteCountFormatter.h"
 #include "cards/CardReco.h"
@@ -23,14 +22,10 @@ int runCard(const QStringList& arguments)
     line.addJsonOption();
     if (const auto stop = line.parse(arguments))
         return *stop;
-    const auto words = line.positional(1);
-    if (!words)
+    const auto checked = line.folderArgument(QStringLiteral("card takes one mount path"));
+    if (!checked)
         return exitUsage;
-    if (words->size() > 1)
-        return line.usageError(QStringLiteral("card takes one mount path"));
-    const QString mount = words->constFirst();
-    if (const auto problem = problemWithFolder(mount))
-        return line.fail(*problem, exitUsage);
+    const QString mount = *checked;
 
     const auto recognition = cards::CardReco::recognize(mount);
     const cards::CameraType type = recognition ? recognition->cameraType : cards::CameraType::unknown;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
+#include "cli/FolderArgument.h"
 #include "platform/Log.h"
 
 #include <algorithm>
@@ -79,6 +80,23 @@ std::optional<QStringList> CommandLine::positional(qsizetype minimum)
         return std::nullopt;
     }
     return words;
+}
+
+std::optional<QString> CommandLine::folderArgument(const QString& tooManyMessage)
+{
+    const auto words = positional(1);
+    if (!words)
+        return std::nullopt;
+    if (words->size() > 1) {
+        usageError(tooManyMessage);
+        return std::nullopt;
+    }
+    const QString folder = words->constFirst();
+    if (const auto problem = problemWithFolder(folder)) {
+        fail(*problem, 2);
+        return std::nullopt;
+    }
+    return folder;
 }
 
 int CommandLine::fail(const QString& message, int code) const

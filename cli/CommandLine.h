@@ -27,6 +27,10 @@ public:
     std::optional<int> parse(const QStringList& arguments);
     // Positional arguments; when fewer than `minimum`, prints the usage and returns nullopt.
     std::optional<QStringList> positional(qsizetype minimum);
+    // The command's one folder argument, checked to be a readable folder. nullopt when it is missing, when more
+    // were given (`tooManyMessage` is printed with the usage) or when it is no usable folder (the reason is printed):
+    // the command then exits with 2.
+    std::optional<QString> folderArgument(const QString& tooManyMessage);
 
     bool json() const { return m_json && m_parser.isSet(QStringLiteral("json")); }
     bool isSet(const QString& name) const { return m_parser.isSet(name); }

@@ -3,7 +3,6 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
-#include "cli/FolderArgument.h"
 #include "cli/ProgressBar.h"
 
 #include "cards/CardImportService.h"
@@ -32,14 +31,10 @@ int runImport(const QStringList& arguments)
     line.addJsonOption();
     if (const auto stop = line.parse(arguments))
         return *stop;
-    const auto words = line.positional(1);
-    if (!words)
+    const auto checked = line.folderArgument(QStringLiteral("import takes one mount path"));
+    if (!checked)
         return exitUsage;
-    if (words->size() > 1)
-        return line.usageError(QStringLiteral("import takes one mount path"));
-    const QString mount = words->constFirst();
-    if (const auto problem = problemWithFolder(mount))
-        return line.fail(*problem, exitUsage);
+    const QString mount = *checked;
     const QString location = line.isSet(QStringLiteral("to"))
                                ? line.value(QStringLiteral("to"))
                                : cards::ImportLocation(platform::QSettingsStore::shared()).path();

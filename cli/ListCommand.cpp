@@ -3,7 +3,6 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
-#include "cli/FolderArgument.h"
 
 #include "browse/state/FileSystemService.h"
 
@@ -21,14 +20,10 @@ int runList(const QStringList& arguments)
                     QStringLiteral("End each name with a NUL byte instead of a newline, unescaped.")});
     if (const auto stop = line.parse(arguments))
         return *stop;
-    const auto words = line.positional(1);
-    if (!words)
+    const auto checked = line.folderArgument(QStringLiteral("list takes one folder"));
+    if (!checked)
         return exitUsage;
-    if (words->size() > 1)
-        return line.usageError(QStringLiteral("list takes one folder"));
-    const QString folder = words->constFirst();
-    if (const auto problem = problemWithFolder(folder))
-        return line.fail(*problem, exitUsage);
+    const QString folder = *checked;
 
     const QStringList names = browse::FileSystemService::shared().loadImageFileNames(folder);
 

@@ -3,7 +3,6 @@
 
 #include "cli/CommandLine.h"
 #include "cli/ExitCode.h"
-#include "cli/FolderArgument.h"
 #include "cli/ProgressBar.h"
 
 #include "browse/state/FileSystemService.h"
@@ -62,14 +61,10 @@ int runNameWork(NameWork work, const QStringList& arguments)
     line.addOption({QStringLiteral("dry-run"), QStringLiteral("Print the renames without doing them.")});
     if (const auto stop = line.parse(arguments))
         return *stop;
-    const auto words = line.positional(1);
-    if (!words)
+    const auto checked = line.folderArgument(name + QStringLiteral(" takes one folder"));
+    if (!checked)
         return exitUsage;
-    if (words->size() > 1)
-        return line.usageError(name + QStringLiteral(" takes one folder"));
-    const QString folder = words->constFirst();
-    if (const auto problem = problemWithFolder(folder))
-        return line.fail(*problem, exitUsage);
+    const QString folder = *checked;
 
     const QStringList names = browse::FileSystemService::shared().loadImageFileNames(folder);
     ProgressBar progress(grouping ? QStringLiteral("Grouping") : QStringLiteral("Ungrouping"), names.size());
