@@ -9,10 +9,9 @@
 
 namespace lumaro::pose {
 
-// Any thread, blocking. Newest index file first (the run stamp sorts by name); the first file that has an entry
-// whose "fileName" is the picture's name wins. Its "objects" and "scene" labels, in order and without
-// repeats, are the tags. nullopt when the folder has no index or no entry for the picture; unreadable or
-// malformed index files are skipped with a log line.
+// Any thread, blocking. The newest run that analysed the picture wins (the order the app and grouping use); its
+// "objects" and "scene" labels, in order and without repeats, are the tags. nullopt when the folder has no index
+// or no entry for the picture; unreadable or malformed index files are skipped with a log line.
 class PoseVisionTags
 {
 public:

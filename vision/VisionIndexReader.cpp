@@ -19,12 +19,14 @@ struct Run
     VisionIndexFileData data;
 };
 
-std::vector<Run> runsNewestFirst(const QString& pictureFolder)
+std::vector<Run> runsNewestFirst(const QString& pictureFolder, QStringList* unreadable = nullptr)
 {
     std::vector<Run> runs;
     for (const QString& path : IndexFolder::jsonFiles(pictureFolder, QStringLiteral("vision_index_"))) {
         if (auto data = VisionIndexFile::read(path))
             runs.push_back({path, std::move(*data)});
+        else if (unreadable)
+            *unreadable << path;
     }
     std::stable_sort(runs.begin(), runs.end(), [](const Run& a, const Run& b) {
         const bool aDated = a.data.generatedAt.isValid();
@@ -49,9 +51,9 @@ QStringList VisionIndexReader::indexFilesNewestFirst(const QString& pictureFolde
 }
 
 std::optional<VisionRecognitionResult> VisionIndexReader::resultFor(const QString& pictureFolder,
-                                                                    const QString& fileName)
+                                                                    const QString& fileName, QStringList* unreadable)
 {
-    for (const Run& run : runsNewestFirst(pictureFolder)) {
+    for (const Run& run : runsNewestFirst(pictureFolder, unreadable)) {
         for (const VisionRecognitionResult& result : run.data.results) {
             if (result.fileName == fileName)
                 return result;

@@ -20,8 +20,10 @@ class VisionIndexReader
 public:
     // `_index/vision_index_*.json` of the folder, newest run first; unreadable files are left out.
     static QStringList indexFilesNewestFirst(const QString& pictureFolder);
-    // The picture's result from the newest run that analysed it, or nullopt.
-    static std::optional<VisionRecognitionResult> resultFor(const QString& pictureFolder, const QString& fileName);
+    // The picture's result from the newest run that analysed it, or nullopt. `unreadable`, when given, receives
+    // the index files that could not be read or were not a JSON object, so the caller can say so in its own log.
+    static std::optional<VisionRecognitionResult> resultFor(const QString& pictureFolder, const QString& fileName,
+                                                            QStringList* unreadable = nullptr);
     // Every picture's result from the newest run that analysed it, by file name.
     static QHash<QString, VisionRecognitionResult> latestResults(const QString& pictureFolder);
 };
