@@ -82,6 +82,15 @@ std::optional<QStringList> CommandLine::positional(qsizetype minimum)
     return words;
 }
 
+std::optional<int> CommandLine::number(const QString& name, int low, int high) const
+{
+    bool ok = false;
+    const int value = m_parser.value(name).toInt(&ok);
+    if (!ok || value < low || value > high)
+        return std::nullopt;
+    return value;
+}
+
 std::optional<QString> CommandLine::folderArgument(const QString& tooManyMessage)
 {
     const auto words = positional(1);

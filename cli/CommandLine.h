@@ -34,6 +34,8 @@ public:
 
     bool json() const { return m_json && m_parser.isSet(QStringLiteral("json")); }
     bool isSet(const QString& name) const { return m_parser.isSet(name); }
+    // The option's value as a whole number in low…high, or nullopt when it is not one.
+    std::optional<int> number(const QString& name, int low, int high) const;
     QString value(const QString& name) const { return m_parser.value(name); }
 
     // Prints "lumaro-cli COMMAND: message" on standard error and returns `code`.

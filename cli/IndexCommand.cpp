@@ -74,10 +74,10 @@ int runIndex(const QStringList& arguments)
         return line.usageError(QStringLiteral("index takes one folder"));
     int jobs = 0;
     if (line.isSet(QStringLiteral("jobs"))) {
-        bool ok = false;
-        jobs = line.value(QStringLiteral("jobs")).toInt(&ok);
-        if (!ok || jobs < 1 || jobs > 64)
+        const auto asked = line.number(QStringLiteral("jobs"), 1, 64);
+        if (!asked)
             return line.usageError(QStringLiteral("--jobs takes a number from 1 to 64"));
+        jobs = *asked;
     }
     const QString folder = QDir(words->constFirst()).absolutePath();
     if (const auto problem = problemWithFolder(folder))

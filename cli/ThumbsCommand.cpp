@@ -68,14 +68,6 @@ ThumbResult makeThumbnail(const QString& source, const QString& target, int size
     return {Outcome::written, {}};
 }
 
-std::optional<int> boundedNumber(const QString& text, int low, int high)
-{
-    bool ok = false;
-    const int value = text.toInt(&ok);
-    if (!ok || value < low || value > high)
-        return std::nullopt;
-    return value;
-}
 
 } // namespace
 
@@ -99,11 +91,11 @@ int runThumbs(const QStringList& arguments)
         return exitUsage;
     if (words->size() > 1)
         return line.usageError(QStringLiteral("thumbs takes one folder"));
-    const auto size = boundedNumber(line.value(QStringLiteral("size")), 16, 4096);
+    const auto size = line.number(QStringLiteral("size"), 16, 4096);
     if (!size)
         return line.usageError(QStringLiteral("--size must be a number from 16 to 4096"));
     const int defaultJobs = std::max(1, QThread::idealThreadCount());
-    const auto jobs = line.isSet(QStringLiteral("jobs")) ? boundedNumber(line.value(QStringLiteral("jobs")), 1, 64)
+    const auto jobs = line.isSet(QStringLiteral("jobs")) ? line.number(QStringLiteral("jobs"), 1, 64)
                                                          : std::optional<int>(defaultJobs);
     if (!jobs)
         return line.usageError(QStringLiteral("--jobs must be a number from 1 to 64"));

@@ -219,21 +219,8 @@ sqlite3_stmt* LocalDatabaseManager::prepare(const QString& sql, const QVariantLi
 
 bool LocalDatabaseManager::execute(const QString& sql, const QVariantList& parameters)
 {
-    StatementPtr statement(prepare(sql, parameters), &sqlite3_finalize);
-    if (!statement)
+    if (!step(sql, parameters, [](sqlite3_stmt*) {}))
         return false;
-    int code = SQLITE_ROW;
-    while (code == SQLITE_ROW)
-        code = sqlite3_step(statement.get());
-    if (code != SQLITE_DONE) {
-        recordError();
-        log(QStringLiteral("❌ SQL 执行失败: %1 (错误代码: %2, 扩展错误代码: %3)")
-                .arg(m_lastError.message)
-                .arg(m_lastError.code)
-                .arg(m_lastError.extendedCode));
-        return false;
-    }
-    m_lastError = {};
     const int changed = sqlite3_changes(m_db);
     if (changed == 0)
         log(QStringLiteral("⚠️ SQL 执行成功但没有行被影响: ") + sql);

@@ -4,9 +4,28 @@
 #pragma once
 
 #include <QString>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
 
 namespace lumaro::testing {
 
 void pointHomesAt(const QString& root);
+
+// The whole of a test main(): throwaway homes, the offscreen platform, an application object of type App
+// (QGuiApplication or QApplication), then every test.
+template<typename App>
+int runTestsIn(int argc, char** argv)
+{
+    QTemporaryDir homes;
+    if (!homes.isValid())
+        return 3;
+    pointHomesAt(homes.path());
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    App application(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
 
 } // namespace lumaro::testing

@@ -4,22 +4,9 @@
 #include "tests/support/TestHomes.h"
 
 #include <QGuiApplication>
-#include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-
+// A GUI application object (offscreen) so that image and font code works; no window is ever shown.
 int main(int argc, char** argv)
 {
-    QTemporaryDir homes;
-    if (!homes.isValid())
-        return 3;
-    lumaro::testing::pointHomesAt(homes.path());
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    // A GUI application object (offscreen) so that image and font code works; no window is ever shown.
-    QGuiApplication application(argc, argv);
-    ::testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
+    return lumaro::testing::runTestsIn<QGuiApplication>(argc, argv);
 }
