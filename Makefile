@@ -7,8 +7,9 @@ RELEASE_DIR ?= build/release
 PREFIX ?= /usr/local
 FOLDER ?=
 JOBS ?= $(shell nproc)
+SECONDS ?= 60
 
-.PHONY: deps configure build run test bench install demo clean
+.PHONY: deps configure build run test bench fuzz install demo clean
 
 deps:
 	@bash scripts/install-deps.sh
@@ -34,6 +35,11 @@ bench: deps
 	@cmake --preset release >/dev/null
 	@cmake --build $(RELEASE_DIR) -j $(JOBS)
 	@bash bench/run-all.sh $(RELEASE_DIR)
+
+# Every libFuzzer harness in fuzz/ for SECONDS seconds each (clang build in build/fuzz).
+fuzz:
+	@bash scripts/install-deps.sh --fuzz
+	@bash scripts/run-fuzzers.sh $(SECONDS)
 
 install: deps
 	@cmake --preset release -DCMAKE_INSTALL_PREFIX=$(PREFIX) -DLUMARO_BUILD_TESTS=OFF -DLUMARO_BUILD_BENCH=OFF >/dev/null

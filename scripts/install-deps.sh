@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Installs everything Lumaro builds, tests and runs with, from Debian 12's own packages.
 # Idempotent: packages already present are left alone. Works as root or through sudo.
+# --fuzz adds the clang toolchain and libFuzzer for `make fuzz` (not needed by `make test`).
 set -euo pipefail
 
 packages=(
@@ -15,13 +16,17 @@ packages=(
   libopencv-dev opencv-data libtesseract-dev libleptonica-dev tesseract-ocr-eng tesseract-ocr-chi-sim
   # favourites store
   libsqlite3-dev sqlite3
-  # tests and benchmarks
-  libgtest-dev libgmock-dev googletest libbenchmark-dev
+  # tests and benchmarks; strace stops or fails a command at a chosen system call (kill and fault tests)
+  libgtest-dev libgmock-dev googletest libbenchmark-dev strace
   # the desktop's own Trash tool (last restore fallback), desktop-file checks, peer tools for benches
   libglib2.0-bin desktop-file-utils appstream libvips-tools hyperfine
   # model conversion (scripts/)
   python3 python3-numpy python3-onnx
 )
+
+if [ "${1:-}" = "--fuzz" ]; then
+  packages+=(clang-14 libfuzzer-14-dev)
+fi
 
 missing=()
 for p in "${packages[@]}"; do

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fuzz/FuzzScratch.h"
+
+#include "platform/Log.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+namespace lumaro::fuzz {
+
+namespace {
+
+QTemporaryDir& scratch()
+{
+    static QTemporaryDir dir;
+    return dir;
+}
+
+} // namespace
+
+void FuzzScratch::initialise()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The harness must not touch the user's Trash, settings or favourites.
+    const QString home = scratch().path() + QStringLiteral("-home");
+    QDir().mkpath(home);
+    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+        qputenv(name, home.toUtf8());
+    platform::Log::silence();
+    static int argc = 1;
+    static char name[] = "lumaro-fuzz";
+    static char* argv[] = {name, nullptr};
+    static QCoreApplication app(argc, argv);
+}
+
+QString FuzzScratch::path(const QString& relative)
+{
+    return relative.isEmpty() ? scratch().path() : scratch().filePath(relative);
+}
+
+QString FuzzScratch::write(const QString& relative, const QByteArray& data)
+{
+    const QString target = path(relative);
+    QDir().mkpath(QFileInfo(target).path());
+    QFile file(target);
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        file.write(data);
+    return target;
+}
+
+void FuzzScratch::clear()
+{
+    QDir dir(path());
+    for (const QString& name :
+         dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)) {
+        const QString full = dir.filePath(name);
+        if (QFileInfo(full).isDir() && !QFileInfo(full).isSymLink())
+            QDir(full).removeRecursively();
+        else
+            QFile::remove(full);
+    }
+}
+
+} // namespace lumaro::fuzz
+
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    lumaro::fuzz::FuzzScratch::initialise();
+    return 0;
+}
