@@ -95,7 +95,7 @@ std::vector<KillCase> killCases()
 {
     std::vector<KillCase> cases;
     cases.push_back({"index",
-                     2,
+                     1,
                      [](Scene& s) {
                          shootOf(s, kShootNames.mid(0, 2));
                          return QStringList{QStringLiteral("index"), QStringLiteral("-q"), s.shoot()};
