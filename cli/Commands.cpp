@@ -20,6 +20,9 @@ const std::vector<Command>& commands()
         {QStringLiteral("pick"), QStringLiteral("Copy the RAW files that have a JPG into RAW_PICK"), &runPick},
         {QStringLiteral("card"), QStringLiteral("Recognise a memory card's camera family and count its files"), &runCard},
         {QStringLiteral("import"), QStringLiteral("Import a memory card into the next rollNN folder"), &runImport},
+        {QStringLiteral("report"), QStringLiteral("The shooting report of a folder: exposures, pace, lenses, culling"), &runReport,
+         true},
+        {QStringLiteral("histogram"), QStringLiteral("The tone histogram of a picture and its clipped shares"), &runHistogram},
     };
     return table;
 }

@@ -15,6 +15,8 @@ struct Command
     QString summary;
     // Takes the words after the command's name; returns the process exit code (ExitCode.h).
     int (*run)(const QStringList& arguments);
+    // Paints (a PDF needs fonts), so main() makes a QGuiApplication, on the offscreen platform, for it.
+    bool paints = false;
 };
 
 const std::vector<Command>& commands();
@@ -35,5 +37,8 @@ int runClean(const QStringList& arguments);
 int runPick(const QStringList& arguments);
 int runCard(const QStringList& arguments);
 int runImport(const QStringList& arguments);
+
+int runReport(const QStringList& arguments);
+int runHistogram(const QStringList& arguments);
 
 } // namespace lumaro::cli

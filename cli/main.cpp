@@ -5,6 +5,9 @@
 #include "cli/ExitCode.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
+
+#include <memory>
 
 using namespace lumaro::cli;
 
@@ -21,11 +24,25 @@ void printOverview()
     out.flush();
 }
 
+// Most commands need no GUI application and start faster without one; a command that paints gets one, on the
+// offscreen platform, since the command line never shows a window.
+std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[])
+{
+    for (const Command& command : commands()) {
+        if (command.paints && argc > 1 && command.name == QLatin1String(argv[1])) {
+            if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+                qputenv("QT_QPA_PLATFORM", "offscreen");
+            return std::make_unique<QGuiApplication>(argc, argv);
+        }
+    }
+    return std::make_unique<QCoreApplication>(argc, argv);
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
 {
-    QCoreApplication application(argc, argv);
+    const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumaro-cli"));
     QStringList arguments = QCoreApplication::arguments().mid(1);
     if (arguments.isEmpty()) {
@@ -41,6 +58,7 @@ int main(int argc, char* argv[])
         if (command.name == name)
             return command.run(arguments);
     }
-    standardError() << "lumaro-cli: unknown command '" << name << "'. Run 'lumaro-cli --help' for the list.\n";
+    standardError() << "lumaro-cli: unknown command '" << name
+                    << "'. Run 'lumaro-cli --help' for the list.\n";
     return exitUsage;
 }

@@ -18,12 +18,13 @@ const QMap<QString, QSet<QString>>& allowedModules()
         {QStringLiteral("pose"), {QStringLiteral("pose"), QStringLiteral("vision"), QStringLiteral("platform")}},
         {QStringLiteral("cards"), {QStringLiteral("cards"), QStringLiteral("platform")}},
         {QStringLiteral("library"), {QStringLiteral("library"), QStringLiteral("platform")}},
+        {QStringLiteral("report"), {QStringLiteral("report"), QStringLiteral("platform")}},
         {QStringLiteral("cli"),
          {QStringLiteral("cli"), QStringLiteral("browse"), QStringLiteral("vision"), QStringLiteral("pose"),
-          QStringLiteral("cards"), QStringLiteral("library"), QStringLiteral("platform")}},
+          QStringLiteral("cards"), QStringLiteral("library"), QStringLiteral("report"), QStringLiteral("platform")}},
         {QStringLiteral("app"),
          {QStringLiteral("app"), QStringLiteral("browse"), QStringLiteral("vision"), QStringLiteral("pose"),
-          QStringLiteral("cards"), QStringLiteral("library"), QStringLiteral("platform")}},
+          QStringLiteral("cards"), QStringLiteral("library"), QStringLiteral("report"), QStringLiteral("platform")}},
     };
     return table;
 }
@@ -39,7 +40,7 @@ bool isOperatingSystemHeader(const QString& header)
 bool isWidgetsHeader(const QString& header)
 {
     static const QRegularExpression pattern(QStringLiteral(
-        R"(^(QtWidgets/.*|Q(Widget|MainWindow|Application|Dialog|FileDialog|Label|PushButton|ListWidget|ListView|)"
+        R"(^(QtWidgets/.*|QtCharts/.*|QChart|QChartView|Q(Widget|MainWindow|Application|Dialog|FileDialog|Label|PushButton|ListWidget|ListView|)"
         R"(TreeView|TableView|GraphicsView|ScrollArea|Splitter|StackedWidget|MessageBox|ProgressDialog|Menu|)"
         R"(MenuBar|ToolBar|StatusBar|LineEdit|ComboBox|CheckBox|SpinBox|Slider|Layout|BoxLayout|HBoxLayout|)"
         R"(VBoxLayout|GridLayout|FormLayout|AbstractItemView|Action|Shortcut|KeySequenceEdit|ToolButton|Frame|)"

@@ -13,7 +13,7 @@ TEST(Layering, EveryModuleIncludesOnlyWhatItsLayerAllows)
     const QString root = QStringLiteral(LUMARO_SOURCE_DIR);
     int checked = 0;
     QStringList report;
-    for (const char* module : {"platform", "browse", "vision", "pose", "cards", "library", "cli", "app"}) {
+    for (const char* module : {"platform", "browse", "vision", "pose", "cards", "library", "report", "cli", "app"}) {
         QDirIterator it(root + QLatin1Char('/') + QLatin1String(module), {QStringLiteral("*.h"), QStringLiteral("*.cpp")},
                         QDir::Files, QDirIterator::Subdirectories);
         while (it.hasNext()) {
@@ -66,4 +66,7 @@ INSTANTIATE_TEST_SUITE_P(
                       RuleCase{"vision/A.cpp", "  #  include <QtWidgets/QLabel>", false},
                       RuleCase{"app/A.cpp", "#include <QMainWindow>", true},
                       RuleCase{"browse/A.cpp", "#include <QImage>", true},
+                      RuleCase{"report/A.cpp", "#include <QChartView>", false},
+                      RuleCase{"report/A.cpp", "#include \"browse/state/LMRModeState.h\"", false},
+                      RuleCase{"cli/A.cpp", "#include \"report/ShootingReport.h\"", true},
                       RuleCase{"tests/x/A.cpp", "#include <unistd.h>", true}));
