@@ -5,11 +5,13 @@
 #include "app/FilmStripMode.h"
 #include "app/FolderPanel.h"
 #include "app/GridPreviewMode.h"
+#include "app/HistogramOverlay.h"
 #include "app/KeyMonitor.h"
 #include "app/SettingsDialog.h"
 #include "app/ThumbnailScrollView.h"
 #include "app/WaterfallMode.h"
 #include "browse/hotkeys/FolderNavigator.h"
+#include "browse/hotkeys/HistogramHotkey.h"
 #include "browse/hotkeys/HotkeyDispatcher.h"
 #include "browse/hotkeys/HotkeyManager.h"
 #include "browse/state/FileSystemService.h"
@@ -75,6 +77,7 @@ MainWindow::MainWindow(QWidget* parent)
         connect(&mode->thumbnails(), &ThumbnailScrollView::firstScreenComplete, this, &MainWindow::firstScreenComplete);
     }
     setCentralWidget(m_stack);
+    m_histogram = new HistogramOverlay(*m_state, *m_thumbnails, m_stack);
 
     m_navigator = new browse::FolderNavigator(*m_state, &m_modes.first()->folderLoader(), nullptr, this);
     browse::HotkeyDispatcher::Services services;
@@ -85,7 +88,13 @@ MainWindow::MainWindow(QWidget* parent)
             toggleFullScreen();
             return true;
         }
-        return m_dispatcher->handleKey(key, modifiers);
+        if (m_dispatcher->handleKey(key, modifiers))
+            return true;
+        // The culling actions come first; the histogram key never shadows one of them.
+        if (!browse::HistogramHotkey::shared().matches(key, modifiers))
+            return false;
+        m_histogram->toggle();
+        return true;
     }, this);
     qApp->installEventFilter(m_keyMonitor);
 

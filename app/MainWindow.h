@@ -28,6 +28,7 @@ namespace lumaro::app {
 class BrowseMode;
 class BrowseStatusBar;
 class FolderPanel;
+class HistogramOverlay;
 class KeyMonitor;
 
 // Main thread. Mode switches save the shared state under the "LMR_" keys and let the next mode read it back.
@@ -51,6 +52,7 @@ public:
     browse::HotkeyDispatcher& dispatcher() { return *m_dispatcher; }
     BrowseStatusBar& browseStatusBar() { return *m_statusBar; }
     FolderPanel& folderPanel() { return *m_folderPanel; }
+    HistogramOverlay& histogramOverlay() { return *m_histogram; }
     bool isFolderPanelShown() const;
     void showSettings();
 
@@ -88,6 +90,7 @@ private:
     KeyMonitor* m_keyMonitor;
     BrowseStatusBar* m_statusBar;
     FolderPanel* m_folderPanel;
+    HistogramOverlay* m_histogram;
     QDockWidget* m_folderDock;
     QActionGroup* m_modeActions = nullptr;
     QMenu* m_toolsMenu = nullptr;

@@ -9,6 +9,8 @@
 #include "app/GroupingPanel.h"
 #include "app/PairingPanel.h"
 #include "app/PosePanel.h"
+#include "app/ReportPanel.h"
+#include "browse/hotkeys/HistogramHotkey.h"
 #include "app/VisionPanel.h"
 
 namespace lumaro::app {
@@ -23,6 +25,7 @@ void installToolPanels(ToolHost& host)
     host.addToolPanel(QStringLiteral("JPG-RAW配对清理"), new PairingPanel(PairingPanel::Tool::clean, host));
     host.addToolPanel(QStringLiteral("RAW PICK"), new PairingPanel(PairingPanel::Tool::pick, host));
     host.addToolPanel(QStringLiteral("存储卡导入"), new CardMonitorPanel(host));
+    host.addToolPanel(QStringLiteral("拍摄报告"), new ReportPanel(host, browse::HistogramHotkey::shared()));
 }
 
 } // namespace lumaro::app

@@ -10,6 +10,8 @@ packages=(
   build-essential cmake ninja-build pkg-config git
   # Qt 6 (Widgets for the app, Core/Gui for everything else) and its image plugins (TIFF, WebP)
   qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libgl-dev
+  # shooting report: charts in the app (Qt Charts, which needs Qt's OpenGL module), SVG charts painted into PDFs
+  qt6-charts-dev libqt6opengl6-dev qt6-svg-dev
   # image metadata and decoders
   libexiv2-dev libraw-dev libheif-dev libturbojpeg0-dev libjpeg62-turbo-dev
   # on-device analysis
@@ -20,6 +22,8 @@ packages=(
   libgtest-dev libgmock-dev googletest libbenchmark-dev strace
   # the desktop's own Trash tool (last restore fallback), desktop-file checks, peer tools for benches
   libglib2.0-bin desktop-file-utils appstream libvips-tools hyperfine
+  # the report PDF rendered back in its test
+  poppler-utils
   # model conversion (scripts/)
   python3 python3-numpy python3-onnx
 )
