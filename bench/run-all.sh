@@ -36,3 +36,5 @@ echo "== file-name grouping of 10,000 pictures: the walk, group and ungroup on d
 "$build/bench/name_grouping_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 echo "== lumaro-cli group / ungroup vs a Perl rename loop (10,000 files)"
 bash "$here/group-vs-perl.sh" "$build"
+echo "== lumaro-cli report vs exiv2 (JPG + RAW pairs, 2,500 … 10,000 files)"
+bash "$here/report-vs-exiv2.sh" "$build"
