@@ -17,15 +17,14 @@ MasonryView::MasonryView(browse::LMRModeState& state, browse::ThumbnailLoader& l
     : ThumbnailScrollView(state, loader, parent)
 {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    connect(&loader, &browse::ThumbnailLoader::thumbnailReady, this, &MasonryView::thumbnailArrived);
 }
 
-void MasonryView::thumbnailArrived(const QString& path)
+void MasonryView::thumbnailArrived(const QString& path, const QImage& image)
 {
-    const auto image = loader().thumbnail(path);
-    if (!image || image->width() <= 0)
+    ThumbnailScrollView::thumbnailArrived(path, image);
+    if (image.width() <= 0)
         return;
-    const double aspect = double(image->height()) / image->width();
+    const double aspect = double(image.height()) / image.width();
     const double before = m_aspects.value(path, defaultAspect);
     m_aspects.insert(path, aspect);
     if (std::abs(before - aspect) > 0.01 && isVisible())

@@ -25,7 +25,7 @@ protected:
     void relayout() override;
 
 private:
-    void thumbnailArrived(const QString& path);
+    void thumbnailArrived(const QString& path, const QImage& image) override;
 
     QList<QRect> m_rects;
     int m_height = 0;

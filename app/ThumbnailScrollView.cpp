@@ -3,6 +3,7 @@
 
 #include "app/TilePainter.h"
 #include "browse/state/LMRModeState.h"
+#include "browse/thumbnails/ThumbnailCache.h"
 #include "browse/thumbnails/ThumbnailLoader.h"
 
 #include <QKeyEvent>
@@ -20,8 +21,11 @@ ThumbnailScrollView::ThumbnailScrollView(browse::LMRModeState& state, browse::Th
 {
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setAutoFillBackground(true);
+    // A scroll area's viewport fills with Base, not Window: both are set, or the light text lands on white.
     QPalette dark = viewport()->palette();
     dark.setColor(QPalette::Window, QColor(32, 32, 32));
+    dark.setColor(QPalette::Base, QColor(32, 32, 32));
+    dark.setColor(QPalette::Text, QColor(200, 200, 200));
     viewport()->setPalette(dark);
     connect(&state, &browse::LMRModeState::imageFilesChanged, this, &ThumbnailScrollView::listChanged);
     connect(&state, &browse::LMRModeState::layoutChanged, this, &ThumbnailScrollView::layoutChanged);
@@ -31,8 +35,9 @@ ThumbnailScrollView::ThumbnailScrollView(browse::LMRModeState& state, browse::Th
     });
     connect(&state, &browse::LMRModeState::perFileDataChanged, viewport(), qOverload<>(&QWidget::update));
     connect(&state, &browse::LMRModeState::stateChanged, viewport(), qOverload<>(&QWidget::update));
-    connect(&loader, &browse::ThumbnailLoader::thumbnailReady, this, [this] { viewport()->update(); });
-    connect(&loader, &browse::ThumbnailLoader::invalidated, this, [this] {
+    connect(&loader, &browse::ThumbnailLoader::thumbnailReady, this, &ThumbnailScrollView::thumbnailArrived);
+    connect(&loader, &browse::ThumbnailLoader::invalidated, this, [this](const QString& path) {
+        m_tiles.remove(path);
         requestVisible();
         viewport()->update();
     });
@@ -65,6 +70,19 @@ QPoint ThumbnailScrollView::offset() const
 QRect ThumbnailScrollView::viewportRect(int index) const
 {
     return itemRect(index).translated(-offset());
+}
+
+QImage ThumbnailScrollView::tileImage(int index) const
+{
+    return m_tiles.value(pathOf(index));
+}
+
+void ThumbnailScrollView::thumbnailArrived(const QString& path, const QImage& image)
+{
+    if (!m_onScreen.contains(path))
+        return;
+    m_tiles.insert(path, image);
+    viewport()->update();
 }
 
 QList<int> ThumbnailScrollView::visibleIndices() const
@@ -127,22 +145,37 @@ void ThumbnailScrollView::ensureSelectionVisible()
 
 void ThumbnailScrollView::requestVisible()
 {
-    if (!isVisible() || count() == 0)
+    if (!isVisible() || count() == 0) {
+        m_onScreen.clear();
+        m_tiles.clear();
         return;
+    }
     const QList<int> visible = visibleIndices();
-    QStringList paths;
-    for (int i : visible)
-        paths.append(pathOf(i));
-    // The next two screens ahead and one behind, so scrolling on finds them ready.
+    m_onScreen.clear();
+    QStringList missing;
+    for (int i : visible) {
+        const QString path = pathOf(i);
+        m_onScreen.insert(path);
+        if (m_tiles.contains(path))
+            continue;
+        if (const auto image = m_loader.thumbnail(path))
+            m_tiles.insert(path, *image);
+        else
+            missing.append(path);
+    }
+    m_tiles.removeIf([this](QHash<QString, QImage>::iterator tile) { return !m_onScreen.contains(tile.key()); });
+    // The next two screens ahead and one behind, so scrolling on finds them ready; no more than the cache holds
+    // beside the tiles on screen, or the prefetch would push out what it fetched before it is needed.
     QStringList ahead;
     const int span = std::max<int>(1, int(visible.size()));
+    const int room = std::max(0, browse::ThumbnailCache::maxCacheSize - int(visible.size()));
     const int last = visible.isEmpty() ? 0 : visible.constLast();
     const int first = visible.isEmpty() ? 0 : visible.constFirst();
-    for (int i = last + 1; i < std::min(count(), last + 1 + 2 * span); ++i)
+    for (int i = last + 1; i < std::min(count(), last + 1 + 2 * span) && ahead.size() < room; ++i)
         ahead.append(pathOf(i));
-    for (int i = first - 1; i >= std::max(0, first - span); --i)
+    for (int i = first - 1; i >= std::max(0, first - span) && ahead.size() < room; --i)
         ahead.append(pathOf(i));
-    m_loader.requestThumbnails(paths, ahead);
+    m_loader.requestThumbnails(missing, ahead);
 }
 
 void ThumbnailScrollView::paintEvent(QPaintEvent*)
@@ -150,7 +183,7 @@ void ThumbnailScrollView::paintEvent(QPaintEvent*)
     QPainter painter(viewport());
     if (count() == 0) {
         if (!m_state.isLoadingImages && !m_emptyText.isEmpty()) {
-            painter.setPen(QColor(200, 200, 200));
+            painter.setPen(viewport()->palette().color(QPalette::Text));
             painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, m_emptyText);
         }
         return;
@@ -163,9 +196,9 @@ void ThumbnailScrollView::paintEvent(QPaintEvent*)
         if (!rect.intersects(screen))
             continue;
         const QString path = pathOf(i);
-        const auto image = m_loader.thumbnail(path);
+        const auto held = m_tiles.constFind(path);
         Tile tile;
-        tile.image = image ? &*image : nullptr;
+        tile.image = held != m_tiles.constEnd() ? &*held : nullptr;
         tile.failed = m_loader.hasFailed(path, browse::PictureKind::thumbnail);
         tile.selected = selected == i;
         tile.colors = annotations.value(m_state.imageFiles().at(i)).colors;
@@ -180,7 +213,7 @@ void ThumbnailScrollView::checkFirstScreen()
     const QList<int> visible = visibleIndices();
     for (int i : visible) {
         const QString path = pathOf(i);
-        if (!m_loader.thumbnail(path) && !m_loader.hasFailed(path, browse::PictureKind::thumbnail))
+        if (!m_tiles.contains(path) && !m_loader.hasFailed(path, browse::PictureKind::thumbnail))
             return;
     }
     m_awaitingFirstScreen = false;
@@ -219,6 +252,13 @@ void ThumbnailScrollView::showEvent(QShowEvent* event)
 {
     QAbstractScrollArea::showEvent(event);
     layoutChanged();
+}
+
+void ThumbnailScrollView::hideEvent(QHideEvent* event)
+{
+    QAbstractScrollArea::hideEvent(event);
+    m_onScreen.clear();
+    m_tiles.clear(); // a hidden mode holds nothing; it takes its tiles again when shown
 }
 
 } // namespace lumaro::app

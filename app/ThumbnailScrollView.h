@@ -5,6 +5,9 @@
 
 #include <QAbstractScrollArea>
 #include <QElapsedTimer>
+#include <QHash>
+#include <QImage>
+#include <QSet>
 #include <QString>
 
 namespace lumaro::browse {
@@ -16,6 +19,9 @@ namespace lumaro::app {
 
 // Main thread. Keeps no cursor of its own: the selection is LMRModeState's. Only a visible view asks the loader
 // for thumbnails, so the mode on screen owns the queue. Key presses are left to the window's key monitor.
+// The images of the tiles on screen are held here, not looked up in the shared cache at each paint: the cache
+// may evict any entry at any time, and a tile on screen must not go blank for it. A tile that comes on screen is
+// taken from the cache once, or asked for again when the cache no longer has it.
 class ThumbnailScrollView : public QAbstractScrollArea
 {
     Q_OBJECT
@@ -29,6 +35,8 @@ public:
     QList<int> visibleIndices() const;
     // The rectangle of a tile in viewport coordinates.
     QRect viewportRect(int index) const;
+    // The image the tile of `index` shows now, or null while it is loading (or off screen).
+    QImage tileImage(int index) const;
 
 Q_SIGNALS:
     // Every tile of the first screen after a new list has its image (or its placeholder for a bad file).
@@ -53,6 +61,9 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    // A decoded thumbnail arrived; kept when its tile is on screen.
+    virtual void thumbnailArrived(const QString& path, const QImage& image);
 
 private:
     QPoint offset() const;
@@ -66,6 +77,8 @@ private:
     browse::ThumbnailLoader& m_loader;
     QString m_emptyText;
     bool m_awaitingFirstScreen = false;
+    QHash<QString, QImage> m_tiles; // path → image, for the tiles on screen
+    QSet<QString> m_onScreen;
 };
 
 } // namespace lumaro::app

@@ -53,6 +53,12 @@ std::optional<QImage> ThumbnailCache::image(const QString& key)
     return found;
 }
 
+bool ThumbnailCache::contains(const QString& key) const
+{
+    std::lock_guard lock(m_mutex);
+    return m_cache.contains(key);
+}
+
 void ThumbnailCache::setImage(const QImage& image, const QString& key)
 {
     const Stopwatch stopwatch;

@@ -31,6 +31,8 @@ public:
     static ThumbnailCache& shared();
 
     std::optional<QImage> image(const QString& key);
+    // Whether a thumbnail is stored, without fetching it: a scheduler's question, so not counted as a lookup.
+    bool contains(const QString& key) const;
     void setImage(const QImage& image, const QString& key);
     void clearFile(const QString& key);
     // Drops every entry whose key begins with `folderPath` as a plain string (so /p also clears /pq/…);

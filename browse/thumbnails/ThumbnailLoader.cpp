@@ -28,6 +28,9 @@ QImage readPicture(const QString& path, int maxSide, bool thumbnail, int rotatio
     if (picture.isNull())
         Log::line(QStringLiteral("ThumbnailLoader"), QStringLiteral("❌ 无法解码: ") + path + QStringLiteral(" (")
                                                           + picture.error + QLatin1Char(')'));
+    else if (!picture.error.isEmpty())
+        Log::line(QStringLiteral("ThumbnailLoader"), QStringLiteral("⚠️ 文件不完整，只显示能读出的部分: ") + path
+                                                          + QStringLiteral(" (") + picture.error + QLatin1Char(')'));
     return picture.image;
 }
 
@@ -94,7 +97,8 @@ void ThumbnailLoader::requestThumbnails(const QStringList& visible, const QStrin
     dropQueued(PictureKind::thumbnail);
     for (const QString& path : visible)
         enqueue(path, PictureKind::thumbnail, ThumbnailPriority::visible);
-    for (const QString& path : prefetch)
+    const qsizetype room = std::max<qsizetype>(0, ThumbnailCache::maxCacheSize - visible.size());
+    for (const QString& path : prefetch.mid(0, room))
         enqueue(path, PictureKind::thumbnail, ThumbnailPriority::prefetch);
     scheduleDispatch();
 }
@@ -126,7 +130,7 @@ bool ThumbnailLoader::isDone(const QString& path, PictureKind kind) const
     const QString key = jobKey(path, kind);
     if (m_failed.contains(key) || m_running.contains(key))
         return true;
-    return kind == PictureKind::preview ? m_previews.contains(path) : m_cache.image(path).has_value();
+    return kind == PictureKind::preview ? m_previews.contains(path) : m_cache.contains(path);
 }
 
 void ThumbnailLoader::enqueue(const QString& path, PictureKind kind, ThumbnailPriority priority)
@@ -205,7 +209,7 @@ void ThumbnailLoader::finish(const QString& path, PictureKind kind, quint64 gene
     else
         keepPreview(path, image);
     if (kind == PictureKind::thumbnail)
-        Q_EMIT thumbnailReady(path);
+        Q_EMIT thumbnailReady(path, image);
     else
         Q_EMIT previewReady(path);
 }

@@ -40,7 +40,8 @@ struct ThumbnailLoaderOptions
 // thrown away when they arrive. A "ThumbnailNeedsReload" notification for a file drops its preview and any
 // decode in flight, and invalidated() tells the views to ask again.
 //
-// Thumbnails land in ThumbnailCache (keyed by full path); the few previews around the selection are kept here.
+// Thumbnails land in ThumbnailCache (keyed by full path), and go to the views with thumbnailReady(); the few
+// previews around the selection are kept here.
 class ThumbnailLoader : public QObject
 {
     Q_OBJECT
@@ -68,7 +69,8 @@ public:
     std::optional<QImage> preview(const QString& path) const;
     bool hasFailed(const QString& path, PictureKind kind) const;
 
-    // Replaces the queued thumbnail work: `visible` first, then `prefetch`. Cached ones are skipped.
+    // Replaces the queued thumbnail work: `visible` first, then `prefetch`. Cached ones are skipped, and prefetch
+    // stops where the cache could no longer hold it beside the visible ones (it would evict what it just made).
     void requestThumbnails(const QStringList& visible, const QStringList& prefetch = {});
     // Replaces the queued preview work: `current` before anything else, then its neighbours.
     void requestPreview(const QString& current, const QStringList& neighbours = {});
@@ -79,7 +81,8 @@ public:
     int runningCount() const { return int(m_running.size()); }
 
 Q_SIGNALS:
-    void thumbnailReady(const QString& path);
+    // The image is handed along: a view keeps it for as long as the tile is on screen, whatever the cache evicts.
+    void thumbnailReady(const QString& path, const QImage& image);
     void previewReady(const QString& path);
     void invalidated(const QString& path);
 
