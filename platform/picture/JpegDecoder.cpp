@@ -61,7 +61,7 @@ std::optional<QSize> JpegDecoder::size(const QByteArray& data)
     return QSize(width, height);
 }
 
-std::optional<QImage> JpegDecoder::decode(const QByteArray& data, int maxSide, QString* error)
+std::optional<QImage> JpegDecoder::decode(const QByteArray& data, int maxSide, QString* error, CutShort cutShort)
 {
     const auto fail = [error](const QString& reason) -> std::optional<QImage> {
         if (error)
@@ -84,9 +84,15 @@ std::optional<QImage> JpegDecoder::decode(const QByteArray& data, int maxSide, Q
                                      TJFLAG_FASTDCT | TJFLAG_FASTUPSAMPLE);
     if (status != 0) {
         const QString reason = QString::fromUtf8(tjGetErrorStr2(handle.get()));
-        // A copy cut short decodes with grey padding and only a warning: that is not the picture.
-        if (tjGetErrorCode(handle.get()) == TJERR_FATAL || reason.contains(QLatin1String("Premature end")))
+        if (tjGetErrorCode(handle.get()) == TJERR_FATAL)
             return fail(reason);
+        // A copy cut short decodes with grey padding and only a warning: not the whole picture.
+        if (reason.contains(QLatin1String("Premature end"))) {
+            if (cutShort == CutShort::refuse)
+                return fail(reason);
+            if (error)
+                *error = reason;
+        }
     }
     return fitWithin(image, maxSide);
 }

@@ -18,9 +18,14 @@ class JpegDecoder
 public:
     // The stored size from the header, or nullopt when `data` is not a JPEG.
     static std::optional<QSize> size(const QByteArray& data);
-    // Long side at most `maxSide` (0: full size). A stream that ends before its end marker (a copy cut short)
-    // and any fatal decoder error give nullopt and the reason in `error`; harmless warnings are accepted.
-    static std::optional<QImage> decode(const QByteArray& data, int maxSide, QString* error = nullptr);
+    enum class CutShort { refuse, keepWhatIsThere };
+
+    // Long side at most `maxSide` (0: full size). A fatal decoder error gives nullopt and the reason in `error`;
+    // harmless warnings are accepted. A stream that ends before its end marker (a copy cut short) gives nullopt
+    // too, unless `cutShort` asks for what is there: the rows that were in the file, grey below them, with the
+    // reason still in `error`.
+    static std::optional<QImage> decode(const QByteArray& data, int maxSide, QString* error = nullptr,
+                                        CutShort cutShort = CutShort::refuse);
 };
 
 // Long side at most `maxSide`, smooth; an image already small enough is returned as it is.

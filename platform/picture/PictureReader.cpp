@@ -69,6 +69,20 @@ std::optional<QImage> embeddedThumbnail(const ExifSummary& exif, int maxSide)
     return JpegDecoder::decode(exif.thumbnail, maxSide);
 }
 
+// A JPEG that could not be read whole (a copy cut short, a card pulled too early): its own EXIF thumbnail at any
+// size, else the rows that are there. The image comes with the reason, so a view can say it is not all.
+DecodedPicture readCutShortJpeg(const QByteArray& data, const ExifSummary& exif, int maxSide, const QString& error)
+{
+    if (!exif.thumbnail.isEmpty()) {
+        if (auto thumb = JpegDecoder::decode(exif.thumbnail, maxSide))
+            return DecodedPicture{applyExifOrientation(*thumb, exif.orientation), DecodeRoute::exifThumbnail, error};
+    }
+    QString partError;
+    if (auto part = JpegDecoder::decode(data, maxSide, &partError, JpegDecoder::CutShort::keepWhatIsThere))
+        return DecodedPicture{applyExifOrientation(*part, exif.orientation), DecodeRoute::jpegScaled, error};
+    return failed(error);
+}
+
 DecodedPicture readJpeg(const PictureRequest& request)
 {
     QFile file(request.path);
@@ -87,7 +101,7 @@ DecodedPicture readJpeg(const PictureRequest& request)
     if (auto image = JpegDecoder::decode(data, request.maxSide, &error))
         return DecodedPicture{applyExifOrientation(*image, exif.orientation), DecodeRoute::jpegScaled, {}};
     if (data.startsWith("\xFF\xD8"))
-        return failed(error);
+        return readCutShortJpeg(data, exif, request.maxSide, error);
     QBuffer buffer(&data); // not a JPEG after all: let Qt find out what it is
     buffer.open(QIODevice::ReadOnly);
     DecodedPicture other = readWithQt(request, &buffer);

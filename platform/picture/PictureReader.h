@@ -21,7 +21,7 @@ struct DecodedPicture
 {
     QImage image;  // upright; null when the file could not be decoded
     DecodeRoute route = DecodeRoute::none;
-    QString error; // why the image is null
+    QString error; // why the image is null, or why it is not the whole picture (a file cut short)
 
     bool isNull() const { return image.isNull(); }
 };

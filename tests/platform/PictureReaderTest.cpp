@@ -169,7 +169,8 @@ class BrokenFileTest : public ::testing::TestWithParam<const char*>
 {
 };
 
-// A copy cut short, an empty file, or text under a picture's name: no image, a reason, no crash.
+// A copy cut short (other than a JPEG), an empty file, or text under a picture's name: no image, a reason, no
+// crash.
 TEST_P(BrokenFileTest, GivesNoImageAndAReason)
 {
     TempFolder folder;
@@ -192,8 +193,37 @@ TEST_P(BrokenFileTest, GivesNoImageAndAReason)
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, BrokenFileTest,
-                         ::testing::Values("cut.jpg", "empty.jpg", "text.jpg", "text.cr2", "text.nef", "text.heic",
+                         ::testing::Values("empty.jpg", "text.jpg", "text.cr2", "text.nef", "text.heic",
                                            "text.png", "empty.tiff", "text.webp"));
+
+// A JPEG cut short shows what can be decoded, with the reason: its own EXIF thumbnail when it has one (the whole
+// picture, small), else the rows that made it into the file.
+TEST(PictureReaderTest, AJpegCutShortShowsWhatIsThere)
+{
+    TempFolder folder;
+    QImage whole(800, 600, QImage::Format_RGB32);
+    whole.fill(Qt::darkGreen);
+    ASSERT_TRUE(whole.save(folder.filePath(QStringLiteral("whole.jpg")), "JPEG", 90));
+    const QByteArray bytes = folder.read(QStringLiteral("whole.jpg"));
+    const QString bare = folder.write(QStringLiteral("bare.jpg"), bytes.left(bytes.size() / 2));
+    const QString withThumb = folder.filePath(QStringLiteral("thumb.jpg"));
+    ASSERT_TRUE(QFile::copy(folder.filePath(QStringLiteral("whole.jpg")), withThumb));
+    writeExif(withThumb, 1, jpegBytes(QSize(160, 120), Qt::magenta));
+    const QByteArray thumbBytes = folder.read(QStringLiteral("thumb.jpg"));
+    folder.write(QStringLiteral("thumb.jpg"), thumbBytes.left(thumbBytes.size() / 2));
+
+    for (const int side : {256, 0}) {
+        const DecodedPicture part = decode(bare, side, false);
+        ASSERT_FALSE(part.isNull()) << side;
+        EXPECT_FALSE(part.error.isEmpty());
+        EXPECT_TRUE(near(part.image.pixelColor(4, 4), Qt::darkGreen));
+
+        const DecodedPicture small = decode(withThumb, side, false);
+        ASSERT_FALSE(small.isNull()) << side;
+        EXPECT_EQ(small.route, DecodeRoute::exifThumbnail);
+        EXPECT_TRUE(near(small.image.pixelColor(4, 4), Qt::magenta));
+    }
+}
 
 TEST(PictureReaderTest, MissingFileGivesNoImage)
 {
