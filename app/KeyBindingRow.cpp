@@ -64,6 +64,13 @@ void KeyRecorderButton::keyPressEvent(QKeyEvent* event)
     event->accept();
 }
 
+bool KeyRecorderButton::focusNextPrevChild(bool next)
+{
+    if (m_listener.isListening())
+        return false; // QWidget::event then hands the Tab to keyPressEvent
+    return QPushButton::focusNextPrevChild(next);
+}
+
 void KeyRecorderButton::focusOutEvent(QFocusEvent* event)
 {
     if (m_listener.isListening()) {
@@ -78,6 +85,7 @@ KeyBindingRow::KeyBindingRow(browse::HotkeyAction action, browse::HotkeyManager&
     , m_action(action)
     , m_manager(manager)
     , m_binding(new QLabel(this))
+    , m_clash(new QLabel(this))
     , m_recorder(new KeyRecorderButton(this))
     , m_save(new QPushButton(tr("保存"), this))
     , m_cancel(new QPushButton(tr("取消"), this))
@@ -93,12 +101,15 @@ KeyBindingRow::KeyBindingRow(browse::HotkeyAction action, browse::HotkeyManager&
     auto* description = new QLabel(browse::actionDescription(action), this);
     description->setStyleSheet(QStringLiteral("color: gray;"));
     m_binding->setMinimumWidth(90);
+    m_clash->setStyleSheet(QStringLiteral("color: #d03030;"));
+    m_clash->hide();
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(4, 2, 4, 2);
     layout->addWidget(dot);
     layout->addWidget(name);
     layout->addWidget(description, 1);
     layout->addWidget(m_binding);
+    layout->addWidget(m_clash);
     layout->addWidget(m_recorder);
     layout->addWidget(m_save);
     layout->addWidget(m_cancel);
@@ -115,10 +126,15 @@ QString KeyBindingRow::bindingText() const
     return m_binding->text();
 }
 
+QString KeyBindingRow::clashText() const
+{
+    return m_clash->text();
+}
+
 void KeyBindingRow::save()
 {
     const auto& captured = m_recorder->listener().capturedKey();
-    if (!captured)
+    if (!captured || !clashText().isEmpty())
         return;
     m_manager.setHotkey(m_action, *captured);
     m_recorder->reset();
@@ -134,8 +150,13 @@ void KeyBindingRow::cancel()
 void KeyBindingRow::refresh()
 {
     m_binding->setText(m_manager.hotkey(m_action).displayText());
-    const bool pending = m_recorder->listener().capturedKey().has_value();
-    m_save->setEnabled(pending);
+    const auto& captured = m_recorder->listener().capturedKey();
+    const auto owner = captured ? m_manager.action(*captured) : std::nullopt;
+    const bool clashes = owner && *owner != m_action;
+    m_clash->setText(clashes ? tr("与“%1”冲突").arg(browse::displayName(*owner)) : QString());
+    m_clash->setVisible(clashes);
+    const bool pending = captured.has_value();
+    m_save->setEnabled(pending && !clashes);
     m_cancel->setEnabled(pending || m_recorder->listener().isListening());
 }
 

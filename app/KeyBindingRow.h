@@ -17,7 +17,8 @@ class HotkeyManager;
 namespace lumaro::app {
 
 // The recorder: a click starts listening ("请按下快捷键..."), the next key press is captured through KeyListener;
-// losing focus stops listening. Before a click it reads "点击开始录制...".
+// losing focus stops listening. Before a click it reads "点击开始录制...". While listening, Tab and Shift+Tab are
+// keys to record like any other, not moves to the next field.
 class KeyRecorderButton : public QPushButton
 {
     Q_OBJECT
@@ -29,6 +30,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void refresh();
@@ -36,7 +38,8 @@ private:
 };
 
 // Main thread. Saving stores the captured key as the action's binding (at once, in the user's settings);
-// cancelling keeps the old binding.
+// cancelling keeps the old binding. A captured key that another action is bound to is shown as a clash and
+// cannot be saved until that action gets another key.
 class KeyBindingRow : public QWidget
 {
     Q_OBJECT
@@ -47,6 +50,8 @@ public:
     QPushButton& saveButton() { return *m_save; }
     QPushButton& cancelButton() { return *m_cancel; }
     QString bindingText() const;
+    // "与“…”冲突" while the captured key belongs to another action, else empty.
+    QString clashText() const;
 
 private:
     void save();
@@ -56,6 +61,7 @@ private:
     browse::HotkeyAction m_action;
     browse::HotkeyManager& m_manager;
     QLabel* m_binding;
+    QLabel* m_clash;
     KeyRecorderButton* m_recorder;
     QPushButton* m_save;
     QPushButton* m_cancel;

@@ -3,6 +3,7 @@
 
 #include <QAbstractSpinBox>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -11,17 +12,6 @@
 
 namespace lumaro::app {
 
-namespace {
-
-bool takesText(const QWidget* widget)
-{
-    return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QTextEdit*>(widget)
-        || qobject_cast<const QPlainTextEdit*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget)
-        || qobject_cast<const QComboBox*>(widget);
-}
-
-} // namespace
-
 KeyMonitor::KeyMonitor(QWidget& window, Handler handle, QObject* parent)
     : QObject(parent)
     , m_window(window)
@@ -29,15 +19,42 @@ KeyMonitor::KeyMonitor(QWidget& window, Handler handle, QObject* parent)
 {
 }
 
+bool KeyMonitor::takesTyping(const QWidget* widget)
+{
+    if (const auto* line = qobject_cast<const QLineEdit*>(widget))
+        return !line->isReadOnly();
+    if (const auto* text = qobject_cast<const QTextEdit*>(widget))
+        return !text->isReadOnly();
+    if (const auto* plain = qobject_cast<const QPlainTextEdit*>(widget))
+        return !plain->isReadOnly();
+    if (const auto* spin = qobject_cast<const QAbstractSpinBox*>(widget))
+        return !spin->isReadOnly();
+    if (const auto* combo = qobject_cast<const QComboBox*>(widget))
+        return combo->isEditable();
+    return false;
+}
+
+bool KeyMonitor::belongsToWindow(const QWidget* widget) const
+{
+    // Walks parents, not window(): a floating dock is a window of its own but still one of ours.
+    for (; widget; widget = widget->parentWidget()) {
+        if (widget == &m_window)
+            return true;
+        if (widget->isWindow() && !qobject_cast<const QDockWidget*>(widget))
+            return false; // dialogs (the settings) and menus keep their keys
+    }
+    return false;
+}
+
 bool KeyMonitor::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() != QEvent::KeyPress)
         return false;
     auto* target = qobject_cast<QWidget*>(watched);
-    if (!target || target->window() != &m_window || takesText(target))
+    if (!target || !belongsToWindow(target) || takesTyping(target))
         return false;
     auto* key = static_cast<QKeyEvent*>(event);
-    return m_handle(key->key(), key->modifiers());
+    return m_handle(key->key(), key->modifiers(), key->isAutoRepeat());
 }
 
 } // namespace lumaro::app

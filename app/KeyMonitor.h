@@ -11,19 +11,26 @@ class QWidget;
 namespace lumaro::app {
 
 // Main thread. Installed on the application, it sees a key press before the focused widget does. It leaves alone
-// key presses for other windows (the settings, where a binding may be being recorded) and for text fields; the
-// rest go to `handle`, and a press that an action was bound to is consumed.
+// key presses for other windows (the settings, where a binding may be being recorded) and for a text field the
+// user can type into; everything else of the window and its docked panels, floating or not, goes to `handle`
+// (a read-only text box or a button that took the focus must not swallow the culling keys), and a press that an
+// action was bound to is consumed. `isAutoRepeat` tells a held key's repeats from a real press.
 class KeyMonitor : public QObject
 {
     Q_OBJECT
 public:
-    using Handler = std::function<bool(int qtKey, Qt::KeyboardModifiers modifiers)>;
+    using Handler = std::function<bool(int qtKey, Qt::KeyboardModifiers modifiers, bool isAutoRepeat)>;
     KeyMonitor(QWidget& window, Handler handle, QObject* parent = nullptr);
+
+    // Whether typing into `widget` would change its text (an editable line, text box, spin box or combo box).
+    static bool takesTyping(const QWidget* widget);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    bool belongsToWindow(const QWidget* widget) const;
+
     QWidget& m_window;
     Handler m_handle;
 };

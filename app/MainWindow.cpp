@@ -4,6 +4,7 @@
 #include "app/BrowseStatusBar.h"
 #include "app/FilmStripMode.h"
 #include "app/FolderPanel.h"
+#include "app/FolderViewMemory.h"
 #include "app/GridPreviewMode.h"
 #include "app/HistogramOverlay.h"
 #include "app/KeyMonitor.h"
@@ -34,9 +35,13 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
+#include <QScrollArea>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QToolBar>
+
+#include <algorithm>
 
 namespace lumaro::app {
 
@@ -63,7 +68,7 @@ MainWindow::MainWindow(QWidget* parent)
     , m_thumbnails(new browse::ThumbnailLoader(browse::ThumbnailCache::shared(), {}, {}, this))
     , m_stack(new QStackedWidget(this))
 {
-    setWindowTitle(tr("Lumaro"));
+    setFolderTitle({});
     setAcceptDrops(true);
     resize(1280, 820);
     m_thumbnails->setRotationFunction([this](const QString& path) {
@@ -82,18 +87,21 @@ MainWindow::MainWindow(QWidget* parent)
     m_navigator = new browse::FolderNavigator(*m_state, &m_modes.first()->folderLoader(), nullptr, this);
     browse::HotkeyDispatcher::Services services;
     services.navigator = m_navigator;
+    services.loader = m_thumbnails;
     m_dispatcher = new browse::HotkeyDispatcher(*m_state, browse::HotkeyManager::shared(), this, services, this);
-    m_keyMonitor = new KeyMonitor(*this, [this](int key, Qt::KeyboardModifiers modifiers) {
+    m_keyMonitor = new KeyMonitor(*this, [this](int key, Qt::KeyboardModifiers modifiers, bool isAutoRepeat) {
         if (key == Qt::Key_Escape && isFullScreen()) {
-            toggleFullScreen();
+            if (!isAutoRepeat)
+                toggleFullScreen();
             return true;
         }
-        if (m_dispatcher->handleKey(key, modifiers))
+        if (m_dispatcher->handleKey(key, modifiers, isAutoRepeat))
             return true;
         // The culling actions come first; the histogram key never shadows one of them.
         if (!browse::HistogramHotkey::shared().matches(key, modifiers))
             return false;
-        m_histogram->toggle();
+        if (!isAutoRepeat) // a toggle, once per press
+            m_histogram->toggle();
         return true;
     }, this);
     qApp->installEventFilter(m_keyMonitor);
@@ -108,8 +116,16 @@ MainWindow::MainWindow(QWidget* parent)
     m_folderDock->hide();
     connect(m_folderPanel, &FolderPanel::openRequested, this, &MainWindow::openFolder);
     connect(m_folderPanel, &FolderPanel::moveRequested, m_navigator, &browse::FolderNavigator::move);
+    m_memory = std::make_unique<FolderViewMemory>(platform::QSettingsStore::shared());
     connect(m_state, &browse::LMRModeState::folderChanged, this, [this] {
-        m_thumbnails->setFolder(m_state->currentFolder().value_or(QString()));
+        const QString folder = m_state->currentFolder().value_or(QString());
+        m_thumbnails->setFolder(folder);
+        if (folder == m_shownFolder)
+            return;
+        rememberShownFolder();
+        m_shownFolder = folder;
+        const auto view = m_memory->recall(folder);
+        m_pendingSelection = view ? view->selectedFile : QString();
     });
     connect(m_navigator, &browse::FolderNavigator::folderChanged, this, [this] { m_sinceOpen.start(); });
 
@@ -197,10 +213,22 @@ void MainWindow::openFolder(const QString& folder)
     const QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
     m_folderPanel->setDeepMode(false);
     m_sinceOpen.start();
+    const auto view = m_memory->recall(path);
+    if (path != m_shownFolder || m_listedFolder != path) {
+        rememberShownFolder();
+        if (view && !isFullScreen()) {
+            restoreGeometry(view->geometry);
+            fitToScreen();
+            switchMode(view->mode);
+        }
+        m_shownFolder = path;
+        m_listedFolder.clear();
+        m_pendingSelection = view ? view->selectedFile : QString();
+    }
     m_state->setFolderPath(path, path, path);
     m_state->setFolderBookmarkData(browse::FileSystemService::shared().createBookmarkData(path));
     m_state->clearSelection();
-    setWindowTitle(tr("Lumaro — %1").arg(QFileInfo(path).fileName()));
+    setFolderTitle(path);
     currentMode().folderLoader().load(path);
     platform::QSettingsStore::shared().setString(browse::settingsKeys::originalFolderPath, path);
 }
@@ -211,9 +239,35 @@ void MainWindow::reloadCurrentFolder()
         currentMode().folderLoader().load(*folder);
 }
 
+void MainWindow::setFolderTitle(const QString& folder)
+{
+    // The platform adds the application's name after a title that does not already end with it.
+    const QString app = QStringLiteral("Lumaro");
+    setWindowTitle(folder.isEmpty() ? app : QStringLiteral("%1 — %2").arg(QFileInfo(folder).fileName(), app));
+}
+
+void MainWindow::rememberShownFolder()
+{
+    if (m_shownFolder.isEmpty() || m_listedFolder != m_shownFolder)
+        return; // nothing of it was shown yet
+    FolderViewMemory::View view;
+    view.geometry = saveGeometry();
+    view.mode = currentModeIndex();
+    view.selectedFile = m_state->selectedImageFileName().value_or(QString());
+    m_memory->remember(m_shownFolder, view);
+}
+
 void MainWindow::folderLoaded(const QString& folder, int count)
 {
-    setWindowTitle(tr("Lumaro — %1").arg(QFileInfo(folder).fileName()));
+    setFolderTitle(folder);
+    if (QDir::cleanPath(folder) == QDir::cleanPath(m_shownFolder))
+        m_listedFolder = m_shownFolder;
+    if (!m_pendingSelection.isEmpty() && QDir::cleanPath(folder) == QDir::cleanPath(m_shownFolder)) {
+        const qsizetype at = m_state->imageFiles().indexOf(m_pendingSelection);
+        m_pendingSelection.clear();
+        if (at >= 0)
+            m_state->select(int(at));
+    }
     if (count > 0)
         return;
     const QFileInfo info(folder);
@@ -254,10 +308,46 @@ void MainWindow::addToolPanel(const QString& title, QWidget* panel)
 {
     auto* dock = new QDockWidget(title, this);
     dock->setObjectName(title);
-    dock->setWidget(panel);
+    // A panel's own minimum size would otherwise become the window's: it scrolls inside its dock instead.
+    auto* scroller = new QScrollArea(dock);
+    scroller->setWidgetResizable(true);
+    scroller->setFrameShape(QFrame::NoFrame);
+    scroller->setWidget(panel);
+    dock->setWidget(scroller);
     addDockWidget(Qt::RightDockWidgetArea, dock);
+    // One stack of tabs on the right: panels opened together share its height instead of piling theirs up.
+    if (m_firstToolDock)
+        tabifyDockWidget(m_firstToolDock, dock);
+    else
+        m_firstToolDock = dock;
     dock->hide();
+    connect(dock, &QDockWidget::visibilityChanged, this, [this] { QTimer::singleShot(0, this, &MainWindow::fitToScreen); });
+    connect(dock->toggleViewAction(), &QAction::triggered, dock, [dock](bool shown) {
+        if (shown)
+            dock->raise(); // the panel just opened is the tab in front
+    });
     m_toolsMenu->addAction(dock->toggleViewAction());
+}
+
+void MainWindow::fitToScreen()
+{
+    if (isFullScreen() || isMaximized())
+        return;
+    const QScreen* display = screen();
+    if (!display)
+        return;
+    const QRect available = display->availableGeometry();
+    const QRect frame = frameGeometry();
+    const QSize margins = frame.size() - geometry().size();
+    const QSize wanted = size().boundedTo(available.size() - margins);
+    if (wanted != size())
+        resize(wanted);
+    // Back onto the screen when the bottom or the right edge ran off it.
+    QPoint at = frameGeometry().topLeft();
+    at.setX(std::clamp(at.x(), available.left(), std::max(available.left(), available.right() - frameGeometry().width() + 1)));
+    at.setY(std::clamp(at.y(), available.top(), std::max(available.top(), available.bottom() - frameGeometry().height() + 1)));
+    if (at != frameGeometry().topLeft())
+        move(at);
 }
 
 void MainWindow::toggleFullScreen()
@@ -285,6 +375,11 @@ void MainWindow::showAlert(const QString& title, const QString& message)
     box->open(); // not exec(): the event loop, and the key dispatch, go on
 }
 
+void MainWindow::showMessage(const QString& message)
+{
+    m_statusBar->showMessage(message, 6000);
+}
+
 void MainWindow::dragEnterEvent(QDragEnterEvent* event)
 {
     if (!droppedFolder(event->mimeData()).isEmpty())
@@ -302,6 +397,7 @@ void MainWindow::dropEvent(QDropEvent* event)
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
+    rememberShownFolder();
     browse::ModeStatePersistence::save(*m_state, platform::QSettingsStore::shared());
     QMainWindow::closeEvent(event);
 }

@@ -10,6 +10,8 @@
 #include <QList>
 #include <QMainWindow>
 
+#include <memory>
+
 class QActionGroup;
 class QDockWidget;
 class QMenu;
@@ -29,11 +31,14 @@ class BrowseMode;
 class BrowseStatusBar;
 class FolderPanel;
 class HistogramOverlay;
+class FolderViewMemory;
 class KeyMonitor;
 
 // Main thread. Mode switches save the shared state under the "LMR_" keys and let the next mode read it back.
 // A folder is opened from the dialog, from the command line, or by dropping it on the window; an empty or
-// unreadable folder shows an empty grid with a line saying so.
+// unreadable folder shows an empty grid with a line saying so. Each folder's view (window size and place, mode,
+// selected picture) is remembered when it is left or the window closes, and comes back when it is opened again.
+// The window never grows past the screen it is on, whatever panels are opened.
 class MainWindow : public QMainWindow, public ToolHost, public browse::BrowseChrome
 {
     Q_OBJECT
@@ -66,6 +71,7 @@ public:
     void toggleFullScreen() override;
     void toggleFolderPanel() override;
     void showAlert(const QString& title, const QString& message) override;
+    void showMessage(const QString& message) override;
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -79,7 +85,12 @@ private:
     void folderLoaded(const QString& folder, int count);
     void firstScreenComplete(int tiles);
     void setEmptyText(const QString& text);
+    void setFolderTitle(const QString& folder);
     BrowseMode& currentMode() const;
+    // Saves how the folder shown until now was looked at; called before another one replaces it.
+    void rememberShownFolder();
+    // Shrinks the window back onto its screen when a panel pushed it past the edge.
+    void fitToScreen();
 
     browse::LMRModeState* m_state;
     browse::ThumbnailLoader* m_thumbnails;
@@ -92,9 +103,14 @@ private:
     FolderPanel* m_folderPanel;
     HistogramOverlay* m_histogram;
     QDockWidget* m_folderDock;
+    QDockWidget* m_firstToolDock = nullptr;
     QActionGroup* m_modeActions = nullptr;
     QMenu* m_toolsMenu = nullptr;
     QElapsedTimer m_sinceOpen;
+    std::unique_ptr<FolderViewMemory> m_memory;
+    QString m_shownFolder;       // the folder whose view is remembered when it is left
+    QString m_listedFolder;      // m_shownFolder once its list has come in
+    QString m_pendingSelection;  // the picture to select again once the folder's list is in
 };
 
 } // namespace lumaro::app

@@ -25,6 +25,7 @@ public:
     // The file whose picture is shown (empty when none), and whether that is the full preview.
     const QString& shownPath() const { return m_path; }
     bool isShowingPreview() const { return m_isPreview; }
+    const QImage& shownImage() const { return m_image; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // lumaro [FOLDER]: the desktop culling window; reopens the last folder when none is given.
 #include "app/MainWindow.h"
+#include "app/QtChineseTranslation.h"
 
 #include "browse/state/ModeStatePersistence.h"
 #include "platform/QSettingsStore.h"
@@ -13,6 +14,7 @@ int main(int argc, char* argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("lumaro"));
     QApplication::setApplicationDisplayName(QStringLiteral("Lumaro"));
+    lumaro::app::installQtChineseTranslation(application);
 
     lumaro::app::MainWindow window;
     const QStringList arguments = QApplication::arguments().mid(1);

@@ -12,6 +12,8 @@ packages=(
   qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libgl-dev
   # shooting report: charts in the app (Qt Charts, which needs Qt's OpenGL module), SVG charts painted into PDFs
   qt6-charts-dev libqt6opengl6-dev qt6-svg-dev
+  # Qt's own dialogs and buttons in Chinese like the rest of the window; a colour emoji font for the ✅ ❌ ⚠️ marks
+  qt6-translations-l10n fonts-noto-color-emoji
   # image metadata and decoders
   libexiv2-dev libraw-dev libheif-dev libturbojpeg0-dev libjpeg62-turbo-dev
   # on-device analysis

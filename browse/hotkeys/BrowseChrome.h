@@ -15,6 +15,8 @@ public:
     virtual void toggleFolderPanel() = 0;
     // A message the user must see and dismiss (a delete that failed).
     virtual void showAlert(const QString& title, const QString& message) = 0;
+    // A short note that goes away by itself (nothing left to restore, the last folder, a tag not written).
+    virtual void showMessage(const QString& message) { Q_UNUSED(message); }
 };
 
 } // namespace lumaro::browse

@@ -110,4 +110,15 @@ std::optional<HotkeyAction> annotateActionForColor(const QString& color)
     return std::nullopt;
 }
 
+bool repeatsWhileHeld(HotkeyAction action)
+{
+    switch (action) {
+    case HotkeyAction::navigatePrevious:
+    case HotkeyAction::navigateNext:
+    case HotkeyAction::navigateUp:
+    case HotkeyAction::navigateDown: return true;
+    default: return false;
+    }
+}
+
 } // namespace lumaro::browse

@@ -46,5 +46,8 @@ std::optional<QString> colorName(HotkeyAction action);
 QColor symbolColor(HotkeyAction action);
 // The annotate action of a colour name, if it is one of the six.
 std::optional<HotkeyAction> annotateActionForColor(const QString& color);
+// Whether a held key's repeats carry the action out again: only moving through the pictures does. Deleting,
+// restoring, turning, tagging and toggling happen once per press, however long the key is held.
+bool repeatsWhileHeld(HotkeyAction action);
 
 } // namespace lumaro::browse

@@ -45,7 +45,9 @@ HotkeyDispatcher::HotkeyDispatcher(LMRModeState& state, HotkeyManager& manager, 
     , m_reload(services.reload ? *services.reload : ThumbnailReloadService::shared())
     , m_navigator(services.navigator)
     , m_annotations(std::make_unique<ColorAnnotationService>(m_tags))
+    , m_loader(services.loader)
     , m_rotate(services.rotate ? services.rotate : RotateFunction(&platform::ImageRotator::rotateLeft))
+    , m_clock(services.clock ? services.clock : platform::systemClock())
 {
     if (!m_navigator) {
         m_ownNavigator = std::make_unique<FolderNavigator>(m_state);
@@ -55,11 +57,22 @@ HotkeyDispatcher::HotkeyDispatcher(LMRModeState& state, HotkeyManager& manager, 
 
 HotkeyDispatcher::~HotkeyDispatcher() = default;
 
-bool HotkeyDispatcher::handleKey(int qtKey, Qt::KeyboardModifiers modifiers)
+bool HotkeyDispatcher::handleKey(int qtKey, Qt::KeyboardModifiers modifiers, bool isAutoRepeat)
 {
     const auto action = m_manager.actionForKey(qtKey, modifiers);
     if (!action)
         return false;
+    if (isAutoRepeat && !repeatsWhileHeld(*action))
+        return true; // held down: the press already did it once
+    if (*action == HotkeyAction::deleteFile) {
+        // A doubled press (a bouncing key, a nervous finger) must not take the picture that slid into place too.
+        const double now = m_clock();
+        if (now - m_lastDeletePress < deletePressGuardSeconds) {
+            say(QStringLiteral("删除键连按过快，忽略本次删除请求"));
+            return true;
+        }
+        m_lastDeletePress = now;
+    }
     perform(*action);
     return true;
 }
@@ -71,14 +84,8 @@ void HotkeyDispatcher::perform(HotkeyAction action)
     case HotkeyAction::navigateNext: return navigateBy(1, int(NavigationDirection::next));
     case HotkeyAction::navigateUp: return navigateBy(-m_state.imagesPerRow(), int(NavigationDirection::up));
     case HotkeyAction::navigateDown: return navigateBy(m_state.imagesPerRow(), int(NavigationDirection::down));
-    case HotkeyAction::navigateFolderNext:
-        m_state.lastNavigationDirection = NavigationDirection::folderNext;
-        m_navigator->move(1);
-        return;
-    case HotkeyAction::navigateFolderPrevious:
-        m_state.lastNavigationDirection = NavigationDirection::folderPrevious;
-        m_navigator->move(-1);
-        return;
+    case HotkeyAction::navigateFolderNext: return moveFolder(1);
+    case HotkeyAction::navigateFolderPrevious: return moveFolder(-1);
     case HotkeyAction::annotateRed:
     case HotkeyAction::annotateYellow:
     case HotkeyAction::annotateOrange:
@@ -127,13 +134,28 @@ void HotkeyDispatcher::navigateBy(int step, int direction)
     m_state.select(target);
 }
 
+void HotkeyDispatcher::moveFolder(int step)
+{
+    m_state.lastNavigationDirection = step > 0 ? NavigationDirection::folderNext : NavigationDirection::folderPrevious;
+    if (!m_state.currentFolder() || !m_navigator->move(step).isEmpty())
+        return;
+    tellUser(step > 0 ? QStringLiteral("已经是最后一个文件夹") : QStringLiteral("已经是第一个文件夹"));
+}
+
 void HotkeyDispatcher::annotate(HotkeyAction action)
 {
     const auto file = selectedFile();
     const auto color = colorName(action);
     if (!file || !color)
         return;
-    m_annotations->toggle(m_state, file->folder, file->name, *color);
+    if (!m_annotations->toggle(m_state, file->folder, file->name, *color))
+        tellUser(QStringLiteral("无法写入标签：“%1”（文件只读，或所在磁盘不支持标签）").arg(file->name));
+}
+
+void HotkeyDispatcher::tellUser(const QString& message)
+{
+    if (m_chrome)
+        m_chrome->showMessage(message);
 }
 
 void HotkeyDispatcher::toggleFullScreen()

@@ -4,6 +4,7 @@
 
 #include "browse/hotkeys/HotkeyAction.h"
 #include "browse/state/DeletedFileInfo.h"
+#include "platform/Clock.h"
 
 #include <QList>
 #include <QObject>
@@ -28,6 +29,7 @@ class FolderNavigator;
 class HotkeyManager;
 class LMRModeState;
 class ThumbnailCache;
+class ThumbnailLoader;
 class ThumbnailReloadService;
 
 // Everything the dispatcher's actions use; a null member means the process-wide shared instance.
@@ -40,14 +42,20 @@ struct DispatcherServices
     ThumbnailCache* cache = nullptr;
     ThumbnailReloadService* reload = nullptr;
     FolderNavigator* navigator = nullptr;
+    // The window's decoder: a turned picture's stored images are dropped here directly, since the reload
+    // notification is deduplicated and would swallow a second turn within its cooldown.
+    ThumbnailLoader* loader = nullptr;
     RotateFunction rotate; // empty: platform::ImageRotator::rotateLeft
+    platform::Clock clock; // empty: the system clock
 };
 
 // Main thread only: every change to LMRModeState happens here. Delete, restore and rotate run their file work on
 // the thread pool and hand the result back through the event loop; the finished signals fire then. An action that
 // needs a selection or a folder does nothing but log when there is none. A second delete while one is under way
-// (isDeleting) is refused, and so is a second restore while one runs; rotations asked for while one runs are
-// queued and done in order. A delete or restore whose folder is no
+// (isDeleting) is refused, and so is a delete key pressed again within deletePressGuardSeconds of the last one (a
+// bounced or doubled key press deletes one picture, not two); a second restore while one runs is refused too;
+// rotations asked for while one runs are queued and done in order. A held key's repeats carry out only the moves
+// (repeatsWhileHeld). A delete or restore whose folder is no
 // longer shown when its result arrives still records its history change, but leaves the list alone.
 class HotkeyDispatcher : public QObject
 {
@@ -63,9 +71,11 @@ public:
     // The window that full screen, the folder panel and alerts go to; may be set after construction.
     void setChrome(BrowseChrome* chrome) { m_chrome = chrome; }
 
+    static constexpr double deletePressGuardSeconds = 0.25;
+
     // A key press from a browsing view: carries out the bound action. Returns whether a binding matched (the view
-    // then consumes the event).
-    bool handleKey(int qtKey, Qt::KeyboardModifiers modifiers);
+    // then consumes the event, also when it was an auto-repeat that the action ignores).
+    bool handleKey(int qtKey, Qt::KeyboardModifiers modifiers, bool isAutoRepeat = false);
     void perform(HotkeyAction action);
 
     // True while a delete, restore or rotation started here has not finished.
@@ -94,6 +104,9 @@ private:
     void restoreNewest();
     void finishRestore(const DeletedFileInfo& info, bool ok);
     void rotateSelected();
+    void moveFolder(int step);
+    // A short note in the window about what just happened (or did not).
+    void tellUser(const QString& message);
     void startRotation(const SelectedFile& file);
     void finishRotate(const SelectedFile& file, const platform::RotationOutcome& outcome);
     void toggleFullScreen();
@@ -111,7 +124,10 @@ private:
     FolderNavigator* m_navigator;
     std::unique_ptr<FolderNavigator> m_ownNavigator;
     std::unique_ptr<ColorAnnotationService> m_annotations;
+    ThumbnailLoader* m_loader;
     RotateFunction m_rotate;
+    platform::Clock m_clock;
+    double m_lastDeletePress = -1e9;
     int m_pendingTasks = 0;
     bool m_isRestoring = false;
     bool m_isRotating = false;

@@ -6,11 +6,13 @@
 #include "browse/hotkeys/ColorAnnotationService.h"
 #include "browse/state/LMRModeState.h"
 #include "browse/thumbnails/ThumbnailCache.h"
+#include "browse/thumbnails/ThumbnailLoader.h"
 #include "browse/thumbnails/ThumbnailReloadService.h"
 #include "browse/trash/FileDeleteService.h"
 #include "platform/FileTagStore.h"
 #include "platform/ImageRotator.h"
 #include "platform/Log.h"
+#include "platform/text/ChineseErrorText.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -96,7 +98,7 @@ void HotkeyDispatcher::finishDelete(const SelectedFile& file, const QStringList&
         say(QStringLiteral("文件删除失败: ") + error);
         m_state.isDeleting = false;
         m_state.notify();
-        const QString message = QStringLiteral("无法将“%1”移到废纸篓（%2）").arg(file.name, error)
+        const QString message = QStringLiteral("无法将“%1”移到废纸篓（%2）").arg(file.name, platform::chineseErrorText(error))
             + QStringLiteral("，文件可能被其他程序占用或权限不足");
         if (m_chrome)
             m_chrome->showAlert(QStringLiteral("删除失败"), message);
@@ -147,6 +149,7 @@ void HotkeyDispatcher::restoreNewest()
     say(QStringLiteral("执行恢复文件操作"));
     if (m_state.deletedFilesHistory().isEmpty()) {
         say(QStringLiteral("没有可恢复的删除文件"));
+        tellUser(QStringLiteral("没有可恢复的删除文件"));
         return;
     }
     if (m_isRestoring) {
@@ -168,6 +171,7 @@ void HotkeyDispatcher::finishRestore(const DeletedFileInfo& info, bool ok)
     m_isRestoring = false;
     if (!ok) {
         say(QStringLiteral("文件恢复失败: ") + info.fileName);
+        tellUser(QStringLiteral("无法恢复“%1”：废纸篓中已找不到它，或原文件夹已有同名文件").arg(info.fileName));
         Q_EMIT restoreFinished(false);
         return;
     }
@@ -243,7 +247,7 @@ void HotkeyDispatcher::finishRotate(const SelectedFile& file, const platform::Ro
         return;
     case Status::failed:
         say(QStringLiteral("图像旋转失败: ") + outcome.error);
-        m_state.rotateErrorMessage = outcome.error;
+        m_state.rotateErrorMessage = platform::chineseErrorText(outcome.error);
         m_state.isRotateErrorVisible = true;
         m_state.notify();
         Q_EMIT rotateFinished(false);
@@ -260,6 +264,8 @@ void HotkeyDispatcher::finishRotate(const SelectedFile& file, const platform::Ro
         break;
     }
     m_cache.clearFile(path);
+    if (m_loader)
+        m_loader->invalidate(path);
     say(QStringLiteral("已清除文件缓存: ") + path);
     m_reload.requestReload(path);
     say(QStringLiteral("已请求缩略图重载(去重): ") + path);
