@@ -55,7 +55,7 @@ ThumbResult makeThumbnail(const QString& source, const QString& target, int size
     if (QFileInfo::exists(target) && !isOwnOutput(target))
         return {Outcome::skipped, QStringLiteral("exists and is not a thumbnail of ours: kept")};
     const platform::DecodedPicture picture = platform::PictureReader::read(platform::PictureRequest{source, size});
-    if (picture.isNull())
+    if (picture.isNull() || picture.isPartial()) // a batch thumbnail of half a picture would pass for the picture
         return {Outcome::failed, picture.error};
     QSaveFile file(target);
     if (!file.open(QIODevice::WriteOnly))

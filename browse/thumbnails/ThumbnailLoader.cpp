@@ -28,7 +28,7 @@ QImage readPicture(const QString& path, int maxSide, bool thumbnail, int rotatio
     if (picture.isNull())
         Log::line(QStringLiteral("ThumbnailLoader"), QStringLiteral("❌ 无法解码: ") + path + QStringLiteral(" (")
                                                           + picture.error + QLatin1Char(')'));
-    else if (!picture.error.isEmpty())
+    else if (picture.isPartial())
         Log::line(QStringLiteral("ThumbnailLoader"), QStringLiteral("⚠️ 文件不完整，只显示能读出的部分: ") + path
                                                           + QStringLiteral(" (") + picture.error + QLatin1Char(')'));
     return picture.image;

@@ -24,6 +24,8 @@ struct DecodedPicture
     QString error; // why the image is null, or why it is not the whole picture (a file cut short)
 
     bool isNull() const { return image.isNull(); }
+    // Only part of the picture, or its small embedded thumbnail: what a file cut short still gives.
+    bool isPartial() const { return !image.isNull() && !error.isEmpty(); }
 };
 
 // Thread-safe, blocking; meant for pool threads. Routes, by extension:
