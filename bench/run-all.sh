@@ -38,3 +38,6 @@ echo "== lumaro-cli group / ungroup vs a Perl rename loop (10,000 files)"
 bash "$here/group-vs-perl.sh" "$build"
 echo "== lumaro-cli report vs exiv2 (JPG + RAW pairs, 2,500 … 10,000 files)"
 bash "$here/report-vs-exiv2.sh" "$build"
+echo "== app: hold → 3 s over 600 × 24 MP camera JPEGs per mode (release-to-sharp, stalls), RSS after scrolling, idle CPU"
+"$build/bench/window_hold_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
+    --benchmark_out=/dev/stderr --benchmark_out_format=console > /dev/null
