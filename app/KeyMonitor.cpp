@@ -46,15 +46,29 @@ bool KeyMonitor::belongsToWindow(const QWidget* widget) const
     return false;
 }
 
+bool KeyMonitor::isRepeat(const QKeyEvent& key) const
+{
+    if (key.isAutoRepeat())
+        return true;
+    const auto released = m_lastRelease.constFind(key.key());
+    // A person cannot release and press a key again within 2 ms; the X server's repeat does it at once.
+    return key.timestamp() != 0 && released != m_lastRelease.constEnd() && key.timestamp() >= *released
+        && key.timestamp() - *released <= 2;
+}
+
 bool KeyMonitor::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() != QEvent::KeyPress)
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
         return false;
     auto* target = qobject_cast<QWidget*>(watched);
     if (!target || !belongsToWindow(target) || takesTyping(target))
         return false;
     auto* key = static_cast<QKeyEvent*>(event);
-    return m_handle(key->key(), key->modifiers(), key->isAutoRepeat());
+    if (event->type() == QEvent::KeyRelease) {
+        m_lastRelease.insert(key->key(), key->timestamp());
+        return false;
+    }
+    return m_handle(key->key(), key->modifiers(), isRepeat(*key));
 }
 
 } // namespace lumaro::app

@@ -2,10 +2,12 @@
 // Turns key presses in the browsing window into keyboard actions, whichever mode is shown.
 #pragma once
 
+#include <QHash>
 #include <QObject>
 
 #include <functional>
 
+class QKeyEvent;
 class QWidget;
 
 namespace lumaro::app {
@@ -14,7 +16,9 @@ namespace lumaro::app {
 // key presses for other windows (the settings, where a binding may be being recorded) and for a text field the
 // user can type into; everything else of the window and its docked panels, floating or not, goes to `handle`
 // (a read-only text box or a button that took the focus must not swallow the culling keys), and a press that an
-// action was bound to is consumed. `isAutoRepeat` tells a held key's repeats from a real press.
+// action was bound to is consumed. `isAutoRepeat` tells a held key's repeats from a real press: Qt's own flag,
+// or, since X11 sends each repeat as a release and a press of the same server time and Qt only flags it when
+// the press is already queued (not on a busy machine), a press whose time is its key's last release's.
 class KeyMonitor : public QObject
 {
     Q_OBJECT
@@ -30,9 +34,11 @@ protected:
 
 private:
     bool belongsToWindow(const QWidget* widget) const;
+    bool isRepeat(const QKeyEvent& key) const;
 
     QWidget& m_window;
     Handler m_handle;
+    QHash<int, quint64> m_lastRelease; // key → time of its last release
 };
 
 } // namespace lumaro::app

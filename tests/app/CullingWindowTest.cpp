@@ -104,6 +104,28 @@ TEST_F(CullingWindowTest, HoldingDeleteForASecondDeletesOnePicture)
     EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files).size(), 11);
 }
 
+TEST_F(CullingWindowTest, HeldKeyRepeatsSentAsReleaseAndPressOfOneTimeStillTurnOnce)
+{
+    writePictures(3);
+    open(m_folder.path(), 3);
+    const QString path = m_folder.filePath(QStringLiteral("IMG_000.jpg"));
+    const auto send = [&](QEvent::Type type, quint64 time) {
+        QKeyEvent event(type, Qt::Key_R, Qt::NoModifier);
+        event.setTimestamp(time);
+        QApplication::sendEvent(grid(), &event);
+        ASSERT_TRUE(waitUntil([&] { return idle(); }));
+    };
+    send(QEvent::KeyPress, 10000);
+    for (quint64 t = 10660; t < 11000; t += 40) { // what X11 sends for a held key, none flagged as a repeat
+        send(QEvent::KeyRelease, t);
+        send(QEvent::KeyPress, t);
+    }
+    send(QEvent::KeyRelease, 11050);
+    EXPECT_EQ(platform::ExifOrientation::read(path), 8); // one quarter turn
+    send(QEvent::KeyPress, 11400); // a new press turns again
+    EXPECT_EQ(platform::ExifOrientation::read(path), 3);
+}
+
 TEST_F(CullingWindowTest, TurningTwiceQuicklyShowsTheFinalOrientationInPreviewAndGrid)
 {
     const QString path = m_folder.filePath(QStringLiteral("turn.jpg"));
