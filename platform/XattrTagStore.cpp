@@ -26,6 +26,85 @@ QString systemError(int code)
     return QString::fromLocal8Bit(std::strerror(code));
 }
 
+// A byte that is not part of valid UTF-8 is held as the lone surrogate U+DC80 + byte (never produced by
+// decoding valid UTF-8), so another program's tag in some other encoding is written back exactly as it was
+// read.
+constexpr char16_t kEscapeBase = 0xDC00;
+
+bool isContinuation(unsigned char byte)
+{
+    return (byte & 0xC0) == 0x80;
+}
+
+// The length of the valid UTF-8 sequence at `at`, or 0 when the byte there does not start one.
+int validSequenceLength(const QByteArray& bytes, qsizetype at)
+{
+    const auto byte = [&](qsizetype i) { return static_cast<unsigned char>(bytes[at + i]); };
+    const unsigned char lead = byte(0);
+    int length = 0;
+    char32_t lowest = 0;
+    if (lead < 0x80)
+        return 1;
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        length = 2;
+        lowest = 0x80;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        length = 3;
+        lowest = 0x800;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        length = 4;
+        lowest = 0x10000;
+    } else {
+        return 0;
+    }
+    if (at + length > bytes.size())
+        return 0;
+    char32_t code = lead & (0xFF >> (length + 1));
+    for (int i = 1; i < length; ++i) {
+        if (!isContinuation(byte(i)))
+            return 0;
+        code = (code << 6) | (byte(i) & 0x3F);
+    }
+    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
+    return code < lowest || code > 0x10FFFF || surrogate ? 0 : length;
+}
+
+QString decodedName(const QByteArray& bytes)
+{
+    QString name;
+    qsizetype at = 0;
+    while (at < bytes.size()) {
+        const int length = validSequenceLength(bytes, at);
+        if (length == 0) {
+            name += QChar(char16_t(kEscapeBase + static_cast<unsigned char>(bytes[at])));
+            ++at;
+            continue;
+        }
+        name += QString::fromUtf8(bytes.constData() + at, length);
+        at += length;
+    }
+    return name;
+}
+
+QByteArray encodedName(const QString& name)
+{
+    QByteArray bytes;
+    qsizetype runStart = 0;
+    for (qsizetype i = 0; i < name.size(); ++i) {
+        const char16_t unit = name[i].unicode();
+        if (unit < kEscapeBase + 0x80 || unit > kEscapeBase + 0xFF)
+            continue;
+        const bool paired = i > 0 && name[i - 1].isHighSurrogate();
+        if (paired)
+            continue;
+        bytes += QStringView(name).mid(runStart, i - runStart).toUtf8();
+        bytes += char(unit - kEscapeBase);
+        runStart = i + 1;
+    }
+    bytes += QStringView(name).mid(runStart).toUtf8();
+    return bytes;
+}
+
 } // namespace
 
 XattrTagStore::XattrTagStore(FileTagStore* fallback, UnsupportedCheck forceUnsupported)
@@ -45,11 +124,22 @@ QStringList XattrTagStore::parse(const QByteArray& value)
 {
     QStringList names;
     for (const QByteArray& part : value.split(',')) {
-        const QString name = QString::fromUtf8(part).trimmed();
+        const QString name = decodedName(part).trimmed();
         if (!name.isEmpty() && !names.contains(name))
             names << name;
     }
     return names;
+}
+
+QByteArray XattrTagStore::serialise(const QStringList& names)
+{
+    QByteArray value;
+    for (const QString& name : names) {
+        if (!value.isEmpty())
+            value += ',';
+        value += encodedName(name);
+    }
+    return value;
 }
 
 std::optional<QStringList> XattrTagStore::tags(const QString& path, QString* error) const
@@ -94,7 +184,7 @@ bool XattrTagStore::setTags(const QString& path, const QStringList& tags, QStrin
             return true;
         code = errno;
     } else {
-        const QByteArray value = cleaned.join(QLatin1Char(',')).toUtf8();
+        const QByteArray value = serialise(cleaned);
         if (::setxattr(native.constData(), kAttribute, value.constData(), size_t(value.size()), 0) == 0)
             return true;
         code = errno;

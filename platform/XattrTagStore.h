@@ -25,7 +25,11 @@ public:
     std::optional<QStringList> tags(const QString& path, QString* error = nullptr) const override;
     bool setTags(const QString& path, const QStringList& tags, QString* error = nullptr) override;
 
+    // The attribute's value as names and back. A name whose bytes are not valid UTF-8 (another program's, in
+    // another encoding) survives the round trip byte for byte; trimming and dropping empty or repeated names
+    // are the only changes.
     static QStringList parse(const QByteArray& value);
+    static QByteArray serialise(const QStringList& names);
 
 private:
     FileTagStore* m_fallback;

@@ -44,6 +44,43 @@ TEST(XattrTagStore, ReadsTrimmedNamesAndKeepsOtherProgramsTags)
     EXPECT_EQ(rawTags(picture), QByteArrayLiteral("Portfolio,client A,blue"));
 }
 
+TEST(XattrTagStore, AnotherProgramsTagInAnotherEncodingSurvivesAColourToggleByteForByte)
+{
+    TempFolder folder;
+    const QString picture = folder.write(QStringLiteral("a.jpg"));
+    // Latin-1 "fö" and a stray 0xFF: not UTF-8, so never ours to re-encode.
+    if (!setRawTags(picture, QByteArrayLiteral("f\xf6\xff,red")))
+        GTEST_SKIP() << "no user extended attributes on this file system";
+    XattrTagStore store;
+    QStringList tags = store.tags(picture).value();
+    ASSERT_EQ(tags.size(), 2);
+    EXPECT_EQ(tags[1], QStringLiteral("red"));
+
+    tags << QStringLiteral("blue");
+    ASSERT_TRUE(store.setTags(picture, tags));
+    EXPECT_EQ(rawTags(picture), QByteArrayLiteral("f\xf6\xff,red,blue"));
+    tags = store.tags(picture).value();
+    tags.removeAll(QStringLiteral("red"));
+    tags.removeAll(QStringLiteral("blue"));
+    ASSERT_TRUE(store.setTags(picture, tags));
+    EXPECT_EQ(rawTags(picture), QByteArrayLiteral("f\xf6\xff"));
+}
+
+TEST(XattrTagStore, NamesRoundTripThroughTheAttributesBytes)
+{
+    const QByteArray cases[] = {
+        QByteArrayLiteral(
+            "\xc3\xa9t\xc3\xa9,\xe6\x97\x85\xe8\xa1\x8c,\xf0\x9f\x93\xb7"), // été, 旅行, a camera emoji
+        QByteArrayLiteral("\xc0\xaf,\xed\xa0\x80,\xf4\x90\x80\x80"), // overlong, surrogate, above U+10FFFF
+        QByteArrayLiteral("\xf0\x9f\x93\xb7\xdc,\xe6\x97,a\x80"
+                          "b"), // cut-short sequences, lone continuation
+    };
+    for (const QByteArray& value : cases)
+        EXPECT_EQ(XattrTagStore::serialise(XattrTagStore::parse(value)), value) << value.toHex().constData();
+    EXPECT_EQ(XattrTagStore::parse(cases[0]),
+              QStringList({QStringLiteral("été"), QStringLiteral("旅行"), QStringLiteral("📷")}));
+}
+
 TEST(XattrTagStore, TheAttributeGoesWhenTheLastTagDoes)
 {
     TempFolder folder;
