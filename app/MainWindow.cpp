@@ -230,7 +230,18 @@ void MainWindow::openFolder(const QString& folder)
     m_state->clearSelection();
     setFolderTitle(path);
     currentMode().folderLoader().load(path);
-    platform::QSettingsStore::shared().setString(browse::settingsKeys::originalFolderPath, path);
+    // Remembered only once it has been shown: a folder whose pictures brought the app down must not be
+    // reopened by every later start.
+    m_folderToRemember = path;
+}
+
+void MainWindow::rememberFolderForNextStart()
+{
+    if (m_folderToRemember.isEmpty())
+        return;
+    platform::QSettingsStore::shared().setString(browse::settingsKeys::originalFolderPath,
+                                                 m_folderToRemember);
+    m_folderToRemember.clear();
 }
 
 void MainWindow::reloadCurrentFolder()
@@ -271,16 +282,20 @@ void MainWindow::folderLoaded(const QString& folder, int count)
     if (count > 0)
         return;
     const QFileInfo info(folder);
-    if (!info.exists())
+    if (!info.exists()) {
         setEmptyText(tr("文件夹不存在: %1").arg(folder));
-    else if (!info.isDir() || !info.isReadable() || !info.isExecutable())
+    } else if (!info.isDir() || !info.isReadable() || !info.isExecutable()) {
         setEmptyText(tr("无法读取此文件夹（权限不足？）: %1").arg(folder));
-    else
+    } else {
         setEmptyText(tr("此文件夹中没有可浏览的图片"));
+        if (folder == m_folderToRemember)
+            rememberFolderForNextStart(); // nothing to draw: the empty folder is on screen now
+    }
 }
 
 void MainWindow::firstScreenComplete(int tiles)
 {
+    rememberFolderForNextStart();
     if (!m_sinceOpen.isValid())
         return;
     const double seconds = double(m_sinceOpen.nsecsElapsed()) / 1e9;

@@ -84,6 +84,7 @@ private:
     void chooseFolder();
     void folderLoaded(const QString& folder, int count);
     void firstScreenComplete(int tiles);
+    void rememberFolderForNextStart();
     void setEmptyText(const QString& text);
     void setFolderTitle(const QString& folder);
     BrowseMode& currentMode() const;
@@ -111,6 +112,7 @@ private:
     QString m_shownFolder;       // the folder whose view is remembered when it is left
     QString m_listedFolder;      // m_shownFolder once its list has come in
     QString m_pendingSelection;  // the picture to select again once the folder's list is in
+    QString m_folderToRemember; // opened, but not yet shown: remembered for the next start once it is
 };
 
 } // namespace lumaro::app

@@ -2,6 +2,7 @@
 #include "platform/ExifOrientation.h"
 
 #include "platform/FileReplacer.h"
+#include "platform/ForeignCall.h"
 
 #include <QFile>
 
@@ -41,14 +42,16 @@ int orientationOf(const Exiv2::ExifData& exif)
 int ExifOrientation::read(const QString& path, QString* error)
 {
     quieten();
-    try {
-        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
-        image->readMetadata();
-        return orientationOf(image->exifData());
-    } catch (const Exiv2::AnyError& failure) {
-        setError(error, QString::fromStdString(failure.what()));
-        return 0;
-    }
+    return guardedForeignCall(
+        [&] {
+            auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+            image->readMetadata();
+            return orientationOf(image->exifData());
+        },
+        [&](const QString& reason) {
+            setError(error, reason);
+            return 0;
+        });
 }
 
 bool ExifOrientation::turnJpeg(const QString& path, int (*turn)(int), QString* error)
@@ -61,27 +64,31 @@ bool ExifOrientation::turnJpeg(const QString& path, int (*turn)(int), QString* e
     }
     const QByteArray original = file.readAll();
     file.close();
-    try {
-        // Edited in memory, so the file on disk is replaced in one rename and never seen half-written.
-        auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(original.constData()),
-                                               long(original.size()));
-        if (image->imageType() != Exiv2::ImageType::jpeg) {
-            setError(error, QStringLiteral("not a JPEG file"));
+    QByteArray edited;
+    const bool editedInMemory = guardedForeignCall(
+        [&] {
+            // Edited in memory, so the file on disk is replaced in one rename and never seen half-written.
+            auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(original.constData()),
+                                                   long(original.size()));
+            if (image->imageType() != Exiv2::ImageType::jpeg) {
+                setError(error, QStringLiteral("not a JPEG file"));
+                return false;
+            }
+            image->readMetadata();
+            Exiv2::ExifData& exif = image->exifData();
+            exif[kOrientationKey] = uint16_t(turn(orientationOf(exif)));
+            image->writeMetadata();
+            Exiv2::BasicIo& io = image->io();
+            io.seek(0, Exiv2::BasicIo::beg);
+            const Exiv2::DataBuf buffer = io.read(long(io.size()));
+            edited = QByteArray(reinterpret_cast<const char*>(buffer.pData_), qsizetype(buffer.size_));
+            return true;
+        },
+        [&](const QString& reason) {
+            setError(error, reason);
             return false;
-        }
-        image->readMetadata();
-        Exiv2::ExifData& exif = image->exifData();
-        exif[kOrientationKey] = uint16_t(turn(orientationOf(exif)));
-        image->writeMetadata();
-        Exiv2::BasicIo& io = image->io();
-        io.seek(0, Exiv2::BasicIo::beg);
-        const Exiv2::DataBuf buffer = io.read(long(io.size()));
-        const QByteArray edited(reinterpret_cast<const char*>(buffer.pData_), qsizetype(buffer.size_));
-        return FileReplacer::replaceContents(path, edited, error);
-    } catch (const Exiv2::AnyError& failure) {
-        setError(error, QString::fromStdString(failure.what()));
-        return false;
-    }
+        });
+    return editedInMemory && FileReplacer::replaceContents(path, edited, error);
 }
 
 } // namespace lumaro::platform

@@ -54,6 +54,9 @@ ImageMetadata ImageMetadata::read(const QString& path)
     } catch (const std::exception& error) {
         result.status = Status::cannotOpen;
         result.error = QString::fromUtf8(error.what());
+    } catch (...) {
+        result.status = Status::cannotOpen;
+        result.error = QStringLiteral("unknown exception");
     }
     return result;
 }

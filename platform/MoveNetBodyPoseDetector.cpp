@@ -2,7 +2,9 @@
 #include "platform/MoveNetBodyPoseDetector.h"
 
 #include "platform/AppPaths.h"
+#include "platform/ForeignCall.h"
 #include "platform/Log.h"
+#include "platform/picture/FittedSize.h"
 #include "platform/vision/FaceDetector.h"
 #include "platform/vision/ModelFiles.h"
 
@@ -161,19 +163,23 @@ struct MoveNetBodyPoseDetector::Backend
     cv::dnn::Net moveNet;
     std::unique_ptr<FaceDetector> faces;
 
-    std::vector<cv::Rect> personRegions(const QImage& image, cv::Size picture)
+    // The regions the picture's faces open; nullopt when the face detector could not look at the picture.
+    std::optional<std::vector<cv::Rect>> personRegions(const QImage& image, cv::Size picture)
     {
         if (!faces)
-            return {};
+            return std::vector<cv::Rect>();
         // Faces are searched on a copy of at most kFaceSearchSide: the face detector's time grows with the
         // pixel count, and a face smaller than about 10 px there belongs to a person too small for MoveNet.
-        const double scale = std::min(1.0, double(kFaceSearchSide) / std::max(image.width(), image.height()));
-        const QImage searched = scale < 1.0 ? image.scaled(image.size() * scale, Qt::KeepAspectRatio,
-                                                           Qt::SmoothTransformation)
-                                            : image;
+        const QImage searched = image.scaled(fittedSize(image.size(), kFaceSearchSide), Qt::IgnoreAspectRatio,
+                                             Qt::SmoothTransformation);
         const double back = double(image.width()) / searched.width();
+        const FaceDetection found = faces->detect(searched);
+        if (!found.error.isEmpty()) {
+            Log::line(QStringLiteral("POSE"), QStringLiteral("❌ 人脸检测失败: ") + found.error);
+            return std::nullopt;
+        }
         std::vector<cv::Rect> regions;
-        for (const FaceBox& face : faces->detect(searched)) {
+        for (const FaceBox& face : found.faces) {
             const cv::Rect2f box(float(face.box.x() * back), float(face.box.y() * back),
                                  float(face.box.width() * back), float(face.box.height() * back));
             const cv::Rect region = personRegion(box, picture);
@@ -235,10 +241,10 @@ std::unique_ptr<MoveNetBodyPoseDetector> MoveNetBodyPoseDetector::loadFrom(const
     auto backend = std::make_unique<Backend>();
     try {
         backend->moveNet = cv::dnn::readNetFromONNX(QFile::encodeName(modelPath).toStdString());
-    } catch (const cv::Exception& failure) {
+    } catch (const std::exception& failure) {
         if (error)
             *error = QStringLiteral("姿态模型无法加载: ") + modelPath + QStringLiteral(" (") +
-                     QString::fromStdString(failure.msg) + QStringLiteral(")");
+                     QString::fromUtf8(failure.what()) + QStringLiteral(")");
         return nullptr;
     }
     if (backend->moveNet.empty()) {
@@ -257,6 +263,17 @@ bool MoveNetBodyPoseDetector::hasFaceDetector() const
 
 std::optional<BodyPoseDetection> MoveNetBodyPoseDetector::detect(const QImage& image)
 {
+    std::lock_guard lock(m_mutex);
+    return guardedForeignCall([&] { return detectPeople(image); },
+                              [](const QString& reason) -> std::optional<BodyPoseDetection> {
+                                  Log::line(QStringLiteral("POSE"),
+                                            QStringLiteral("❌ 姿态检测失败: ") + reason);
+                                  return std::nullopt;
+                              });
+}
+
+std::optional<BodyPoseDetection> MoveNetBodyPoseDetector::detectPeople(const QImage& image)
+{
     if (image.isNull())
         return std::nullopt;
     const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
@@ -264,45 +281,42 @@ std::optional<BodyPoseDetection> MoveNetBodyPoseDetector::detect(const QImage& i
     const double width = picture.cols;
     const double height = picture.rows;
 
-    std::lock_guard lock(m_mutex);
     BodyPoseDetection detection;
-    try {
-        QElapsedTimer timer;
-        timer.start();
-        std::vector<cv::Rect> regions = m_backend->personRegions(image, picture.size());
-        const bool anchoredByFaces = !regions.empty();
-        if (!anchoredByFaces)
-            regions.push_back(cv::Rect(0, 0, picture.cols, picture.rows));
-        detection.personSearchMs = timer.nsecsElapsed() / 1e6;
-        timer.restart();
-        for (const cv::Rect& region : regions) {
-            const auto keypoints = m_backend->keypointsIn(picture, region);
-            DetectedPerson person;
-            int sure = 0;
-            int located = 0;
-            for (int k = 0; k < kKeypoints; ++k) {
-                const QString key = QString::fromLatin1(kJointKeys[std::size_t(k)]);
-                JointSample joint{key, std::nullopt, keypoints[std::size_t(k)].score};
-                if (joint.confidence >= kSureScore)
-                    ++sure;
-                if (joint.confidence >= kConfidenceFloor) {
-                    ++located;
-                    joint.location = QPointF(keypoints[std::size_t(k)].x / width,
-                                             1.0 - keypoints[std::size_t(k)].y / height);
-                }
-                person.joints.insert(key, joint);
-            }
-            if (anchoredByFaces ? located < kMinimumAnchoredJoints : sure < kMinimumSureJoints)
-                continue;
-            person.searchRegion = QRectF(region.x / width, 1.0 - (region.y + region.height) / height,
-                                         region.width / width, region.height / height);
-            addPerson(detection.people, std::move(person));
-        }
-        detection.keypointMs = timer.nsecsElapsed() / 1e6;
-    } catch (const cv::Exception& failure) {
-        Log::line(QStringLiteral("POSE"), QStringLiteral("❌ 姿态检测失败: ") + QString::fromStdString(failure.msg));
+    QElapsedTimer timer;
+    timer.start();
+    std::optional<std::vector<cv::Rect>> found = m_backend->personRegions(image, picture.size());
+    if (!found)
         return std::nullopt;
+    std::vector<cv::Rect> regions = std::move(*found);
+    const bool anchoredByFaces = !regions.empty();
+    if (!anchoredByFaces)
+        regions.push_back(cv::Rect(0, 0, picture.cols, picture.rows));
+    detection.personSearchMs = timer.nsecsElapsed() / 1e6;
+    timer.restart();
+    for (const cv::Rect& region : regions) {
+        const auto keypoints = m_backend->keypointsIn(picture, region);
+        DetectedPerson person;
+        int sure = 0;
+        int located = 0;
+        for (int k = 0; k < kKeypoints; ++k) {
+            const QString key = QString::fromLatin1(kJointKeys[std::size_t(k)]);
+            JointSample joint{key, std::nullopt, keypoints[std::size_t(k)].score};
+            if (joint.confidence >= kSureScore)
+                ++sure;
+            if (joint.confidence >= kConfidenceFloor) {
+                ++located;
+                joint.location =
+                    QPointF(keypoints[std::size_t(k)].x / width, 1.0 - keypoints[std::size_t(k)].y / height);
+            }
+            person.joints.insert(key, joint);
+        }
+        if (anchoredByFaces ? located < kMinimumAnchoredJoints : sure < kMinimumSureJoints)
+            continue;
+        person.searchRegion = QRectF(region.x / width, 1.0 - (region.y + region.height) / height,
+                                     region.width / width, region.height / height);
+        addPerson(detection.people, std::move(person));
     }
+    detection.keypointMs = timer.nsecsElapsed() / 1e6;
     return detection;
 }
 

@@ -39,6 +39,7 @@ public:
     bool hasFaceDetector() const;
 
 private:
+    std::optional<BodyPoseDetection> detectPeople(const QImage& image);
     struct Backend;
     explicit MoveNetBodyPoseDetector(std::unique_ptr<Backend> backend);
 

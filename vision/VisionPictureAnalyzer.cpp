@@ -58,7 +58,8 @@ std::vector<SceneObservation> VisionPictureAnalyzer::keptObservations(const std:
     return kept;
 }
 
-std::vector<SceneObservation> VisionPictureAnalyzer::classify(const QImage& image, VisionStageTimes* times)
+std::optional<std::vector<SceneObservation>> VisionPictureAnalyzer::classify(const QImage& image,
+                                                                             VisionStageTimes* times)
 {
     std::vector<SceneObservation> observations;
     if (m_classifier) {
@@ -77,10 +78,15 @@ std::vector<SceneObservation> VisionPictureAnalyzer::classify(const QImage& imag
     if (m_faces) {
         QElapsedTimer timer;
         timer.start();
-        const std::vector<platform::FaceBox> faces = m_faces->detect(image);
+        const platform::FaceDetection found = m_faces->detect(image);
         addTime(times ? &times->faces : nullptr, timer);
-        if (!faces.empty()) {
-            observations.push_back({kPersonIdentifier, faces.front().score});
+        if (!found.error.isEmpty()) {
+            // The detector could not look at the picture at all, so "no person" would be a guess.
+            Log::line(kTag, QStringLiteral("执行 Vision 请求失败: ") + found.error);
+            return std::nullopt;
+        }
+        if (!found.faces.empty()) {
+            observations.push_back({kPersonIdentifier, found.faces.front().score});
             std::stable_sort(observations.begin(), observations.end(),
                              [](const SceneObservation& a, const SceneObservation& b) {
                                  return a.confidence > b.confidence;
@@ -109,8 +115,11 @@ std::optional<VisionRecognitionResult> VisionPictureAnalyzer::analyze(const QStr
     result.pixelWidth = decoded->pixelSize.width();
     result.pixelHeight = decoded->pixelSize.height();
 
+    const auto observations = classify(decoded->image, times);
+    if (!observations)
+        return std::nullopt;
     double confidenceSum = 0.0;
-    for (const SceneObservation& kept : keptObservations(classify(decoded->image, times))) {
+    for (const SceneObservation& kept : keptObservations(*observations)) {
         result.recognizedObjects << kept.identifier;
         result.sceneClassification << kept.identifier;
         confidenceSum += kept.confidence;

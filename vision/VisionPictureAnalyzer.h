@@ -53,7 +53,9 @@ public:
     static constexpr float kMinConfidence = 0.2f;
 
 private:
-    std::vector<platform::SceneObservation> classify(const QImage& image, VisionStageTimes* times);
+    // nullopt when the face detector could not look at the picture (logged).
+    std::optional<std::vector<platform::SceneObservation>> classify(const QImage& image,
+                                                                    VisionStageTimes* times);
 
     std::unique_ptr<platform::SceneClassifier> m_classifier;
     std::unique_ptr<platform::TextRecognizer> m_recognizer;

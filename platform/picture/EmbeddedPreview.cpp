@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/picture/EmbeddedPreview.h"
 
+#include "platform/ForeignCall.h"
 #include "platform/picture/ImageOrientation.h"
 
 #include <QFile>
@@ -41,7 +42,14 @@ int orientationOf(const Exiv2::ExifData& exif)
     return value >= 1 && value <= 8 ? int(value) : 1;
 }
 
-std::optional<RawPreview> librawPreview(const QString& path, QString* error)
+std::optional<RawPreview> failedPreview(QString* error, const QString& reason)
+{
+    if (error)
+        *error = reason;
+    return std::nullopt;
+}
+
+std::optional<RawPreview> librawPreviewOf(const QString& path, QString* error)
 {
     auto raw = std::make_unique<LibRaw>();
     const QByteArray name = QFile::encodeName(path);
@@ -77,30 +85,32 @@ std::optional<RawPreview> librawPreview(const QString& path, QString* error)
     return preview;
 }
 
+std::optional<RawPreview> librawPreview(const QString& path, QString* error)
+{
+    return guardedForeignCall([&] { return librawPreviewOf(path, error); },
+                              [&](const QString& reason) { return failedPreview(error, reason); });
+}
+
 std::optional<RawPreview> exiv2Preview(const QString& path, QString* error)
 {
     prepareExiv2();
     const std::lock_guard lock(exiv2Mutex());
-    try {
-        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
-        image->readMetadata();
-        Exiv2::PreviewManager manager(*image);
-        const Exiv2::PreviewPropertiesList list = manager.getPreviewProperties();
-        if (list.empty()) {
-            if (error)
-                *error = QStringLiteral("no embedded preview");
-            return std::nullopt;
-        }
-        const Exiv2::PreviewImage largest = manager.getPreviewImage(list.back()); // sorted by size
-        RawPreview preview;
-        preview.orientation = orientationOf(image->exifData());
-        preview.jpeg = QByteArray(reinterpret_cast<const char*>(largest.pData()), qsizetype(largest.size()));
-        return preview;
-    } catch (const Exiv2::AnyError& failure) {
-        if (error)
-            *error = QString::fromStdString(failure.what());
-        return std::nullopt;
-    }
+    return guardedForeignCall(
+        [&]() -> std::optional<RawPreview> {
+            auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+            image->readMetadata();
+            Exiv2::PreviewManager manager(*image);
+            const Exiv2::PreviewPropertiesList list = manager.getPreviewProperties();
+            if (list.empty())
+                return failedPreview(error, QStringLiteral("no embedded preview"));
+            const Exiv2::PreviewImage largest = manager.getPreviewImage(list.back()); // sorted by size
+            RawPreview preview;
+            preview.orientation = orientationOf(image->exifData());
+            preview.jpeg =
+                QByteArray(reinterpret_cast<const char*>(largest.pData()), qsizetype(largest.size()));
+            return preview;
+        },
+        [&](const QString& reason) { return failedPreview(error, reason); });
 }
 
 } // namespace
@@ -109,22 +119,23 @@ ExifSummary EmbeddedPreview::exifOf(const QByteArray& data)
 {
     prepareExiv2();
     const std::lock_guard lock(exiv2Mutex());
-    ExifSummary summary;
-    try {
-        auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(data.constData()),
-                                               long(data.size()));
-        image->readMetadata();
-        const Exiv2::ExifData& exif = image->exifData();
-        summary.readable = true;
-        summary.orientation = orientationOf(exif);
-        Exiv2::ExifThumbC thumb(exif);
-        const Exiv2::DataBuf buffer = thumb.copy();
-        if (buffer.size_ > 0 && std::string(thumb.mimeType()) == "image/jpeg")
-            summary.thumbnail = QByteArray(reinterpret_cast<const char*>(buffer.pData_), qsizetype(buffer.size_));
-    } catch (const Exiv2::AnyError&) {
-        summary.readable = false;
-    }
-    return summary;
+    return guardedForeignCall(
+        [&] {
+            ExifSummary summary;
+            auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(data.constData()),
+                                                   long(data.size()));
+            image->readMetadata();
+            const Exiv2::ExifData& exif = image->exifData();
+            summary.readable = true;
+            summary.orientation = orientationOf(exif);
+            Exiv2::ExifThumbC thumb(exif);
+            const Exiv2::DataBuf buffer = thumb.copy();
+            if (buffer.size_ > 0 && std::string(thumb.mimeType()) == "image/jpeg")
+                summary.thumbnail =
+                    QByteArray(reinterpret_cast<const char*>(buffer.pData_), qsizetype(buffer.size_));
+            return summary;
+        },
+        [](const QString&) { return ExifSummary{}; });
 }
 
 std::optional<RawPreview> EmbeddedPreview::rawPreview(const QString& path, QString* error)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/picture/HeifDecoder.h"
 
+#include "platform/ForeignCall.h"
 #include "platform/picture/JpegDecoder.h"
 
 #include <QFile>
@@ -49,13 +50,9 @@ Handle bigEnoughThumbnail(heif_image_handle* primary, int maxSide)
     return nullptr;
 }
 
-} // namespace
-
-std::optional<QImage> HeifDecoder::decode(const QString& path, int maxSide, bool allowThumbnail,
-                                          bool* usedThumbnail, QString* error)
+std::optional<QImage> decodeFile(const QString& path, int maxSide, bool allowThumbnail, bool* usedThumbnail,
+                                 QString* error)
 {
-    static std::once_flag once;
-    std::call_once(once, [] { heif_init(nullptr); });
     const auto fail = [error](const heif_error& e) -> std::optional<QImage> {
         if (error)
             *error = QString::fromUtf8(e.message);
@@ -87,6 +84,21 @@ std::optional<QImage> HeifDecoder::decode(const QString& path, int maxSide, bool
         return fail(heif_error{heif_error_Decoder_plugin_error, heif_suberror_Unspecified, "no pixels"});
     const QImage view(pixels, width, height, stride, QImage::Format_RGBA8888);
     return fitWithin(view.copy(), maxSide);
+}
+
+} // namespace
+
+std::optional<QImage> HeifDecoder::decode(const QString& path, int maxSide, bool allowThumbnail,
+                                          bool* usedThumbnail, QString* error)
+{
+    static std::once_flag once;
+    std::call_once(once, [] { heif_init(nullptr); });
+    return guardedForeignCall([&] { return decodeFile(path, maxSide, allowThumbnail, usedThumbnail, error); },
+                              [&](const QString& reason) -> std::optional<QImage> {
+                                  if (error)
+                                      *error = reason;
+                                  return std::nullopt;
+                              });
 }
 
 } // namespace lumaro::platform

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/picture/JpegDecoder.h"
 
+#include "platform/picture/FittedSize.h"
+
 #include <turbojpeg.h>
 
 #include <memory>
@@ -48,7 +50,7 @@ QImage fitWithin(const QImage& image, int maxSide)
 {
     if (maxSide <= 0 || image.isNull() || std::max(image.width(), image.height()) <= maxSide)
         return image;
-    return image.scaled(maxSide, maxSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    return image.scaled(fittedSize(image.size(), maxSide), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 std::optional<QSize> JpegDecoder::size(const QByteArray& data)

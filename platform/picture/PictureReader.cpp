@@ -2,6 +2,7 @@
 #include "platform/picture/PictureReader.h"
 
 #include "platform/picture/EmbeddedPreview.h"
+#include "platform/picture/FittedSize.h"
 #include "platform/picture/HeifDecoder.h"
 #include "platform/picture/ImageOrientation.h"
 #include "platform/picture/JpegDecoder.h"
@@ -52,7 +53,7 @@ DecodedPicture readWithQt(const PictureRequest& request, QIODevice* device = nul
     reader.setAutoTransform(true);
     const QSize stored = reader.size();
     if (request.maxSide > 0 && stored.isValid() && std::max(stored.width(), stored.height()) > request.maxSide)
-        reader.setScaledSize(stored.scaled(request.maxSide, request.maxSide, Qt::KeepAspectRatio));
+        reader.setScaledSize(fittedSize(stored, request.maxSide));
     QImage image = reader.read();
     if (image.isNull())
         return failed(reader.errorString());

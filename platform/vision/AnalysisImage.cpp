@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/vision/AnalysisImage.h"
 
+#include "platform/picture/FittedSize.h"
+
 #include <QFile>
 #include <QImageReader>
 
@@ -32,7 +34,7 @@ QSize jpegScaledSize(QSize stored, int maxSide)
             return QSize((stored.width() + denominator - 1) / denominator,
                          (stored.height() + denominator - 1) / denominator);
     }
-    return stored.scaled(maxSide, maxSide, Qt::KeepAspectRatio);
+    return fittedSize(stored, maxSide);
 }
 
 } // namespace
@@ -53,7 +55,7 @@ std::optional<AnalysisImage> AnalysisImageReader::read(const QString& path, int 
     const bool isJpeg = format == "jpeg" || format == "jpg";
     const int longSide = std::max(stored.width(), stored.height());
     if (longSide > maxSide)
-        reader.setScaledSize(isJpeg ? jpegScaledSize(stored, maxSide) : stored.scaled(maxSide, maxSide, Qt::KeepAspectRatio));
+        reader.setScaledSize(isJpeg ? jpegScaledSize(stored, maxSide) : fittedSize(stored, maxSide));
     QImage image = reader.read();
     if (image.isNull()) {
         if (error)

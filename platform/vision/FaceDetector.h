@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QRectF>
+#include <QString>
 
 #include <memory>
 #include <vector>
@@ -16,13 +17,19 @@ struct FaceBox
     float score = 0.f; // 0..1
 };
 
+struct FaceDetection
+{
+    std::vector<FaceBox> faces; // best score first
+    QString error;              // empty on success; set when the detector could not look at the picture
+};
+
 // One detector per thread: implementations keep network state that is not safe to share. A null or empty
-// image gives no faces. Boxes are ordered by score, best first.
+// image gives no faces; whatever the picture, detect() reports a failure, never throws.
 class FaceDetector
 {
 public:
     virtual ~FaceDetector() = default;
-    virtual std::vector<FaceBox> detect(const QImage& image) = 0;
+    virtual FaceDetection detect(const QImage& image) = 0;
 };
 
 // The best detector the installed models allow: YuNet from the models folder, else OpenCV's Haar cascade

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/vision/OpenCvFaceDetector.h"
 
+#include "platform/ForeignCall.h"
 #include "platform/Log.h"
 #include "platform/vision/MatFromImage_p.h"
 #include "platform/vision/ModelFiles.h"
@@ -38,8 +39,11 @@ cv::Mat scaledForDetection(const cv::Mat& bgr, double* scale)
     if (longSide <= OpenCvFaceDetector::maxSide())
         return bgr;
     *scale = double(OpenCvFaceDetector::maxSide()) / longSide;
+    // A 40000×8 strip would lose its short side altogether, and OpenCV asserts on an empty size.
+    const cv::Size size(std::max(1, int(std::lround(bgr.cols * *scale))),
+                        std::max(1, int(std::lround(bgr.rows * *scale))));
     cv::Mat small;
-    cv::resize(bgr, small, cv::Size(), *scale, *scale, cv::INTER_AREA);
+    cv::resize(bgr, small, size, 0, 0, cv::INTER_AREA);
     return small;
 }
 
@@ -79,13 +83,13 @@ std::unique_ptr<OpenCvFaceDetector> OpenCvFaceDetector::fromYuNet(const QString&
                                                                    float scoreThreshold)
 {
     auto backend = std::make_unique<Backend>();
-    if (!verifierCascadePath.isEmpty())
-        backend->cascade.load(verifierCascadePath.toStdString());
     try {
+        if (!verifierCascadePath.isEmpty())
+            backend->cascade.load(verifierCascadePath.toStdString());
         backend->yunet = cv::FaceDetectorYN::create(modelPath.toStdString(), "", cv::Size(320, 320),
                                                     scoreThreshold, 0.3f, 5000);
-    } catch (const cv::Exception& error) {
-        Log::line(kTag, QStringLiteral("❌ 人脸模型加载失败: ") + QString::fromStdString(error.what()));
+    } catch (const std::exception& error) {
+        Log::line(kTag, QStringLiteral("❌ 人脸模型加载失败: ") + QString::fromUtf8(error.what()));
         return nullptr;
     }
     if (backend->yunet.empty())
@@ -96,12 +100,29 @@ std::unique_ptr<OpenCvFaceDetector> OpenCvFaceDetector::fromYuNet(const QString&
 std::unique_ptr<OpenCvFaceDetector> OpenCvFaceDetector::fromHaarCascade(const QString& cascadePath)
 {
     auto backend = std::make_unique<Backend>();
-    if (!backend->cascade.load(cascadePath.toStdString()))
+    const bool loaded =
+        guardedForeignCall([&] { return backend->cascade.load(cascadePath.toStdString()); },
+                           [](const QString& reason) {
+                               Log::line(kTag, QStringLiteral("❌ 人脸模型加载失败: ") + reason);
+                               return false;
+                           });
+    if (!loaded)
         return nullptr;
     return std::unique_ptr<OpenCvFaceDetector>(new OpenCvFaceDetector(std::move(backend)));
 }
 
-std::vector<FaceBox> OpenCvFaceDetector::detect(const QImage& image)
+FaceDetection OpenCvFaceDetector::detect(const QImage& image)
+{
+    return guardedForeignCall(
+        [&] {
+            return FaceDetection{detectIn(image), {}};
+        },
+        [](const QString& reason) {
+            return FaceDetection{{}, reason};
+        });
+}
+
+std::vector<FaceBox> OpenCvFaceDetector::detectIn(const QImage& image)
 {
     const cv::Mat bgr = detail::bgrMatFromImage(image);
     if (bgr.empty())
@@ -109,36 +130,31 @@ std::vector<FaceBox> OpenCvFaceDetector::detect(const QImage& image)
     double scale = 1.0;
     const cv::Mat input = scaledForDetection(bgr, &scale);
     std::vector<FaceBox> boxes;
-    try {
-        if (m_backend->yunet) {
-            m_backend->yunet->setInputSize(input.size());
-            cv::Mat faces;
-            m_backend->yunet->detect(input, faces);
-            for (int row = 0; row < faces.rows; ++row) {
-                const float* f = faces.ptr<float>(row);
-                if (!m_backend->cascade.empty()
-                    && !cascadeConfirms(m_backend->cascade, input, cv::Rect2f(f[0], f[1], f[2], f[3])))
-                    continue;
-                boxes.push_back({QRectF(f[0] / scale, f[1] / scale, f[2] / scale, f[3] / scale), f[14]});
-            }
-        } else {
-            cv::Mat gray;
-            cv::cvtColor(input, gray, cv::COLOR_BGR2GRAY);
-            std::vector<cv::Rect> rects;
-            std::vector<int> levels;
-            std::vector<double> weights;
-            m_backend->cascade.detectMultiScale(gray, rects, levels, weights, 1.1, 5, 0, cv::Size(24, 24),
-                                                cv::Size(), true);
-            for (size_t i = 0; i < rects.size(); ++i) {
-                const cv::Rect& r = rects[i];
-                // The cascade's last-stage weight is unbounded; a logistic squashes it into a 0..1 score.
-                const float score = i < weights.size() ? float(1.0 / (1.0 + std::exp(-weights[i]))) : 0.5f;
-                boxes.push_back({QRectF(r.x / scale, r.y / scale, r.width / scale, r.height / scale), score});
-            }
+    if (m_backend->yunet) {
+        m_backend->yunet->setInputSize(input.size());
+        cv::Mat faces;
+        m_backend->yunet->detect(input, faces);
+        for (int row = 0; row < faces.rows; ++row) {
+            const float* f = faces.ptr<float>(row);
+            if (!m_backend->cascade.empty() &&
+                !cascadeConfirms(m_backend->cascade, input, cv::Rect2f(f[0], f[1], f[2], f[3])))
+                continue;
+            boxes.push_back({QRectF(f[0] / scale, f[1] / scale, f[2] / scale, f[3] / scale), f[14]});
         }
-    } catch (const cv::Exception& error) {
-        Log::line(kTag, QStringLiteral("❌ 人脸检测失败: ") + QString::fromStdString(error.what()));
-        return {};
+    } else {
+        cv::Mat gray;
+        cv::cvtColor(input, gray, cv::COLOR_BGR2GRAY);
+        std::vector<cv::Rect> rects;
+        std::vector<int> levels;
+        std::vector<double> weights;
+        m_backend->cascade.detectMultiScale(gray, rects, levels, weights, 1.1, 5, 0, cv::Size(24, 24),
+                                            cv::Size(), true);
+        for (size_t i = 0; i < rects.size(); ++i) {
+            const cv::Rect& r = rects[i];
+            // The cascade's last-stage weight is unbounded; a logistic squashes it into a 0..1 score.
+            const float score = i < weights.size() ? float(1.0 / (1.0 + std::exp(-weights[i]))) : 0.5f;
+            boxes.push_back({QRectF(r.x / scale, r.y / scale, r.width / scale, r.height / scale), score});
+        }
     }
     std::sort(boxes.begin(), boxes.end(), [](const FaceBox& a, const FaceBox& b) { return a.score > b.score; });
     return boxes;

@@ -25,11 +25,13 @@ public:
     static std::unique_ptr<OpenCvFaceDetector> fromHaarCascade(const QString& cascadePath);
     ~OpenCvFaceDetector() override;
 
-    std::vector<FaceBox> detect(const QImage& image) override;
+    FaceDetection detect(const QImage& image) override;
 
     static int maxSide() { return 1280; }
 
 private:
+    std::vector<FaceBox> detectIn(const QImage& image);
+
     struct Backend;
     explicit OpenCvFaceDetector(std::unique_ptr<Backend> backend);
     std::unique_ptr<Backend> m_backend;

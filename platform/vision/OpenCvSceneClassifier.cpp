@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/vision/OpenCvSceneClassifier.h"
 
+#include "platform/ForeignCall.h"
 #include "platform/Log.h"
 #include "platform/vision/MatFromImage_p.h"
 #include "platform/vision/ModelFiles.h"
@@ -27,8 +28,20 @@ namespace {
 
 const QString kTag = QStringLiteral("VISION_INDEX");
 
-cv::Mat preprocessed(const cv::Mat& bgr)
+// The network sees only the central 224×224 of the picture with its short side at 256, so of a panorama strip
+// only a central piece matters: it is cut out first, or a 5000×1 strip would be resized to 1280000×256.
+cv::Mat centralPiece(const cv::Mat& bgr)
 {
+    constexpr int kLongestRatio = 2;
+    const int shortSide = std::min(bgr.cols, bgr.rows);
+    const int width = std::min(bgr.cols, shortSide * kLongestRatio);
+    const int height = std::min(bgr.rows, shortSide * kLongestRatio);
+    return bgr(cv::Rect((bgr.cols - width) / 2, (bgr.rows - height) / 2, width, height));
+}
+
+cv::Mat preprocessed(const cv::Mat& whole)
+{
+    const cv::Mat bgr = centralPiece(whole);
     const double scale = 256.0 / std::min(bgr.cols, bgr.rows);
     cv::Mat resized;
     cv::resize(bgr, resized, cv::Size(std::max(224, int(std::lround(bgr.cols * scale))),
@@ -83,8 +96,8 @@ std::unique_ptr<OpenCvSceneClassifier> OpenCvSceneClassifier::load(const QString
     auto network = std::make_unique<Network>();
     try {
         network->net = cv::dnn::readNetFromONNX(modelPath.toStdString());
-    } catch (const cv::Exception& error) {
-        Log::line(kTag, QStringLiteral("❌ 分类模型加载失败: ") + QString::fromStdString(error.what()));
+    } catch (const std::exception& error) {
+        Log::line(kTag, QStringLiteral("❌ 分类模型加载失败: ") + QString::fromUtf8(error.what()));
         return nullptr;
     }
     if (network->net.empty())
@@ -94,16 +107,19 @@ std::unique_ptr<OpenCvSceneClassifier> OpenCvSceneClassifier::load(const QString
 
 SceneClassification OpenCvSceneClassifier::classify(const QImage& image)
 {
+    return guardedForeignCall([&] { return classifyImage(image); },
+                              [](const QString& reason) {
+                                  return SceneClassification{{}, reason};
+                              });
+}
+
+SceneClassification OpenCvSceneClassifier::classifyImage(const QImage& image)
+{
     const cv::Mat bgr = detail::bgrMatFromImage(image);
     if (bgr.empty())
         return {{}, QStringLiteral("空图像")};
-    cv::Mat logits;
-    try {
-        m_network->net.setInput(preprocessed(bgr));
-        logits = m_network->net.forward().reshape(1, 1);
-    } catch (const cv::Exception& error) {
-        return {{}, QString::fromStdString(error.what())};
-    }
+    m_network->net.setInput(preprocessed(bgr));
+    const cv::Mat logits = m_network->net.forward().reshape(1, 1);
     const int classes = std::min<int>(logits.cols, int(m_identifiers.size()));
     if (classes == 0)
         return {{}, QStringLiteral("分类模型没有输出")};

@@ -25,6 +25,8 @@ public:
     static constexpr int kObservations = 20;
 
 private:
+    SceneClassification classifyImage(const QImage& image);
+
     struct Network;
     OpenCvSceneClassifier(std::unique_ptr<Network> network, QStringList identifiers);
     std::unique_ptr<Network> m_network;

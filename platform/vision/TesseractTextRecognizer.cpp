@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/vision/TesseractTextRecognizer.h"
 
+#include "platform/ForeignCall.h"
 #include "platform/Log.h"
+#include "platform/picture/FittedSize.h"
 
 #include <QRegularExpression>
 
@@ -58,7 +60,10 @@ std::unique_ptr<TesseractTextRecognizer> TesseractTextRecognizer::create(const Q
             qputenv("OMP_THREAD_LIMIT", "1");
     });
     auto engine = std::make_unique<Engine>();
-    if (engine->api.Init(nullptr, languages.toUtf8().constData(), tesseract::OEM_LSTM_ONLY) != 0) {
+    const int status = guardedForeignCall(
+        [&] { return engine->api.Init(nullptr, languages.toUtf8().constData(), tesseract::OEM_LSTM_ONLY); },
+        [](const QString&) { return -1; });
+    if (status != 0) {
         Log::line(kTag, QStringLiteral("❌ 文字识别引擎初始化失败: ") + languages);
         return nullptr;
     }
@@ -70,11 +75,20 @@ std::unique_ptr<TesseractTextRecognizer> TesseractTextRecognizer::create(const Q
 
 TextRecognition TesseractTextRecognizer::recognize(const QImage& image)
 {
+    return guardedForeignCall([&] { return recognizeLines(image); },
+                              [](const QString& reason) {
+                                  return TextRecognition{{}, reason};
+                              });
+}
+
+TextRecognition TesseractTextRecognizer::recognizeLines(const QImage& image)
+{
     if (image.isNull())
         return {{}, QStringLiteral("空图像")};
     QImage gray = image;
     if (std::max(gray.width(), gray.height()) > maxSide())
-        gray = gray.scaled(maxSide(), maxSide(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        gray =
+            gray.scaled(fittedSize(gray.size(), maxSide()), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     gray = gray.convertToFormat(QImage::Format_Grayscale8);
 
     tesseract::TessBaseAPI& api = m_engine->api;

@@ -25,6 +25,8 @@ public:
     static int minimumConfidence() { return 60; }
 
 private:
+    TextRecognition recognizeLines(const QImage& image);
+
     struct Engine;
     explicit TesseractTextRecognizer(std::unique_ptr<Engine> engine);
     std::unique_ptr<Engine> m_engine;

@@ -12,6 +12,9 @@
 #include "browse/state/LMRModeState.h"
 #include "browse/thumbnails/ThumbnailLoader.h"
 #include "platform/ExifOrientation.h"
+#include "browse/state/ModeStatePersistence.h"
+#include "platform/QSettingsStore.h"
+#include "tests/support/HostilePictures.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
 
@@ -157,6 +160,23 @@ TEST_F(MainWindowTest, SwitchingModesKeepsTheSharedStateAndTheKeysWork)
     EXPECT_EQ(log.countStartingWith(QStringLiteral("ContentView - 模式切换，共享状态已保存到UserDefaults")), 2);
     EXPECT_TRUE(log.contains(QStringLiteral("LMRMode2View - 初始化完成，使用共享状态")));
     EXPECT_TRUE(log.contains(QStringLiteral("LMRMode3View - 初始化完成，使用共享状态")));
+}
+
+// A picture that cannot be read shows as a failed tile. The folder is remembered for the next start only once
+// its first screen is drawn, so a folder that brought the app down is not reopened at every start.
+TEST_F(MainWindowTest, ADamagedRawShowsAsFailedAndTheFolderIsRememberedOnceShown)
+{
+    m_folder.write(QStringLiteral("IMG_00a.CR2"), testing::selfReferencingCr2());
+    platform::SettingsStore& settings = platform::QSettingsStore::shared();
+    settings.remove(browse::settingsKeys::originalFolderPath); // left by an earlier test of this process
+    const auto remembered = [&] { return settings.string(browse::settingsKeys::originalFolderPath); };
+    LogCapture log;
+    m_window.openFolder(m_folder.path());
+    EXPECT_FALSE(remembered().has_value());
+    ASSERT_TRUE(waitUntil([&] { return log.countStartingWith(QStringLiteral("PERF-FIRST-SCREEN: ")) == 1; }));
+    EXPECT_EQ(remembered(), QDir::cleanPath(m_folder.path()));
+    EXPECT_TRUE(m_window.thumbnailLoader().hasFailed(m_folder.filePath(QStringLiteral("IMG_00a.CR2")),
+                                                     browse::PictureKind::thumbnail));
 }
 
 TEST_F(MainWindowTest, EmptyFolderShowsAnEmptyGridWithAReason)

@@ -3,6 +3,7 @@
 // and files that are cut short or are not pictures at all.
 #include "platform/picture/PictureReader.h"
 
+#include "tests/support/HostilePictures.h"
 #include "tests/support/TempFolder.h"
 
 #include <QBuffer>
@@ -222,6 +223,34 @@ TEST(PictureReaderTest, AJpegCutShortShowsWhatIsThere)
         ASSERT_FALSE(small.isNull()) << side;
         EXPECT_EQ(small.route, DecodeRoute::exifThumbnail);
         EXPECT_TRUE(near(small.image.pixelColor(4, 4), Qt::magenta));
+    }
+}
+
+// exiv2 throws std::overflow_error, not its own error type, on this file; it must come back as a failed read.
+TEST(PictureReaderTest, ASelfReferencingCr2IsUnreadableNotFatal)
+{
+    TempFolder folder;
+    const QString path = folder.write(QStringLiteral("IMG_0001.CR2"), testing::selfReferencingCr2());
+    for (const int side : {256, 0}) {
+        const DecodedPicture picture = decode(path, side, true);
+        EXPECT_TRUE(picture.isNull());
+        EXPECT_FALSE(picture.error.isEmpty());
+    }
+}
+
+// A long side fitted into the size asked must not take the short side down to nothing.
+TEST(PictureReaderTest, AStripKeepsAtLeastOneRowAtEverySize)
+{
+    TempFolder folder;
+    const QString jpeg = folder.write(QStringLiteral("strip.jpg"), testing::jpegOfSize({40000, 8}));
+    const QString png = folder.writePicture(QStringLiteral("strip.png"), {8, 40000});
+    for (const int side : {256, 64, 1}) {
+        const DecodedPicture wide = decode(jpeg, side);
+        ASSERT_FALSE(wide.isNull()) << side << " " << qPrintable(wide.error);
+        EXPECT_EQ(wide.image.size(), QSize(side, 1));
+        const DecodedPicture tall = decode(png, side);
+        ASSERT_FALSE(tall.isNull()) << side << " " << qPrintable(tall.error);
+        EXPECT_EQ(tall.image.size(), QSize(1, side));
     }
 }
 
