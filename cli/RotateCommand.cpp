@@ -53,8 +53,10 @@ int runRotate(const QStringList& arguments)
             break;
         case Status::needsDisplayRotation:
             ++failed;
-            standardError() << "lumaro-cli rotate: " << name
-                            << ": this format is not rewritten; the app turns it on screen only\n";
+            standardError() << "lumaro-cli rotate: " << name << ": "
+                            << (outcome.error.isEmpty() ? QStringLiteral("this format is not rewritten")
+                                                        : outcome.error)
+                            << "; the app turns it on screen only (file unchanged)\n";
             break;
         case Status::unsupportedFormat:
             ++unsupported;

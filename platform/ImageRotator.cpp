@@ -4,6 +4,7 @@
 #include "platform/ExifOrientation.h"
 #include "platform/FileReplacer.h"
 #include "platform/TiffOrientationPatch.h"
+#include "platform/picture/PictureSignature.h"
 
 #include <QBuffer>
 #include <QFileInfo>
@@ -18,12 +19,12 @@ namespace {
 const QStringList kPixelFormats{QStringLiteral("png"), QStringLiteral("tif"), QStringLiteral("tiff"),
                                 QStringLiteral("bmp"), QStringLiteral("webp")};
 const QStringList kDisplayOnly{QStringLiteral("gif"), QStringLiteral("heic"), QStringLiteral("heif"),
-                               QStringLiteral("cr3"), QStringLiteral("nef"), QStringLiteral("nrw"),
-                               QStringLiteral("arw"), QStringLiteral("sr2"), QStringLiteral("srf"),
-                               QStringLiteral("dng"), QStringLiteral("raf"), QStringLiteral("orf"),
-                               QStringLiteral("rw2"), QStringLiteral("pef"), QStringLiteral("srw"),
-                               QStringLiteral("raw"), QStringLiteral("rwl"), QStringLiteral("3fr"),
-                               QStringLiteral("iiq"), QStringLiteral("x3f")};
+                               QStringLiteral("hif"), QStringLiteral("cr3"),  QStringLiteral("nef"),
+                               QStringLiteral("nrw"), QStringLiteral("arw"),  QStringLiteral("sr2"),
+                               QStringLiteral("srf"), QStringLiteral("dng"),  QStringLiteral("raf"),
+                               QStringLiteral("orf"), QStringLiteral("rw2"),  QStringLiteral("pef"),
+                               QStringLiteral("srw"), QStringLiteral("raw"),  QStringLiteral("rwl"),
+                               QStringLiteral("3fr"), QStringLiteral("iiq"),  QStringLiteral("x3f")};
 
 RotationOutcome outcome(RotationOutcome::Status status, RotationOutcome::Method method = RotationOutcome::Method::none,
                         QString error = {})
@@ -43,11 +44,32 @@ RotationOutcome permissionDenied(const QString& path)
     return result;
 }
 
-RotationOutcome rotatePixels(const QString& path)
+QByteArray qtFormatOf(PictureKind kind)
 {
-    QImageReader reader(path);
+    switch (kind) {
+    case PictureKind::png:
+        return "png";
+    case PictureKind::tiff:
+        return "tiff";
+    case PictureKind::webp:
+        return "webp";
+    case PictureKind::bmp:
+        return "bmp";
+    default:
+        return {};
+    }
+}
+
+// Decoded, turned and encoded again in the format the bytes are in, whatever the name says.
+RotationOutcome rotatePixels(const QString& path, PictureKind kind)
+{
+    const QByteArray format = qtFormatOf(kind);
+    if (format.isEmpty())
+        return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::pixels,
+                       QStringLiteral("its content is not a picture that can be rewritten"));
+    QImageReader reader(path, format);
+    reader.setDecideFormatFromContent(false);
     reader.setAutoTransform(true);
-    const QByteArray format = reader.format();
     QImage image = reader.read();
     if (image.isNull())
         return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::pixels, reader.errorString());
@@ -90,12 +112,27 @@ RotationOutcome ImageRotator::rotateLeft(const QString& path)
     if (!info.isFile())
         return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::none,
                        QStringLiteral("文件不存在: ") + path);
-    if (kDisplayOnly.contains(suffix))
-        return outcome(RotationOutcome::Status::needsDisplayRotation);
-    const bool isJpeg = suffix == QStringLiteral("jpg") || suffix == QStringLiteral("jpeg");
-    const bool isCr2 = suffix == QStringLiteral("cr2");
-    if (!isJpeg && !isCr2 && !kPixelFormats.contains(suffix))
+    // The bytes decide how a picture is turned: a JPEG renamed .png still turns losslessly, and a PNG named
+    // .jpg is not handed to the EXIF editor.
+    const PictureKind kind = PictureSignature::kindOfFile(path);
+    const bool isJpeg = kind == PictureKind::jpeg;
+    const bool isCr2 =
+        kind == PictureKind::cr2 || (suffix == QStringLiteral("cr2") && kind == PictureKind::tiff);
+    const bool pictureName = kPixelFormats.contains(suffix) || kDisplayOnly.contains(suffix) ||
+                             suffix == QStringLiteral("jpg") || suffix == QStringLiteral("jpeg") ||
+                             suffix == QStringLiteral("cr2");
+    if (!pictureName && kind == PictureKind::unknown)
         return outcome(RotationOutcome::Status::unsupportedFormat);
+    if (!isJpeg && !isCr2 &&
+        (kDisplayOnly.contains(suffix) || kind == PictureKind::gif || kind == PictureKind::heif))
+        return outcome(RotationOutcome::Status::needsDisplayRotation);
+    if (!isJpeg && !isCr2) {
+        // Rewriting keeps one frame: a multi-page TIFF, an animated PNG or WebP is turned on screen instead.
+        const int frames = PictureSignature::frameCount(path, kind);
+        if (frames > 1)
+            return outcome(RotationOutcome::Status::needsDisplayRotation, RotationOutcome::Method::none,
+                           QStringLiteral("%1 frames; rewriting would keep only the first").arg(frames));
+    }
     if (!info.isWritable() || (!isCr2 && !QFileInfo(info.absolutePath()).isWritable()))
         return permissionDenied(path);
 
@@ -111,7 +148,7 @@ RotationOutcome ImageRotator::rotateLeft(const QString& path)
             return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::exifOrientation, error);
         return outcome(RotationOutcome::Status::rotated, RotationOutcome::Method::exifOrientation);
     }
-    return rotatePixels(path);
+    return rotatePixels(path, kind);
 }
 
 } // namespace lumaro::platform

@@ -22,12 +22,14 @@ struct RotationOutcome
     QString error;
 };
 
-// Thread-safe, blocking. JPEG turns losslessly through its EXIF orientation (exiv2); CR2 gets its orientation
-// tag patched in place (two bytes, the raw data untouched); PNG, TIFF, BMP and WebP are decoded, turned and
-// encoded again. GIF (Qt cannot write it; animations would lose frames), HEIC/HEIF and the other RAW formats
-// are left alone with needsDisplayRotation. Every rewrite goes to a temporary file beside the original that
-// carries the original's permissions and user.* attributes (its colour tags) and is renamed over it, so a
-// failure at any point leaves the original whole.
+// Thread-safe, blocking. The file's bytes, not its name, pick the way. JPEG turns losslessly through its EXIF
+// orientation (exiv2) whatever its name; CR2 gets its orientation tag patched in place (two bytes, the raw
+// data untouched); a still PNG, TIFF, BMP or WebP is decoded, turned and encoded again in its own format. GIF
+// (Qt cannot write it), HEIC/HEIF, the other RAW formats and any picture of several frames (a multi-page
+// TIFF, an animated PNG or WebP: a rewrite would keep only the first) are left alone with
+// needsDisplayRotation. Every rewrite goes to a temporary file beside the original that carries the
+// original's permissions and user.* attributes (its colour tags) and is renamed over it, so a failure at any
+// point leaves the original whole.
 class ImageRotator
 {
 public:

@@ -3,6 +3,7 @@
 #include "platform/ImageRotator.h"
 #include "platform/TiffOrientationPatch.h"
 
+#include "tests/support/HostilePictures.h"
 #include "tests/support/TempFolder.h"
 
 #include <QFileInfo>
@@ -130,6 +131,92 @@ TEST(ImageRotator, FormatsThatAreNotRewrittenAskForADisplayRotation)
     }
     EXPECT_EQ(ImageRotator::rotateLeft(folder.write(QStringLiteral("notes.txt"))).status,
               RotationOutcome::Status::unsupportedFormat);
+}
+
+struct MultiFrameCase
+{
+    const char* name;
+    QByteArray (*make)(int frames, QSize size);
+};
+
+class MultiFrameFormats : public ::testing::TestWithParam<MultiFrameCase>
+{
+};
+
+// Rewriting through Qt would keep the first frame only: such a file is left as it is and turned on screen.
+TEST_P(MultiFrameFormats, AreLeftWholeAndTurnedOnScreenOnly)
+{
+    TempFolder folder;
+    const QByteArray bytes = GetParam().make(3, {16, 12});
+    const QString path = folder.write(QString::fromLatin1(GetParam().name), bytes);
+    QImageReader oracle(path);
+    ASSERT_FALSE(oracle.read().isNull()) << qPrintable(oracle.errorString()); // a picture Qt reads
+    const RotationOutcome outcome = ImageRotator::rotateLeft(path);
+    EXPECT_EQ(outcome.status, RotationOutcome::Status::needsDisplayRotation);
+    EXPECT_TRUE(outcome.error.contains(QStringLiteral("3 frames"))) << qPrintable(outcome.error);
+    EXPECT_EQ(folder.read(QString::fromLatin1(GetParam().name)), bytes);
+    EXPECT_EQ(folder.entries().size(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(ImageRotator, MultiFrameFormats,
+                         ::testing::Values(MultiFrameCase{"pages.tiff", &lumaro::testing::multiPageTiff},
+                                           MultiFrameCase{"pages.tif", &lumaro::testing::multiPageTiff},
+                                           MultiFrameCase{"anim.webp", &lumaro::testing::animatedWebp},
+                                           MultiFrameCase{"anim.png", &lumaro::testing::animatedPng}));
+
+TEST(ImageRotator, OurMultiFrameFilesHaveThreeFramesForQtToo)
+{
+    TempFolder folder;
+    EXPECT_EQ(
+        QImageReader(folder.write(QStringLiteral("p.tiff"), lumaro::testing::multiPageTiff(3, {16, 12})))
+            .imageCount(),
+        3);
+    EXPECT_EQ(QImageReader(folder.write(QStringLiteral("a.webp"), lumaro::testing::animatedWebp(3, {16, 12})))
+                  .imageCount(),
+              3);
+}
+
+TEST(ImageRotator, AStillOfEachFormatIsStillRewritten)
+{
+    TempFolder folder;
+    for (const auto& [name, bytes] : {std::pair{"one.tiff", lumaro::testing::multiPageTiff(1, {16, 12})},
+                                      std::pair{"one.png", lumaro::testing::animatedPng(1, {16, 12})}}) {
+        const QString path = folder.write(QString::fromLatin1(name), bytes);
+        const RotationOutcome outcome = ImageRotator::rotateLeft(path);
+        EXPECT_EQ(outcome.status, RotationOutcome::Status::rotated) << name << qPrintable(outcome.error);
+        EXPECT_EQ(QImageReader(path).size(), QSize(12, 16)) << name;
+    }
+}
+
+// The bytes, not the name, decide: a camera JPEG renamed .png or .tif turns losslessly and stays a JPEG.
+TEST(ImageRotator, AJpegUnderAnotherNameTurnsLosslessly)
+{
+    TempFolder folder;
+    const QByteArray jpeg = lumaro::testing::jpegOfSize({64, 48});
+    for (const char* name : {"renamed.png", "renamed.tif", "renamed.webp"}) {
+        const QString path = folder.write(QString::fromLatin1(name), jpeg);
+        const RotationOutcome outcome = ImageRotator::rotateLeft(path);
+        ASSERT_EQ(outcome.status, RotationOutcome::Status::rotated) << name << qPrintable(outcome.error);
+        EXPECT_EQ(outcome.method, RotationOutcome::Method::exifOrientation) << name;
+        EXPECT_EQ(ExifOrientation::read(path), 8) << name;
+        const QByteArray after = folder.read(QString::fromLatin1(name));
+        EXPECT_TRUE(after.startsWith("\xFF\xD8")) << name;
+        // The compressed picture is carried over as it was: only the metadata before it grew.
+        EXPECT_TRUE(after.endsWith(jpeg.mid(jpeg.indexOf("\xFF\xDA")))) << name;
+    }
+}
+
+TEST(ImageRotator, APngNamedJpgIsRewrittenAsThePngItIs)
+{
+    TempFolder folder;
+    folder.writePicture(QStringLiteral("real.png"));
+    const QString path =
+        folder.write(QStringLiteral("misnamed.jpg"), folder.read(QStringLiteral("real.png")));
+    const RotationOutcome outcome = ImageRotator::rotateLeft(path);
+    ASSERT_EQ(outcome.status, RotationOutcome::Status::rotated) << qPrintable(outcome.error);
+    EXPECT_EQ(outcome.method, RotationOutcome::Method::pixels);
+    EXPECT_TRUE(folder.read(QStringLiteral("misnamed.jpg")).startsWith("\x89PNG"));
+    expectTurnedLeft(path, "png");
 }
 
 TEST(ImageRotator, ATruncatedPictureFailsAndIsLeftAsItWas)
