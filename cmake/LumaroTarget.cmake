@@ -27,9 +27,12 @@ function(lumaro_test name label)
         set(main lumaro_test_main)
     endif()
     target_link_libraries(${name} PRIVATE ${main} lumaro_test_support ${T_LIBS} GTest::gtest GTest::gmock)
+    set(properties LABELS ${label} ENVIRONMENT QT_QPA_PLATFORM=offscreen)
+    if(LUMARO_LSAN_SUPPRESSIONS)
+        list(APPEND properties ENVIRONMENT_MODIFICATION "LSAN_OPTIONS=set:${LUMARO_LSAN_SUPPRESSIONS}")
+    endif()
     gtest_discover_tests(${name}
-        PROPERTIES LABELS ${label}
-        ENVIRONMENT QT_QPA_PLATFORM=offscreen
+        PROPERTIES ${properties}
         NO_PRETTY_VALUES
         DISCOVERY_TIMEOUT 60)
 endfunction()
