@@ -208,6 +208,9 @@ CaptureMetadata CaptureMetadata::read(const QString& path)
     } catch (const std::exception& error) {
         m = CaptureMetadata{};
         m.error = QString::fromUtf8(error.what());
+    } catch (...) {
+        m = CaptureMetadata{};
+        m.error = QStringLiteral("unknown exception");
     }
     return m;
 }
