@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ExifOrientation.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "platform/FileReplacer.h"
 
 #include <QFile>
@@ -42,7 +44,7 @@ int ExifOrientation::read(const QString& path, QString* error)
 {
     quieten();
     try {
-        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+        auto image = Exiv2::ImageFactory::open(FileNameCodec::encode(path).toStdString());
         image->readMetadata();
         return orientationOf(image->exifData());
     } catch (const Exiv2::AnyError& failure) {
@@ -54,13 +56,12 @@ int ExifOrientation::read(const QString& path, QString* error)
 bool ExifOrientation::turnJpeg(const QString& path, int (*turn)(int), QString* error)
 {
     quieten();
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        setError(error, file.errorString());
+    bool read = false;
+    const QByteArray original = FileNameCodec::readAll(path, &read);
+    if (!read) {
+        setError(error, QStringLiteral("cannot read ") + path);
         return false;
     }
-    const QByteArray original = file.readAll();
-    file.close();
     try {
         // Edited in memory, so the file on disk is replaced in one rename and never seen half-written.
         auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(original.constData()),

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ImageRotator.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "platform/ExifOrientation.h"
 #include "platform/FileReplacer.h"
 #include "platform/TiffOrientationPatch.h"
@@ -87,7 +89,7 @@ RotationOutcome ImageRotator::rotateLeft(const QString& path)
 {
     const QFileInfo info(path);
     const QString suffix = info.suffix().toLower();
-    if (!info.isFile())
+    if (!FileNameCodec::isFile(path))
         return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::none,
                        QStringLiteral("文件不存在: ") + path);
     if (kDisplayOnly.contains(suffix))
@@ -96,7 +98,7 @@ RotationOutcome ImageRotator::rotateLeft(const QString& path)
     const bool isCr2 = suffix == QStringLiteral("cr2");
     if (!isJpeg && !isCr2 && !kPixelFormats.contains(suffix))
         return outcome(RotationOutcome::Status::unsupportedFormat);
-    if (!info.isWritable() || (!isCr2 && !QFileInfo(info.absolutePath()).isWritable()))
+    if (!FileNameCodec::isWritable(path) || (!isCr2 && !FileNameCodec::isWritable(info.absolutePath())))
         return permissionDenied(path);
 
     if (isCr2) {
