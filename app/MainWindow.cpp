@@ -71,9 +71,8 @@ MainWindow::MainWindow(QWidget* parent)
     setFolderTitle({});
     setAcceptDrops(true);
     resize(1280, 820);
-    m_thumbnails->setRotationFunction([this](const QString& path) {
-        return m_state->rotationOverrides().value(QFileInfo(path).fileName(), 0);
-    });
+    m_thumbnails->setRotationFunction(
+        [this](const QString& path) { return m_state->rotationOverrideForPath(path); });
     m_modes = {new GridPreviewMode(*m_state, *m_thumbnails, m_stack), new FilmStripMode(*m_state, *m_thumbnails, m_stack),
                new WaterfallMode(*m_state, *m_thumbnails, m_stack)};
     for (BrowseMode* mode : m_modes) {

@@ -22,7 +22,7 @@ echo "== favourites: toggle latency, loading 50,000 records"
 "$build/bench/favour_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 echo "== lumaro-cli fav list vs sqlite3 (50,000 records)"
 bash "$here/fav-list-vs-sqlite.sh" "$build"
-echo "== lumaro-cli trash + --restore vs gio trash + --restore (per file)"
+echo "== lumaro-cli trash + --restore vs gio trash and one batch mv back; restore with 10,000 items in the Trash"
 bash "$here/trash-vs-gio.sh" "$build"
 echo "== delete + restore inside the process (a key press), 0 and 1000 other items in the Trash"
 "$build/bench/trash_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true

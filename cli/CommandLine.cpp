@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "cli/FolderArgument.h"
 #include "platform/Log.h"
 
@@ -123,14 +125,16 @@ int CommandLine::usageError(const QString& message) const
 
 QString escapedForLine(const QString& name)
 {
-    const bool plain = std::none_of(name.cbegin(), name.cend(), [](QChar c) {
-        return c.unicode() < 0x20 || c.unicode() == 0x7f || c == QLatin1Char('\\');
-    });
+    const bool plain =
+        !platform::FileNameCodec::hasRawBytes(name) && std::none_of(name.cbegin(), name.cend(), [](QChar c) {
+            return c.unicode() < 0x20 || c.unicode() == 0x7f || c == QLatin1Char('\\');
+        });
     if (plain)
         return name;
     QString out;
     out.reserve(name.size());
-    for (const QChar c : name) {
+    for (qsizetype i = 0; i < name.size(); ++i) {
+        const QChar c = name.at(i);
         if (c == QLatin1Char('\\'))
             out += QStringLiteral("\\\\");
         else if (c == QLatin1Char('\n'))
@@ -139,6 +143,8 @@ QString escapedForLine(const QString& name)
             out += QStringLiteral("\\t");
         else if (c.unicode() < 0x20 || c.unicode() == 0x7f)
             out += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
+        else if (platform::FileNameCodec::isRawByteAt(name, i)) // a byte that is not UTF-8
+            out += QStringLiteral("\\x%1").arg(c.unicode() - 0xDC00, 2, 16, QLatin1Char('0'));
         else
             out += c;
     }

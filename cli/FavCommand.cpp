@@ -4,6 +4,8 @@
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "library/FavourManager.h"
 #include "platform/QSettingsStore.h"
 
@@ -34,7 +36,7 @@ QString typeNames()
 std::optional<QString> problemWithPicture(const QString& path)
 {
     const QFileInfo info(path);
-    if (!info.exists())
+    if (!platform::FileNameCodec::exists(path))
         return QStringLiteral("no such file: ") + path;
     if (info.isDir())
         return QStringLiteral("is a folder, not a picture: ") + path;
@@ -102,7 +104,7 @@ int audit(const CommandLine& line, FavourManager& manager)
                          exitUsage);
     QStringList missing;
     for (const auto& record : *favourites) {
-        if (!record.filePath.isEmpty() && !QFileInfo::exists(record.filePath))
+        if (!record.filePath.isEmpty() && !platform::FileNameCodec::exists(record.filePath))
             missing << record.filePath;
     }
     // Only rows without a path go: a missing picture may sit on a disk that is not mounted right now.

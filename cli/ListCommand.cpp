@@ -5,9 +5,12 @@
 #include "cli/ExitCode.h"
 
 #include "browse/state/FileSystemService.h"
+#include "platform/files/FileNameCodec.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
+
+#include <cstdio>
 
 namespace lumaro::cli {
 
@@ -31,8 +34,14 @@ int runList(const QStringList& arguments)
     if (line.json()) {
         out << QJsonDocument(QJsonArray::fromStringList(names)).toJson(QJsonDocument::Compact) << "\n";
     } else if (line.isSet(QStringLiteral("null"))) {
-        for (const QString& name : names)
-            out << name << QChar(0);
+        // The names' own bytes, also those that are not UTF-8, as find -print0 gives them.
+        out.flush();
+        for (const QString& name : names) {
+            const QByteArray bytes = platform::FileNameCodec::encode(name);
+            std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
+            std::fputc(0, stdout);
+        }
+        std::fflush(stdout);
     } else {
         for (const QString& name : names)
             out << escapedForLine(name) << "\n";

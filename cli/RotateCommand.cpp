@@ -4,6 +4,8 @@
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "platform/ImageRotator.h"
 
 #include <QFileInfo>
@@ -35,7 +37,7 @@ int runRotate(const QStringList& arguments)
     if (!files)
         return exitUsage;
     for (const QString& file : *files) {
-        if (!QFileInfo(file).isFile())
+        if (!platform::FileNameCodec::isFile(file))
             return line.fail(QStringLiteral("%1: no such file (nothing was turned)").arg(escapedForLine(file)),
                              exitUsage);
     }

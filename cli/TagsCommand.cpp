@@ -4,6 +4,8 @@
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "browse/hotkeys/HotkeyAction.h"
 #include "platform/XattrTagStore.h"
 
@@ -31,7 +33,7 @@ int runTags(const QStringList& arguments)
     if (words->size() > 1)
         return line.usageError(QStringLiteral("tags takes one file"));
     const QString file = words->constFirst();
-    if (!QFileInfo(file).isFile())
+    if (!platform::FileNameCodec::isFile(file))
         return line.fail(QStringLiteral("%1: no such file").arg(escapedForLine(file)), exitUsage);
     const QString color = line.value(QStringLiteral("toggle")).trimmed().toLower();
     if (line.isSet(QStringLiteral("toggle")) && !browse::annotateActionForColor(color))

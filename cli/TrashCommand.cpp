@@ -5,6 +5,7 @@
 #include "cli/ExitCode.h"
 
 #include "browse/trash/FileDeleteService.h"
+#include "platform/files/FileNameCodec.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -17,18 +18,24 @@ namespace {
 
 int restoreFromTrash(const QStringList& files)
 {
-    int failed = 0;
+    QList<browse::DeletedFileInfo> records;
     for (const QString& file : files) {
         const QFileInfo info(file);
         browse::DeletedFileInfo record;
         record.fileName = info.fileName();
         record.folderPath = info.absolutePath();
-        if (browse::FileDeleteService::shared().restoreFile(record)) {
-            standardOutput() << escapedForLine(info.absoluteFilePath()) << "\n";
+        records << record;
+    }
+    // One batch: the Trash's records are read at most once, however many files come back.
+    const QList<bool> restored = browse::FileDeleteService::shared().restoreFiles(records);
+    int failed = 0;
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        if (restored.at(i)) {
+            standardOutput() << escapedForLine(QFileInfo(files.at(i)).absoluteFilePath()) << "\n";
             continue;
         }
         ++failed;
-        standardError() << "lumaro-cli trash: " << escapedForLine(file)
+        standardError() << "lumaro-cli trash: " << escapedForLine(files.at(i))
                         << ": cannot put back (not in the Trash, or a file of that name is already there)\n";
     }
     standardOutput().flush();
@@ -58,8 +65,7 @@ int runTrash(const QStringList& arguments)
 
     QStringList missing;
     for (const QString& file : *files) {
-        const QFileInfo info(file);
-        if (!info.exists() && !info.isSymLink())
+        if (!platform::FileNameCodec::exists(file))
             missing << file;
     }
     if (missing.size() == files->size())

@@ -4,6 +4,8 @@
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
 
@@ -44,7 +46,10 @@ int main(int argc, char* argv[])
 {
     const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumaro-cli"));
-    QStringList arguments = QCoreApplication::arguments().mid(1);
+    // Decoded here rather than by Qt, which turns a file name that is not UTF-8 into U+FFFD.
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << lumaro::platform::FileNameCodec::decode(QByteArray(argv[i]));
     if (arguments.isEmpty()) {
         printOverview();
         return exitUsage;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/LocalDatabaseManager.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "platform/AppPaths.h"
 #include "platform/Log.h"
 
@@ -40,7 +42,8 @@ int bindOne(sqlite3_stmt* statement, int position, const QVariant& value)
         return sqlite3_bind_null(statement, position);
     switch (value.typeId()) {
     case QMetaType::QString: {
-        const QByteArray utf8 = value.toString().toUtf8();
+        // A path may hold a name that is not UTF-8; its bytes are stored as they are and read back the same.
+        const QByteArray utf8 = platform::FileNameCodec::encode(value.toString());
         return sqlite3_bind_text(statement, position, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
     }
     case QMetaType::Bool:
@@ -67,7 +70,7 @@ QVariant columnValue(sqlite3_stmt* statement, int column)
         return sqlite3_column_double(statement, column);
     case SQLITE_TEXT: {
         const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-        return QString::fromUtf8(text, sqlite3_column_bytes(statement, column));
+        return platform::FileNameCodec::decode(QByteArray(text, sqlite3_column_bytes(statement, column)));
     }
     case SQLITE_BLOB: {
         const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, column));
@@ -110,7 +113,7 @@ bool LocalDatabaseManager::open(const QString& path)
         return refuse(QStringLiteral("cannot create the folder ") + QFileInfo(target).absolutePath());
 
     sqlite3* db = nullptr;
-    const int code = sqlite3_open_v2(QFile::encodeName(target).constData(), &db,
+    const int code = sqlite3_open_v2(platform::FileNameCodec::encode(target).constData(), &db,
                                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     if (code != SQLITE_OK) {
         const QString message = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QString::fromUtf8(sqlite3_errstr(code));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/DirectoryLister.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -47,7 +49,7 @@ DirectoryEntry::Kind kindOf(int directoryFd, const dirent* entry)
 
 QString DirectoryEntry::name() const
 {
-    return QFile::decodeName(nativeName);
+    return FileNameCodec::decode(nativeName);
 }
 
 std::vector<QByteArray> DirectoryLister::hiddenNames(const QString& folder)
@@ -67,7 +69,7 @@ std::vector<QByteArray> DirectoryLister::hiddenNames(const QString& folder)
 
 std::optional<std::vector<DirectoryEntry>> DirectoryLister::listVisible(const QString& folder, QString* error)
 {
-    const QByteArray native = QFile::encodeName(folder);
+    const QByteArray native = FileNameCodec::encode(folder);
     std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(native.constData()), &::closedir);
     if (!directory) {
         if (error)

@@ -2,6 +2,7 @@
 #include "platform/ExifOrientation.h"
 
 #include "platform/FileReplacer.h"
+#include "platform/files/FileNameCodec.h"
 #include "platform/ForeignCall.h"
 
 #include <QFile>
@@ -44,7 +45,7 @@ int ExifOrientation::read(const QString& path, QString* error)
     quieten();
     return guardedForeignCall(
         [&] {
-            auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+            auto image = Exiv2::ImageFactory::open(FileNameCodec::encode(path).toStdString());
             image->readMetadata();
             return orientationOf(image->exifData());
         },
@@ -57,13 +58,12 @@ int ExifOrientation::read(const QString& path, QString* error)
 bool ExifOrientation::turnJpeg(const QString& path, int (*turn)(int), QString* error)
 {
     quieten();
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        setError(error, file.errorString());
+    bool read = false;
+    const QByteArray original = FileNameCodec::readAll(path, &read);
+    if (!read) {
+        setError(error, QStringLiteral("cannot read ") + path);
         return false;
     }
-    const QByteArray original = file.readAll();
-    file.close();
     QByteArray edited;
     const bool editedInMemory = guardedForeignCall(
         [&] {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/FileCopier.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -90,7 +92,7 @@ bool copyBytes(int from, int to, qint64 total, const CopyOptions& options, QStri
 std::optional<QString> writeTemporaryCopy(const QString& source, const QString& destination, const CopyOptions& options,
                                           QString* error)
 {
-    FileDescriptor in(::open(QFile::encodeName(source).constData(), O_RDONLY | O_CLOEXEC));
+    FileDescriptor in(::open(FileNameCodec::encode(source).constData(), O_RDONLY | O_CLOEXEC));
     struct stat info {};
     if (in.get() < 0 || ::fstat(in.get(), &info) != 0) {
         setError(error, systemError(errno));
@@ -100,15 +102,16 @@ std::optional<QString> writeTemporaryCopy(const QString& source, const QString& 
         setError(error, QStringLiteral("not a regular file"));
         return std::nullopt;
     }
-    QByteArray pattern = QFile::encodeName(QFileInfo(destination).absolutePath() + QStringLiteral("/.lumaro-copy-XXXXXX"));
+    QByteArray pattern =
+        FileNameCodec::encode(QFileInfo(destination).absolutePath() + QStringLiteral("/.lumaro-copy-XXXXXX"));
     FileDescriptor out(::mkostemp(pattern.data(), O_CLOEXEC));
     if (out.get() < 0) {
         setError(error, systemError(errno));
         return std::nullopt;
     }
-    const QString temporary = QFile::decodeName(pattern);
+    const QString temporary = FileNameCodec::decode(pattern);
     const auto abandon = [&temporary] {
-        ::unlink(QFile::encodeName(temporary).constData());
+        ::unlink(FileNameCodec::encode(temporary).constData());
         return std::nullopt;
     };
     if (!copyBytes(in.get(), out.get(), qint64(info.st_size), options, error))
@@ -132,8 +135,8 @@ std::optional<QString> writeTemporaryCopy(const QString& source, const QString& 
 
 bool renameWithoutReplacing(const QString& from, const QString& to, QString* error)
 {
-    const QByteArray source = QFile::encodeName(from);
-    const QByteArray target = QFile::encodeName(to);
+    const QByteArray source = FileNameCodec::encode(from);
+    const QByteArray target = FileNameCodec::encode(to);
     if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0)
         return true;
     if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP) {
@@ -165,15 +168,14 @@ bool renameWithoutReplacing(const QString& from, const QString& to, QString* err
 QString FileCopier::freeName(const QString& folder, const QString& name)
 {
     const QDir dir(folder);
-    if (!QFileInfo(dir.filePath(name)).exists() && !QFileInfo(dir.filePath(name)).isSymLink())
+    if (!FileNameCodec::exists(dir.filePath(name)))
         return name;
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
     const QString stem = dot > 0 ? name.left(dot) : name;
     const QString suffix = dot > 0 ? name.mid(dot) : QString();
     for (int n = 1;; ++n) {
         const QString candidate = QStringLiteral("%1_%2%3").arg(stem).arg(n).arg(suffix);
-        const QFileInfo info(dir.filePath(candidate));
-        if (!info.exists() && !info.isSymLink())
+        if (!FileNameCodec::exists(dir.filePath(candidate)))
             return candidate;
     }
 }
@@ -190,12 +192,12 @@ std::optional<QString> FileCopier::copyWithoutOverwriting(const QString& source,
         QString renameError;
         if (renameWithoutReplacing(*temporary, destination, &renameError))
             return destination;
-        if (QFileInfo::exists(destination))
+        if (FileNameCodec::exists(destination))
             continue;
         setError(error, renameError);
         break;
     }
-    ::unlink(QFile::encodeName(*temporary).constData());
+    ::unlink(FileNameCodec::encode(*temporary).constData());
     return std::nullopt;
 }
 
@@ -205,9 +207,10 @@ bool FileCopier::copyReplacing(const QString& source, const QString& destination
     const auto temporary = writeTemporaryCopy(source, destination, options, error);
     if (!temporary)
         return false;
-    if (::rename(QFile::encodeName(*temporary).constData(), QFile::encodeName(destination).constData()) != 0) {
+    if (::rename(FileNameCodec::encode(*temporary).constData(),
+                 FileNameCodec::encode(destination).constData()) != 0) {
         setError(error, systemError(errno));
-        ::unlink(QFile::encodeName(*temporary).constData());
+        ::unlink(FileNameCodec::encode(*temporary).constData());
         return false;
     }
     return true;
@@ -215,8 +218,8 @@ bool FileCopier::copyReplacing(const QString& source, const QString& destination
 
 bool FileCopier::copyUserAttributes(const QString& source, const QString& destination)
 {
-    const QByteArray from = QFile::encodeName(source);
-    const QByteArray to = QFile::encodeName(destination);
+    const QByteArray from = FileNameCodec::encode(source);
+    const QByteArray to = FileNameCodec::encode(destination);
     const ssize_t listSize = ::listxattr(from.constData(), nullptr, 0);
     if (listSize <= 0)
         return true; // none, or a file system without them: nothing to carry

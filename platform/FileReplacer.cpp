@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/FileReplacer.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "platform/FileCopier.h"
 
 #include <QFile>
@@ -31,11 +33,12 @@ bool fail(QString* error, int code, const QByteArray& temporary = {})
 
 bool FileReplacer::replaceContents(const QString& path, const QByteArray& contents, QString* error)
 {
-    const QByteArray target = QFile::encodeName(path);
+    const QByteArray target = FileNameCodec::encode(path);
     struct stat original {};
     if (::stat(target.constData(), &original) != 0)
         return fail(error, errno);
-    QByteArray temporary = QFile::encodeName(QFileInfo(path).absolutePath() + QStringLiteral("/.lumaro-rewrite-XXXXXX"));
+    QByteArray temporary =
+        FileNameCodec::encode(QFileInfo(path).absolutePath() + QStringLiteral("/.lumaro-rewrite-XXXXXX"));
     const int fd = ::mkostemp(temporary.data(), O_CLOEXEC);
     if (fd < 0)
         return fail(error, errno);
@@ -55,7 +58,7 @@ bool FileReplacer::replaceContents(const QString& path, const QByteArray& conten
     const int syncError = errno;
     if (::close(fd) != 0 || !synced)
         return fail(error, synced ? errno : syncError, temporary);
-    FileCopier::copyUserAttributes(path, QFile::decodeName(temporary));
+    FileCopier::copyUserAttributes(path, FileNameCodec::decode(temporary));
     if (::rename(temporary.constData(), target.constData()) != 0)
         return fail(error, errno, temporary);
     return true;

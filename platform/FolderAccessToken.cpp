@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/FolderAccessToken.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -21,7 +23,7 @@ struct Identity
 std::optional<Identity> identityOf(const QString& folder)
 {
     struct stat info {};
-    if (::stat(QFile::encodeName(folder).constData(), &info) != 0 || !S_ISDIR(info.st_mode))
+    if (::stat(FileNameCodec::encode(folder).constData(), &info) != 0 || !S_ISDIR(info.st_mode))
         return std::nullopt;
     return Identity{qint64(info.st_dev), qint64(info.st_ino)};
 }
@@ -64,7 +66,7 @@ std::optional<ResolvedFolder> FolderAccessToken::resolve(const QByteArray& token
 
 bool FolderAccessToken::startAccess(const QString& folder)
 {
-    const QByteArray native = QFile::encodeName(folder);
+    const QByteArray native = FileNameCodec::encode(folder);
     return identityOf(folder).has_value() && ::access(native.constData(), R_OK | X_OK) == 0;
 }
 

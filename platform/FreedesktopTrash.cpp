@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/FreedesktopTrash.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "platform/FileCopier.h"
 
 #include <QDateTime>
@@ -26,21 +28,11 @@ void setError(QString* error, const QString& text)
         *error = text;
 }
 
-// "IMG_1.jpg", then "IMG_1.2.jpg", "IMG_1.3.jpg", … (the numbering GLib gives clashing names).
-QString candidateName(const QString& name, int attempt)
-{
-    if (attempt == 1)
-        return name;
-    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
-    if (dot <= 0)
-        return QStringLiteral("%1.%2").arg(name).arg(attempt);
-    return QStringLiteral("%1.%2%3").arg(name.left(dot)).arg(attempt).arg(name.mid(dot));
-}
-
 // Creates info/NAME.trashinfo exclusively and writes it whole; false with errno kept when the name is taken.
 bool writeInfoExclusively(const QString& infoPath, const QByteArray& content)
 {
-    const int fd = ::open(QFile::encodeName(infoPath).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    const int fd =
+        ::open(FileNameCodec::encode(infoPath).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (fd < 0)
         return false;
     qsizetype written = 0;
@@ -51,7 +43,7 @@ bool writeInfoExclusively(const QString& infoPath, const QByteArray& content)
         if (put < 0) {
             const int saved = errno;
             ::close(fd);
-            ::unlink(QFile::encodeName(infoPath).constData());
+            ::unlink(FileNameCodec::encode(infoPath).constData());
             errno = saved == EEXIST ? EIO : saved;
             return false;
         }
@@ -75,7 +67,7 @@ FreedesktopTrash::FreedesktopTrash(VolumeLookup lookup)
 
 QByteArray FreedesktopTrash::encodedPath(const QString& absolutePath)
 {
-    return QFile::encodeName(absolutePath).toPercentEncoding("/");
+    return FileNameCodec::encode(absolutePath).toPercentEncoding("/");
 }
 
 QString FreedesktopTrash::trashFor(const QString& path, QString* error) const
@@ -99,7 +91,7 @@ QString FreedesktopTrash::trashFor(const QString& path, QString* error) const
 std::optional<TrashedItem> FreedesktopTrash::moveToTrash(const QString& path, QString* error)
 {
     const QFileInfo source(path);
-    if (!source.exists() && !source.isSymLink()) {
+    if (!FileNameCodec::exists(path)) {
         setError(error, QStringLiteral("%1: %2").arg(path, QString::fromLocal8Bit(std::strerror(ENOENT))));
         return std::nullopt;
     }
@@ -116,7 +108,7 @@ std::optional<TrashedItem> FreedesktopTrash::moveToTrash(const QString& path, QS
         + QByteArrayLiteral("\n");
 
     for (int attempt = 1; attempt <= kMaxNameAttempts; ++attempt) {
-        const QString name = candidateName(source.fileName(), attempt);
+        const QString name = TrashDirectories::itemName(source.fileName(), attempt);
         const QString infoPath = trashDir + QStringLiteral("/info/") + name + QStringLiteral(".trashinfo");
         if (!writeInfoExclusively(infoPath, info)) {
             if (errno == EEXIST)
@@ -129,9 +121,9 @@ std::optional<TrashedItem> FreedesktopTrash::moveToTrash(const QString& path, QS
         QString renameError;
         if (renameWithoutReplacing(absolute, trashedPath, &renameError))
             return TrashedItem{trashedPath, infoPath};
-        ::unlink(QFile::encodeName(infoPath).constData());
+        ::unlink(FileNameCodec::encode(infoPath).constData());
         // files/NAME without a record (a trasher that died half-way): leave it, take the next name.
-        if (QFileInfo::exists(trashedPath) || QFileInfo(trashedPath).isSymLink())
+        if (FileNameCodec::exists(trashedPath))
             continue;
         setError(error, QStringLiteral("cannot move %1 to the Trash: %2").arg(path, renameError));
         return std::nullopt;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ImageRotator.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "platform/ExifOrientation.h"
 #include "platform/FileReplacer.h"
 #include "platform/TiffOrientationPatch.h"
@@ -109,7 +111,7 @@ RotationOutcome ImageRotator::rotateLeft(const QString& path)
 {
     const QFileInfo info(path);
     const QString suffix = info.suffix().toLower();
-    if (!info.isFile())
+    if (!FileNameCodec::isFile(path))
         return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::none,
                        QStringLiteral("文件不存在: ") + path);
     // The bytes decide how a picture is turned: a JPEG renamed .png still turns losslessly, and a PNG named
@@ -133,7 +135,7 @@ RotationOutcome ImageRotator::rotateLeft(const QString& path)
             return outcome(RotationOutcome::Status::needsDisplayRotation, RotationOutcome::Method::none,
                            QStringLiteral("%1 frames; rewriting would keep only the first").arg(frames));
     }
-    if (!info.isWritable() || (!isCr2 && !QFileInfo(info.absolutePath()).isWritable()))
+    if (!FileNameCodec::isWritable(path) || (!isCr2 && !FileNameCodec::isWritable(info.absolutePath())))
         return permissionDenied(path);
 
     if (isCr2) {

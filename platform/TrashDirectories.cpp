@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/TrashDirectories.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -24,7 +26,7 @@ QString uidText()
 std::optional<struct stat> statOf(const QString& path, bool followLinks = true)
 {
     struct stat info {};
-    const QByteArray native = QFile::encodeName(path);
+    const QByteArray native = FileNameCodec::encode(path);
     const int rc = followLinks ? ::stat(native.constData(), &info) : ::lstat(native.constData(), &info);
     if (rc != 0)
         return std::nullopt;
@@ -33,7 +35,7 @@ std::optional<struct stat> statOf(const QString& path, bool followLinks = true)
 
 bool makeFolder(const QString& path, QString* error)
 {
-    if (::mkdir(QFile::encodeName(path).constData(), 0700) == 0 || errno == EEXIST) {
+    if (::mkdir(FileNameCodec::encode(path).constData(), 0700) == 0 || errno == EEXIST) {
         if (QFileInfo(path).isDir())
             return true;
         if (error)
@@ -110,6 +112,16 @@ QString TrashDirectories::topDirOfTrash(const QString& trashDir)
     if (parent.fileName() == QStringLiteral(".Trash"))
         return parent.absolutePath();
     return {};
+}
+
+QString TrashDirectories::itemName(const QString& name, int attempt)
+{
+    if (attempt <= 1)
+        return name;
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    if (dot <= 0)
+        return QStringLiteral("%1.%2").arg(name).arg(attempt);
+    return QStringLiteral("%1.%2%3").arg(name.left(dot)).arg(attempt).arg(name.mid(dot));
 }
 
 bool TrashDirectories::ensure(const QString& trashDir, QString* error)

@@ -41,6 +41,10 @@ public:
     // The folder a per-volume trash's relative Path is taken from; empty for the home trash (absolute paths).
     static QString topDirOfTrash(const QString& trashDir);
 
+    // The name a trash gives the `attempt`-th item called `name`: "IMG_1.jpg", then "IMG_1.2.jpg",
+    // "IMG_1.3.jpg", … (GLib's numbering, which Lumaro writes too).
+    static QString itemName(const QString& name, int attempt);
+
     // Creates `trashDir` with its files/ and info/ folders (mode 0700) when missing. The parents of a home
     // trash are created too (a fresh account has no ~/.local/share yet).
     static bool ensure(const QString& trashDir, QString* error);

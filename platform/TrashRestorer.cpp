@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/TrashRestorer.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "platform/FileCopier.h"
 
 #include <QDir>
@@ -35,14 +37,13 @@ bool isSafeName(const QString& name)
 
 bool exists(const QString& path)
 {
-    const QFileInfo info(path);
-    return info.exists() || info.isSymLink();
+    return FileNameCodec::exists(path);
 }
 
 std::optional<dev_t> deviceOf(const QString& path)
 {
     struct stat info {};
-    if (::lstat(QFile::encodeName(path).constData(), &info) != 0)
+    if (::lstat(FileNameCodec::encode(path).constData(), &info) != 0)
         return std::nullopt;
     return info.st_dev;
 }
@@ -56,7 +57,7 @@ QString infoPathOf(const QString& trashedPath)
 
 void removeInfo(const QString& trashedPath)
 {
-    ::unlink(QFile::encodeName(infoPathOf(trashedPath)).constData());
+    ::unlink(FileNameCodec::encode(infoPathOf(trashedPath)).constData());
 }
 
 } // namespace
@@ -65,8 +66,8 @@ RenameFunction systemRenameWithoutReplacing()
 {
     return [](const QString& from, const QString& to) {
         RenameResult result;
-        const QByteArray source = QFile::encodeName(from);
-        const QByteArray target = QFile::encodeName(to);
+        const QByteArray source = FileNameCodec::encode(from);
+        const QByteArray target = FileNameCodec::encode(to);
         if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0) {
             result.ok = true;
             return result;
@@ -96,10 +97,10 @@ TrashRestorer::TrashRestorer(RenameFunction rename, VolumeLookup lookup)
 
 std::optional<TrashEntry> TrashRestorer::readInfo(const QString& infoPath, const QString& trashDir)
 {
-    QFile file(infoPath);
-    if (!file.open(QIODevice::ReadOnly))
+    bool read = false;
+    const QList<QByteArray> lines = FileNameCodec::readAll(infoPath, &read, 64 * 1024).split('\n');
+    if (!read)
         return std::nullopt;
-    const QList<QByteArray> lines = file.read(64 * 1024).split('\n');
     if (lines.isEmpty() || lines.constFirst().trimmed() != "[Trash Info]")
         return std::nullopt;
     TrashEntry entry;
@@ -108,7 +109,8 @@ std::optional<TrashEntry> TrashRestorer::readInfo(const QString& infoPath, const
     entry.trashedPath = isSafeName(name) ? trashDir + QStringLiteral("/files/") + name : QString();
     for (const QByteArray& line : lines) {
         if (line.startsWith("Path=")) {
-            const QString path = QFile::decodeName(QByteArray::fromPercentEncoding(line.mid(5).trimmed()));
+            const QString path =
+                FileNameCodec::decode(QByteArray::fromPercentEncoding(line.mid(5).trimmed()));
             const QString topDir = TrashDirectories::topDirOfTrash(trashDir);
             entry.originalPath = QDir::isAbsolutePath(path) || topDir.isEmpty()
                 ? QDir::cleanPath(path)
@@ -139,26 +141,66 @@ RenameResult TrashRestorer::putBack(const QString& trashedPath, const QString& t
     return result;
 }
 
-QList<TrashEntry> TrashRestorer::findByOriginalPath(const QString& originalPath) const
+QList<TrashEntry> TrashRecords::naming(const QString& trashDir, const QString& originalPath)
+{
+    auto known = m_byTrash.find(trashDir);
+    if (known == m_byTrash.end()) {
+        QMultiHash<QString, TrashEntry> byPath;
+        const QDir info(trashDir + QStringLiteral("/info"));
+        for (const QString& name :
+             info.entryList({QStringLiteral("*.trashinfo")}, QDir::Files | QDir::Hidden, QDir::Unsorted)) {
+            if (const auto entry = TrashRestorer::readInfo(info.filePath(name), trashDir))
+                byPath.insert(entry->originalPath, *entry);
+        }
+        known = m_byTrash.insert(trashDir, byPath);
+    }
+    return known->values(originalPath);
+}
+
+QStringList TrashRecords::trashesFor(const QString& folder, const VolumeLookup& lookup)
+{
+    auto known = m_trashesByFolder.find(folder);
+    if (known == m_trashesByFolder.end())
+        known = m_trashesByFolder.insert(folder, TrashDirectories::candidatesFor(folder, lookup));
+    return *known;
+}
+
+QList<TrashEntry> TrashRestorer::findByOriginalPath(const QString& originalPath, TrashRecords* records) const
 {
     const QString wanted = QDir::cleanPath(QFileInfo(originalPath).absoluteFilePath());
-    // Trashers name an item after the file ("IMG 7.jpg", "IMG 7.2.jpg", "IMG 7 (2).jpg"), so the records whose
-    // names start with the file's stem are read first; only when none matches is every record read.
-    const QString stem = QFileInfo(wanted).completeBaseName();
+    const QString name = QFileInfo(wanted).fileName();
+    if (!isSafeName(name))
+        return {};
+    TrashRecords own;
+    TrashRecords& batch = records ? *records : own;
+    const QStringList trashes = batch.trashesFor(QFileInfo(wanted).absolutePath(), m_lookup);
     QList<TrashEntry> found;
-    for (const bool byStem : {true, false}) {
-        for (const QString& trashDir : TrashDirectories::candidatesFor(QFileInfo(wanted).absolutePath(), m_lookup)) {
-            const QDir info(trashDir + QStringLiteral("/info"));
-            for (const QString& name : info.entryList({QStringLiteral("*.trashinfo")}, QDir::Files | QDir::Hidden)) {
-                if (byStem != name.startsWith(stem))
-                    continue;
-                const auto entry = readInfo(info.filePath(name), trashDir);
-                if (entry && entry->originalPath == wanted && exists(entry->trashedPath))
-                    found << *entry;
+    // Trashers name an item after the file and number the clashes; restores leave gaps in the numbers, so the
+    // probe goes on past a few missing ones.
+    constexpr int kMissesBeforeGivingUp = 16;
+    for (const QString& trashDir : trashes) {
+        int misses = 0;
+        for (int attempt = 1; misses < kMissesBeforeGivingUp && attempt <= 1000; ++attempt) {
+            const QString itemName = TrashDirectories::itemName(name, attempt);
+            const auto entry = readInfo(
+                trashDir + QStringLiteral("/info/") + itemName + QStringLiteral(".trashinfo"), trashDir);
+            if (!entry) {
+                ++misses;
+                continue;
+            }
+            misses = 0;
+            if (entry->originalPath == wanted && exists(entry->trashedPath))
+                found << *entry;
+        }
+    }
+    if (found.isEmpty()) {
+        // Named otherwise ("IMG 7 (2).jpg" by other trashers): every record, read once for the whole batch.
+        for (const QString& trashDir : trashes) {
+            for (const TrashEntry& entry : batch.naming(trashDir, wanted)) {
+                if (exists(entry.trashedPath))
+                    found << entry;
             }
         }
-        if (!found.isEmpty())
-            break;
     }
     std::stable_sort(found.begin(), found.end(), [](const TrashEntry& a, const TrashEntry& b) {
         return a.deletionDate > b.deletionDate;
@@ -166,16 +208,11 @@ QList<TrashEntry> TrashRestorer::findByOriginalPath(const QString& originalPath)
     return found;
 }
 
-std::optional<TrashEntry> TrashRestorer::findByName(const QString& name, const QString& targetFolder) const
+bool TrashRestorer::isItemOf(const QString& trashedPath, const QString& originalPath)
 {
-    if (!isSafeName(name))
-        return std::nullopt;
-    for (const QString& trashDir : TrashDirectories::candidatesFor(targetFolder, m_lookup)) {
-        const QString candidate = trashDir + QStringLiteral("/files/") + name;
-        if (exists(candidate))
-            return entryFor(candidate);
-    }
-    return std::nullopt;
+    const TrashEntry entry = entryFor(trashedPath);
+    return !entry.originalPath.isEmpty() &&
+           entry.originalPath == QDir::cleanPath(QFileInfo(originalPath).absoluteFilePath());
 }
 
 bool TrashRestorer::copyBack(const QString& trashedPath, const QString& target, QString* error) const
@@ -191,12 +228,12 @@ bool TrashRestorer::copyBack(const QString& trashedPath, const QString& target, 
         return false;
     if (QFileInfo(*copied).absoluteFilePath() != targetInfo.absoluteFilePath()) {
         // The name was taken while we copied: our copy is surplus (the original is still in the Trash).
-        ::unlink(QFile::encodeName(*copied).constData());
+        ::unlink(FileNameCodec::encode(*copied).constData());
         setError(error, QStringLiteral("%1 already exists").arg(target));
         return false;
     }
     // The complete copy is in place; only now does the trashed original go.
-    ::unlink(QFile::encodeName(trashedPath).constData());
+    ::unlink(FileNameCodec::encode(trashedPath).constData());
     removeInfo(trashedPath);
     return true;
 }
@@ -222,7 +259,7 @@ bool TrashRestorer::gioRestore(const QString& originalPath, QString* error, int 
     QString uri;
     for (const QByteArray& line : list.readAllStandardOutput().split('\n')) {
         const qsizetype tab = line.indexOf('\t');
-        if (tab > 0 && QDir::cleanPath(QString::fromUtf8(line.mid(tab + 1))) == wanted)
+        if (tab > 0 && QDir::cleanPath(FileNameCodec::decode(line.mid(tab + 1))) == wanted)
             uri = QString::fromUtf8(line.left(tab));
     }
     if (uri.isEmpty()) {

@@ -5,6 +5,8 @@
 #include "platform/TrashDirectories.h"
 
 #include <QDateTime>
+#include <QHash>
+#include <QMultiHash>
 #include <QString>
 
 #include <functional>
@@ -33,6 +35,22 @@ struct TrashEntry
     QDateTime deletionDate;
 };
 
+// The records of the trashes as one batch of restores has read them: each trash's info/ folder is listed and
+// read at most once per batch, and only when a record could not be found under the file's own name. Not
+// thread-safe: one per batch, on the batch's thread.
+class TrashRecords
+{
+public:
+    // The records of `trashDir` whose Path names `originalPath` (cleaned, absolute).
+    QList<TrashEntry> naming(const QString& trashDir, const QString& originalPath);
+    // The trashes that may hold a file of `folder`, looked up once per folder and batch.
+    QStringList trashesFor(const QString& folder, const VolumeLookup& lookup);
+
+private:
+    QHash<QString, QMultiHash<QString, TrashEntry>> m_byTrash;
+    QHash<QString, QStringList> m_trashesByFolder;
+};
+
 // Thread-safe, blocking. Nothing here overwrites: a target name that is taken makes the step fail and leaves
 // the item in the Trash. Item names read from records are checked: a name with "/" or equal to "." or ".." is
 // never used.
@@ -49,10 +67,14 @@ public:
 
     // Renames the trashed file back to `target` and removes its record.
     RenameResult putBack(const QString& trashedPath, const QString& target) const;
-    // Every item whose record names `originalPath`, newest first.
-    QList<TrashEntry> findByOriginalPath(const QString& originalPath) const;
-    // The item called `name` in files/ of the trashes that may hold a file of `targetFolder`'s volume.
-    std::optional<TrashEntry> findByName(const QString& name, const QString& targetFolder) const;
+    // Every item whose record names `originalPath`, newest first. Only such items ever qualify: an item of
+    // the same name trashed from another folder (every card has an IMG_0001.JPG) is never taken. The records
+    // named after the file ("IMG_1.jpg", "IMG_1.2.jpg", …) are tried first; only when none of them names the
+    // file are the trashes' records read, through `records` (one per batch), or a fresh reading when it is
+    // null.
+    QList<TrashEntry> findByOriginalPath(const QString& originalPath, TrashRecords* records = nullptr) const;
+    // Whether the record of the trashed item at `trashedPath` names `originalPath`.
+    static bool isItemOf(const QString& trashedPath, const QString& originalPath);
     // For an item on another file system than `target`: copies it beside the target (never over anything),
     // then removes the trashed original and its record. The copy keeps the file's tags and times.
     bool copyBack(const QString& trashedPath, const QString& target, QString* error) const;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/XattrTagStore.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "platform/IndexFileTagStore.h"
 
 #include <QFile>
@@ -145,7 +147,7 @@ QByteArray XattrTagStore::serialise(const QStringList& names)
 std::optional<QStringList> XattrTagStore::tags(const QString& path, QString* error) const
 {
     const bool forced = m_forceUnsupported && m_forceUnsupported(path);
-    const QByteArray native = QFile::encodeName(path);
+    const QByteArray native = FileNameCodec::encode(path);
     ssize_t size = forced ? -1 : ::getxattr(native.constData(), kAttribute, nullptr, 0);
     const int code = forced ? ENOTSUP : errno;
     if (size < 0 && code == ENODATA)
@@ -169,7 +171,7 @@ std::optional<QStringList> XattrTagStore::tags(const QString& path, QString* err
 
 bool XattrTagStore::setTags(const QString& path, const QStringList& tags, QString* error)
 {
-    const QByteArray native = QFile::encodeName(path);
+    const QByteArray native = FileNameCodec::encode(path);
     QStringList cleaned;
     for (const QString& tag : tags) {
         const QString name = tag.trimmed();

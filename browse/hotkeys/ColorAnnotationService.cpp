@@ -23,12 +23,7 @@ ColorAnnotationService::ColorAnnotationService(platform::FileTagStore& tags)
 
 ImageAnnotation ColorAnnotationService::annotationFromTags(const QStringList& tags)
 {
-    ImageAnnotation annotation;
-    for (const QString& tag : tags) {
-        if (annotateActionForColor(tag) && !annotation.colors.contains(tag))
-            annotation.colors << tag;
-    }
-    return annotation;
+    return browse::annotationFromTags(tags);
 }
 
 void ColorAnnotationService::applyToState(LMRModeState& state, const QString& fileName, const QStringList& tags)

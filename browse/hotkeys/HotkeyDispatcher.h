@@ -56,7 +56,9 @@ struct DispatcherServices
 // bounced or doubled key press deletes one picture, not two); a second restore while one runs is refused too;
 // rotations asked for while one runs are queued and done in order. A held key's repeats carry out only the moves
 // (repeatsWhileHeld). A delete or restore whose folder is no
-// longer shown when its result arrives still records its history change, but leaves the list alone.
+// longer shown when its result arrives still records its history change, but leaves the list alone. A record
+// whose restore failed with no way back left stays in the history (a failed restore changes nothing); the next
+// restore drops it and goes on to the older ones.
 class HotkeyDispatcher : public QObject
 {
     Q_OBJECT
@@ -102,7 +104,7 @@ private:
     void finishDelete(const SelectedFile& file, const QStringList& tags, const std::optional<QString>& trashPath,
                       const QString& error, qint64 startNs, qint64 toIoNs, qint64 ioNs);
     void restoreNewest();
-    void finishRestore(const DeletedFileInfo& info, bool ok);
+    void finishRestore(const DeletedFileInfo& info, bool ok, bool lost);
     void rotateSelected();
     void moveFolder(int step);
     // A short note in the window about what just happened (or did not).
@@ -133,6 +135,8 @@ private:
     bool m_isRotating = false;
     // Turns asked for while one runs (a held key): done one after the other, so none is lost or doubled.
     QList<SelectedFile> m_queuedRotations;
+    // History records whose restore failed with no way back left (Trash item gone, or its name taken).
+    QList<DeletedFileInfo> m_lostRecords;
 };
 
 } // namespace lumaro::browse

@@ -147,13 +147,22 @@ void HotkeyDispatcher::finishDelete(const SelectedFile& file, const QStringList&
 void HotkeyDispatcher::restoreNewest()
 {
     say(QStringLiteral("执行恢复文件操作"));
+    if (m_isRestoring) {
+        say(QStringLiteral("恢复操作进行中，忽略本次恢复请求"));
+        return;
+    }
+    // A record found to be beyond return on an earlier press is dropped now, so the older ones stay
+    // reachable.
+    while (!m_state.deletedFilesHistory().isEmpty() &&
+           m_lostRecords.contains(m_state.deletedFilesHistory().constFirst())) {
+        const DeletedFileInfo lost = m_state.deletedFilesHistory().constFirst();
+        m_lostRecords.removeAll(lost);
+        say(QStringLiteral("跳过无法恢复的记录: ") + lost.fileName);
+        m_state.removeDeletedRecord(lost);
+    }
     if (m_state.deletedFilesHistory().isEmpty()) {
         say(QStringLiteral("没有可恢复的删除文件"));
         tellUser(QStringLiteral("没有可恢复的删除文件"));
-        return;
-    }
-    if (m_isRestoring) {
-        say(QStringLiteral("恢复操作进行中，忽略本次恢复请求"));
         return;
     }
     const DeletedFileInfo info = m_state.deletedFilesHistory().constFirst();
@@ -162,16 +171,25 @@ void HotkeyDispatcher::restoreNewest()
     FileDeleteService* service = &m_deleteService;
     runInBackground([this, service, info]() -> std::function<void()> {
         const bool ok = service->restoreFile(info);
-        return [this, info, ok] { finishRestore(info, ok); };
+        const bool lost = !ok && !service->canStillRestore(info);
+        return [this, info, ok, lost] { finishRestore(info, ok, lost); };
     });
 }
 
-void HotkeyDispatcher::finishRestore(const DeletedFileInfo& info, bool ok)
+void HotkeyDispatcher::finishRestore(const DeletedFileInfo& info, bool ok, bool lost)
 {
     m_isRestoring = false;
     if (!ok) {
         say(QStringLiteral("文件恢复失败: ") + info.fileName);
-        tellUser(QStringLiteral("无法恢复“%1”：废纸篓中已找不到它，或原文件夹已有同名文件").arg(info.fileName));
+        if (lost && !m_lostRecords.contains(info)) {
+            // Kept for now (a failed restore changes nothing); the next restore skips it.
+            m_lostRecords << info;
+            say(QStringLiteral("此记录已无法恢复，再次恢复将跳过: ") + info.fileName);
+        }
+        if (lost)
+            tellUser(QStringLiteral("无法恢复“%1”：废纸篓中已找不到它，再按一次恢复将跳过它").arg(info.fileName));
+        else
+            tellUser(QStringLiteral("无法恢复“%1”：废纸篓中已找不到它，或原文件夹已有同名文件").arg(info.fileName));
         Q_EMIT restoreFinished(false);
         return;
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browse/state/FileSystemService.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "platform/DirectoryLister.h"
 #include "platform/FolderAccessToken.h"
 #include "platform/Log.h"
@@ -29,7 +31,7 @@ QStringList sortedNames(std::vector<QByteArray>& names)
     QStringList decoded;
     decoded.reserve(qsizetype(names.size()));
     for (const QByteArray& name : names)
-        decoded << QFile::decodeName(name);
+        decoded << platform::FileNameCodec::decode(name);
     return decoded;
 }
 
@@ -79,7 +81,7 @@ const QStringList& FileSystemService::pictureExtensions()
 
 bool FileSystemService::isPictureName(const QString& fileName)
 {
-    return hasPictureSuffix(QFile::encodeName(fileName));
+    return hasPictureSuffix(platform::FileNameCodec::encode(fileName));
 }
 
 QStringList FileSystemService::loadImageFiles(const QString& folder) const

@@ -4,6 +4,7 @@
 #include "browse/state/FileSystemService.h"
 #include "browse/state/LMRModeState.h"
 #include "platform/Log.h"
+#include "platform/XattrTagStore.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -23,11 +24,11 @@ bool sameFolder(const QString& a, const QString& b)
 
 } // namespace
 
-FolderLoader::FolderLoader(LMRModeState& state, QString viewName, FileSystemService* service, QObject* parent)
-    : QObject(parent)
-    , m_state(state)
-    , m_viewName(std::move(viewName))
-    , m_service(service ? *service : FileSystemService::shared())
+FolderLoader::FolderLoader(LMRModeState& state, QString viewName, FileSystemService* service, QObject* parent,
+                           platform::FileTagStore* tags)
+    : QObject(parent), m_state(state), m_viewName(std::move(viewName)),
+      m_service(service ? *service : FileSystemService::shared()),
+      m_tags(tags ? *tags : platform::XattrTagStore::shared())
 {
 }
 
@@ -56,10 +57,15 @@ void FolderLoader::load(const QString& folder)
     });
 }
 
-void FolderLoader::apply(quint64 generation, const QString& folder, const QStringList& names)
+bool FolderLoader::isCurrent(quint64 generation, const QString& folder) const
 {
     const auto current = m_state.currentFolder();
-    if (generation != m_generation || !current || !sameFolder(*current, folder)) {
+    return generation == m_generation && current && sameFolder(*current, folder);
+}
+
+void FolderLoader::apply(quint64 generation, const QString& folder, const QStringList& names)
+{
+    if (!isCurrent(generation, folder)) {
         Log::line(m_viewName, QStringLiteral("文件夹路径已改变，取消加载"));
         if (generation == m_generation) {
             m_state.isLoadingImages = false;
@@ -76,6 +82,37 @@ void FolderLoader::apply(quint64 generation, const QString& folder, const QStrin
     selectFirstWhenNothingSelected();
     m_state.notify();
     Q_EMIT loaded(folder, int(names.size()));
+    readTags(generation, folder, names);
+}
+
+void FolderLoader::readTags(quint64 generation, const QString& folder, const QStringList& names)
+{
+    QPointer<FolderLoader> self(this);
+    platform::FileTagStore* store = &m_tags;
+    const quint64 revision = m_state.fileTagsRevision();
+    QThreadPool::globalInstance()->start([self, store, generation, folder, names, revision] {
+        const QDir dir(folder);
+        QMap<QString, QStringList> tags;
+        for (const QString& name : names) {
+            const QStringList found = store->tags(dir.filePath(name)).value_or(QStringList());
+            if (!found.isEmpty())
+                tags.insert(name, found);
+        }
+        QMetaObject::invokeMethod(
+            self.data(),
+            [self, generation, folder, names, tags, revision] {
+                if (!self || !self->isCurrent(generation, folder))
+                    return;
+                if (self->m_state.fileTagsRevision() != revision) {
+                    // A colour was set while the folder was read: this reading may predate it, so read again.
+                    self->readTags(generation, folder, names);
+                    return;
+                }
+                self->m_state.setFolderTags(tags);
+                Q_EMIT self->tagsLoaded(folder);
+            },
+            Qt::QueuedConnection);
+    });
 }
 
 void FolderLoader::selectFirstWhenNothingSelected()

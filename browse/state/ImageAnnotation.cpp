@@ -10,6 +10,24 @@ namespace {
 const QString kColors = QStringLiteral("colors");
 }
 
+const QStringList& annotationColors()
+{
+    static const QStringList colors{QStringLiteral("red"),    QStringLiteral("yellow"),
+                                    QStringLiteral("orange"), QStringLiteral("green"),
+                                    QStringLiteral("blue"),   QStringLiteral("purple")};
+    return colors;
+}
+
+ImageAnnotation annotationFromTags(const QStringList& tags)
+{
+    ImageAnnotation annotation;
+    for (const QString& tag : tags) {
+        if (annotationColors().contains(tag) && !annotation.colors.contains(tag))
+            annotation.colors << tag;
+    }
+    return annotation;
+}
+
 QByteArray encodeAnnotations(const ImageAnnotationMap& annotations)
 {
     QJsonObject root;

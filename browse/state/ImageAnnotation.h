@@ -18,6 +18,12 @@ struct ImageAnnotation
 
 using ImageAnnotationMap = QMap<QString, ImageAnnotation>;
 
+// The six colour names a picture can be annotated with, in key order: red, yellow, orange, green, blue,
+// purple.
+const QStringList& annotationColors();
+// The colour names among a file's tags, in their order, each once; other programs' tags are left out.
+ImageAnnotation annotationFromTags(const QStringList& tags);
+
 // {"IMG_0001.JPG": {"colors": ["red"]}, …}; entries that are not objects are skipped on reading.
 QByteArray encodeAnnotations(const ImageAnnotationMap& annotations);
 ImageAnnotationMap decodeAnnotations(const QByteArray& json);

@@ -177,6 +177,7 @@ void LMRModeState::setFolderPath(const std::optional<QString>& authorizedDirecto
     Log::raw(QStringLiteral("  - 路径引用: ") + pathText(pathRefOfImage));
     Log::raw(QStringLiteral("  - 原始路径: ") + pathText(originalPath));
     const bool authorizedChanged = authorizedDirectory != m_authorizedDirectory;
+    const std::optional<QString> shownBefore = currentFolder();
     m_authorizedDirectory = authorizedDirectory;
     m_pathRefOfImage = pathRefOfImage;
     m_originalFolderPath = originalPath;
@@ -188,6 +189,10 @@ void LMRModeState::setFolderPath(const std::optional<QString>& authorizedDirecto
             Log::line(kTag, QStringLiteral("检测到授权目录变化，重置导航状态"));
         }
     }
+    const std::optional<QString> shown = currentFolder();
+    if (shown.has_value() != shownBefore.has_value() ||
+        (shown && QDir::cleanPath(*shown) != QDir::cleanPath(*shownBefore)))
+        clearImageData();
     Log::line(kTag, QStringLiteral("文件夹路径设置完成"));
     Q_EMIT folderChanged();
     Q_EMIT stateChanged();
@@ -264,6 +269,7 @@ void LMRModeState::setAnnotation(const QString& fileName, const ImageAnnotation&
 
 void LMRModeState::setFileTags(const QString& fileName, const QStringList& tags)
 {
+    ++m_fileTagsRevision;
     if (tags.isEmpty())
         m_fileTags.remove(fileName);
     else
@@ -279,6 +285,31 @@ void LMRModeState::setRotationOverride(const QString& fileName, int degrees)
         m_rotationOverrides.remove(fileName);
     else
         m_rotationOverrides.insert(fileName, normalised);
+    Q_EMIT perFileDataChanged();
+    Q_EMIT stateChanged();
+}
+
+int LMRModeState::rotationOverrideForPath(const QString& path) const
+{
+    const auto folder = currentFolder();
+    const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
+    if (!folder || slash < 0 || QDir::cleanPath(path.left(slash)) != QDir::cleanPath(*folder))
+        return 0;
+    return m_rotationOverrides.value(path.mid(slash + 1), 0);
+}
+
+void LMRModeState::setFolderTags(const QMap<QString, QStringList>& tagsByName)
+{
+    m_fileTags.clear();
+    m_imageAnnotations.clear();
+    for (auto it = tagsByName.cbegin(); it != tagsByName.cend(); ++it) {
+        if (it->isEmpty())
+            continue;
+        m_fileTags.insert(it.key(), *it);
+        const ImageAnnotation annotation = annotationFromTags(*it);
+        if (!annotation.colors.isEmpty())
+            m_imageAnnotations.insert(it.key(), annotation);
+    }
     Q_EMIT perFileDataChanged();
     Q_EMIT stateChanged();
 }

@@ -51,6 +51,8 @@ public:
     const std::optional<QString>& pathRefOfImage() const { return m_pathRefOfImage; }
     const std::optional<QString>& originalFolderPath() const { return m_originalFolderPath; }
     const std::optional<QByteArray>& folderBookmarkData() const { return m_folderBookmarkData; }
+    // When the folder shown changes, the list and every per-file map go with the old folder (they are keyed
+    // by name, and every camera card reuses the same names).
     void setFolderPath(const std::optional<QString>& authorizedDirectory,
                        const std::optional<QString>& pathRefOfImage,
                        const std::optional<QString>& originalPath);
@@ -86,6 +88,13 @@ public:
     void setAnnotation(const QString& fileName, const ImageAnnotation& annotation);
     void setFileTags(const QString& fileName, const QStringList& tags);
     void setRotationOverride(const QString& fileName, int degrees);
+    // The display rotation of the picture at `path`: its override when it lies in the folder shown, else 0.
+    int rotationOverrideForPath(const QString& path) const;
+    // Counts changes of single files' tags, so that a folder-wide reading that began before one can tell.
+    quint64 fileTagsRevision() const { return m_fileTagsRevision; }
+    // The tags of the folder's pictures as read from disk (absent names have none): replaces fileTags and the
+    // annotations drawn from them.
+    void setFolderTags(const QMap<QString, QStringList>& tagsByName);
 
     // --- layout
     int imagesPerRow() const { return m_imagesPerRow; }
@@ -148,6 +157,7 @@ private:
     QMap<QString, QStringList> m_fileTags;
     QList<DeletedFileInfo> m_deletedFilesHistory;
     QMap<QString, int> m_rotationOverrides;
+    quint64 m_fileTagsRevision = 0;
     std::optional<QString> m_currentDirectory;
     std::optional<QString> m_baseDirectory;
     QStringList m_directoryBaseList;

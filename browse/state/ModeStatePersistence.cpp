@@ -5,6 +5,8 @@
 #include "platform/Log.h"
 #include "platform/SettingsStore.h"
 
+#include <QDir>
+
 namespace lumaro::browse {
 
 using platform::SettingsStore;
@@ -54,6 +56,7 @@ void ModeStatePersistence::save(const LMRModeState& state, SettingsStore& store)
     store.setInteger(keys::professionalModeStyle, storedStyle(state.professionalModeStyle()));
     store.setInteger(keys::imagesPerRow, state.imagesPerRow());
     store.setBytes(keys::imageAnnotations, encodeAnnotations(state.imageAnnotations()));
+    storeOrRemove(store, keys::imageAnnotationsFolder, state.currentFolder());
     if (state.hasRequestedPermissions)
         store.setBoolean(keys::hasRequestedPermissions, true);
     platform::Log::line(QStringLiteral("ContentView"), QStringLiteral("模式切换，共享状态已保存到UserDefaults"));
@@ -76,7 +79,13 @@ void ModeStatePersistence::load(LMRModeState& state, const SettingsStore& store)
     }
     if (const auto columns = store.integer(keys::imagesPerRow); columns && *columns > 0)
         state.setImagesPerRow(int(*columns));
-    if (const auto annotations = store.bytes(keys::imageAnnotations))
+    // Annotations are keyed by file name, and every card reuses the same names: only the folder they were
+    // saved from gets them back.
+    const auto annotations = store.bytes(keys::imageAnnotations);
+    const auto annotationsFolder = store.string(keys::imageAnnotationsFolder);
+    const auto shown = state.currentFolder();
+    if (annotations && annotationsFolder && shown &&
+        QDir::cleanPath(*annotationsFolder) == QDir::cleanPath(*shown))
         state.setImageAnnotations(decodeAnnotations(*annotations));
     if (const auto index = store.integer(keys::selectedImageIndex))
         state.select(int(*index));

@@ -20,6 +20,8 @@ inline constexpr auto selectedImageIndex = "LMR_SelectedImageIndex";
 inline constexpr auto professionalModeStyle = "LMR_ProfessionalModeStyle";
 inline constexpr auto imagesPerRow = "LMR_ImagesPerRow";
 inline constexpr auto imageAnnotations = "LMR_ImageAnnotations";
+// The folder whose pictures LMR_ImageAnnotations names: the map is read back only into that folder.
+inline constexpr auto imageAnnotationsFolder = "LMR_ImageAnnotationsFolder";
 inline constexpr auto hasRequestedPermissions = "LMR_HasRequestedPermissions";
 } // namespace settingsKeys
 

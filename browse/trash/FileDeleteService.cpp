@@ -4,14 +4,11 @@
 #include "platform/FolderAccessToken.h"
 #include "platform/FreedesktopTrash.h"
 #include "platform/Log.h"
+#include "platform/files/FileNameCodec.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <QSemaphore>
-#include <QThreadPool>
-
-#include <memory>
 
 namespace lumaro::browse {
 
@@ -39,8 +36,7 @@ bool isPlainName(const QString& name)
 
 bool itemExists(const QString& path)
 {
-    const QFileInfo info(path);
-    return info.exists() || info.isSymLink();
+    return platform::FileNameCodec::exists(path);
 }
 
 // Brackets file work on a folder with start/stop of its access, whatever the outcome.
@@ -91,8 +87,17 @@ QString FileDeleteService::resolveFolder(const QString& folderPath, const std::o
         say(QStringLiteral("解析书签数据失败: ") + error);
         return folderPath;
     }
+    // The token is the granted folder's; in deep mode the picture is listed from a folder below it. The file
+    // is always in the folder it is listed from: the token only vouches for access to it.
+    const QString granted = QDir::cleanPath(resolved->path);
+    const QString folder = QDir::cleanPath(folderPath);
+    if (folder != granted && !folder.startsWith(granted + QLatin1Char('/')) &&
+        granted != QStringLiteral("/")) {
+        say(QStringLiteral("书签数据不属于此文件夹，使用文件夹路径: ") + folder);
+        return folderPath;
+    }
     say(QStringLiteral("使用书签数据解析文件夹URL成功"));
-    return resolved->path;
+    return folderPath;
 }
 
 TrashOutcome FileDeleteService::moveToTrash(const QString& fileName, const QString& folderPath,
@@ -126,6 +131,36 @@ TrashOutcome FileDeleteService::moveToTrash(const QString& fileName, const QStri
 
 bool FileDeleteService::restoreFile(const DeletedFileInfo& info)
 {
+    platform::TrashRecords records;
+    return restore(info, records);
+}
+
+QList<bool> FileDeleteService::restoreFiles(const QList<DeletedFileInfo>& infos)
+{
+    platform::TrashRecords records;
+    QList<bool> results;
+    results.reserve(infos.size());
+    for (const DeletedFileInfo& info : infos)
+        results << restore(info, records);
+    return results;
+}
+
+bool FileDeleteService::canStillRestore(const DeletedFileInfo& info)
+{
+    if (!isPlainName(info.fileName))
+        return false;
+    const QString target =
+        QDir(resolveFolder(info.folderPath, info.folderBookmarkData)).filePath(info.fileName);
+    if (itemExists(target))
+        return false;
+    if (info.trashFileURL && itemExists(*info.trashFileURL) &&
+        platform::TrashRestorer::isItemOf(*info.trashFileURL, target))
+        return true;
+    return !m_restorer.findByOriginalPath(target).isEmpty();
+}
+
+bool FileDeleteService::restore(const DeletedFileInfo& info, platform::TrashRecords& records)
+{
     say(QStringLiteral("开始恢复文件: ") + info.fileName);
     say(QStringLiteral("原始文件夹路径: ") + info.folderPath);
     const QString folder = resolveFolder(info.folderPath, info.folderBookmarkData);
@@ -141,8 +176,8 @@ bool FileDeleteService::restoreFile(const DeletedFileInfo& info)
     FolderAccess access(folder);
 
     QString crossDeviceItem;
-    bool restored = restoreFromSavedPath(info, target, &crossDeviceItem)
-        || restoreByLookup(info.fileName, target, &crossDeviceItem);
+    bool restored = restoreFromSavedPath(info, target, &crossDeviceItem) ||
+                    restoreByLookup(info.fileName, target, records, &crossDeviceItem);
     if (!restored && !crossDeviceItem.isEmpty())
         restored = restoreByCopy(crossDeviceItem, target);
     if (!restored && m_options.useGio && platform::TrashRestorer::isGioAvailable())
@@ -171,6 +206,13 @@ bool FileDeleteService::restoreFromSavedPath(const DeletedFileInfo& info, const 
         say(QStringLiteral("回退到系统API恢复方法"));
         return false;
     }
+    // The Trash may have been emptied since and the name given to another folder's file: only the item whose
+    // record names this very file is ours.
+    if (!platform::TrashRestorer::isItemOf(saved, target)) {
+        say(QStringLiteral("废纸篓文件来自其他位置，不使用: ") + saved);
+        say(QStringLiteral("回退到系统API恢复方法"));
+        return false;
+    }
     const platform::RenameResult result = m_restorer.putBack(saved, target);
     if (result.ok) {
         say(QStringLiteral("成功恢复文件: ") + target);
@@ -183,7 +225,8 @@ bool FileDeleteService::restoreFromSavedPath(const DeletedFileInfo& info, const 
     return false;
 }
 
-bool FileDeleteService::restoreByLookup(const QString& fileName, const QString& target, QString* crossDeviceItem)
+bool FileDeleteService::restoreByLookup(const QString& fileName, const QString& target,
+                                        platform::TrashRecords& records, QString* crossDeviceItem)
 {
     say(QStringLiteral("使用系统API恢复文件: ") + fileName);
     const QString homeTrash = platform::TrashDirectories::homeTrash();
@@ -194,12 +237,8 @@ bool FileDeleteService::restoreByLookup(const QString& fileName, const QString& 
     say(QStringLiteral("要恢复的文件名: ") + fileName);
 
     QStringList items;
-    for (const platform::TrashEntry& entry : m_restorer.findByOriginalPath(target))
+    for (const platform::TrashEntry& entry : m_restorer.findByOriginalPath(target, &records))
         items << entry.trashedPath;
-    if (items.isEmpty()) {
-        if (const auto byName = m_restorer.findByName(fileName, QFileInfo(target).absolutePath()))
-            items << byName->trashedPath;
-    }
     if (items.isEmpty()) {
         say(QStringLiteral("废纸篓中找不到文件: ") + fileName);
         return false;
@@ -223,26 +262,12 @@ bool FileDeleteService::restoreByCopy(const QString& item, const QString& target
     say(QStringLiteral("源文件URL: ") + item);
     say(QStringLiteral("目标目录URL: ") + QFileInfo(target).absolutePath());
 
-    // The copy runs on its own task; a copy that outlives the wait finishes on its own and is not reported.
-    struct Shared
-    {
-        QSemaphore done;
-        bool ok = false;
-        QString error;
-    };
-    auto shared = std::make_shared<Shared>();
-    const platform::TrashRestorer restorer = m_restorer;
-    QThreadPool::globalInstance()->start([shared, restorer, item, target] {
-        shared->ok = restorer.copyBack(item, target, &shared->error);
-        shared->done.release();
-    });
-    if (!shared->done.tryAcquire(1, m_options.copyTimeoutMs)) {
-        say(QStringLiteral("copy操作超时"));
-        return false;
-    }
-    if (!shared->ok) {
-        say(QStringLiteral("copy失败: ") + shared->error);
-        say(QStringLiteral("移动文件失败: ") + shared->error);
+    // Runs to the end on this (background) task: a copy that were given up on half-way would still finish and
+    // take the item out of the Trash while the caller believed it failed.
+    QString error;
+    if (!m_restorer.copyBack(item, target, &error)) {
+        say(QStringLiteral("copy失败: ") + error);
+        say(QStringLiteral("移动文件失败: ") + error);
         return false;
     }
     say(QStringLiteral("copy成功，复制到: ") + target);

@@ -24,13 +24,15 @@ struct TrashOutcome
     bool ok() const { return trashFilePath.has_value(); }
 };
 
-// Any thread; every call blocks (the dispatcher runs them on the thread pool). Logs as "FileDeleteService - …".
-// Restore is a chain of four ways back, each tried only when the one before failed, and only the end of the
-// chain reports failure: (1) the Trash path saved at delete time, renamed back; (2) a search of the trashes
-// for the record naming the original path (newest first), else for an item of that name; (3) for an item on
-// another file system, copy then remove, waited for at most `copyTimeoutMs`; (4) `gio trash --restore`. No way
-// ever replaces a file of the same name already in the folder: the restore then fails and the item stays in
-// the Trash.
+// Any thread; every call blocks (the dispatcher runs them on the thread pool). Logs as "FileDeleteService -
+// …". Restore is a chain of four ways back, each tried only when the one before failed, and only the end of
+// the chain reports failure: (1) the Trash path saved at delete time, renamed back; (2) a search of the
+// trashes for the record naming the original path (newest first); (3) for an item on another file system,
+// copy then remove, waited for to the end, so that the answer always says what happened on disk; (4) `gio
+// trash
+// --restore`. Only an item whose record names the file's own original path is ever taken: a same-named item
+// trashed from another folder stays where it is. No way ever replaces a file of the same name already in the
+// folder: the restore then fails and the item stays in the Trash.
 class FileDeleteService
 {
 public:
@@ -40,7 +42,6 @@ public:
         platform::RenameFunction rename = platform::systemRenameWithoutReplacing();
         platform::VolumeLookup volumes = platform::systemVolumeLookup();
         bool useGio = true;
-        int copyTimeoutMs = 5000;
     };
 
     static FileDeleteService& shared();
@@ -50,11 +51,18 @@ public:
     TrashOutcome moveToTrash(const QString& fileName, const QString& folderPath,
                              const std::optional<QByteArray>& folderBookmarkData);
     bool restoreFile(const DeletedFileInfo& info);
+    // Restores each record in turn; the trashes' records are read at most once for the whole batch.
+    QList<bool> restoreFiles(const QList<DeletedFileInfo>& infos);
+    // Whether the file of `info` could still come back: the Trash holds an item whose record names it and its
+    // name in the folder is free.
+    bool canStillRestore(const DeletedFileInfo& info);
 
 private:
     QString resolveFolder(const QString& folderPath, const std::optional<QByteArray>& bookmark);
+    bool restore(const DeletedFileInfo& info, platform::TrashRecords& records);
     bool restoreFromSavedPath(const DeletedFileInfo& info, const QString& target, QString* crossDeviceItem);
-    bool restoreByLookup(const QString& fileName, const QString& target, QString* crossDeviceItem);
+    bool restoreByLookup(const QString& fileName, const QString& target, platform::TrashRecords& records,
+                         QString* crossDeviceItem);
     bool restoreByCopy(const QString& item, const QString& target);
     bool restoreWithGio(const QString& target);
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/picture/PictureReader.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include "platform/picture/EmbeddedPreview.h"
 #include "platform/picture/FittedSize.h"
 #include "platform/picture/HeifDecoder.h"
@@ -43,13 +45,23 @@ DecodedPicture failed(const QString& error)
     return DecodedPicture{QImage(), DecodeRoute::none, error};
 }
 
+// Opened through the name's own bytes: Qt would look for a name that is not UTF-8 under another name.
+bool openPicture(QFile& file, const QString& path)
+{
+    const int fd = FileNameCodec::openForReading(path);
+    return fd >= 0 && file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+}
+
 DecodedPicture readWithQt(const PictureRequest& request, QIODevice* device = nullptr)
 {
     QImageReader reader;
+    QFile file;
     if (device)
         reader.setDevice(device);
+    else if (openPicture(file, request.path))
+        reader.setDevice(&file);
     else
-        reader.setFileName(request.path);
+        return failed(QStringLiteral("cannot open ") + request.path);
     reader.setAutoTransform(true);
     const QSize stored = reader.size();
     if (request.maxSide > 0 && stored.isValid() && std::max(stored.width(), stored.height()) > request.maxSide)
@@ -86,9 +98,9 @@ DecodedPicture readCutShortJpeg(const QByteArray& data, const ExifSummary& exif,
 
 DecodedPicture readJpeg(const PictureRequest& request)
 {
-    QFile file(request.path);
-    if (!file.open(QIODevice::ReadOnly))
-        return failed(file.errorString());
+    QFile file;
+    if (!openPicture(file, request.path))
+        return failed(QStringLiteral("cannot open ") + request.path);
     QByteArray data = file.read(headBytes);
     ExifSummary exif = EmbeddedPreview::exifOf(data);
     if (request.allowEmbedded) {

@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/cli/CliRunner.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include <QProcess>
+#include <QTemporaryFile>
+
+#include <algorithm>
 
 #include <unistd.h>
 
@@ -12,6 +17,23 @@ CliResult runCli(const QStringList& arguments)
     QProcess process;
     process.setProgram(QStringLiteral(LUMARO_CLI_PATH));
     process.setArguments(arguments);
+    // QProcess passes arguments through QFile::encodeName, which loses bytes that are not UTF-8: such
+    // arguments go through a file of NUL-ended byte strings that bash hands on unchanged.
+    QTemporaryFile bytes;
+    if (std::any_of(arguments.cbegin(), arguments.cend(), &platform::FileNameCodec::hasRawBytes)) {
+        if (!bytes.open())
+            return {};
+        bytes.write(QByteArray(LUMARO_CLI_PATH) + '\0');
+        for (const QString& argument : arguments)
+            bytes.write(platform::FileNameCodec::encode(argument) + '\0');
+        bytes.flush();
+        process.setProgram(QStringLiteral("bash"));
+        process.setArguments(
+            {QStringLiteral("-c"),
+             QStringLiteral("args=(); while IFS= read -r -d '' a; do args+=(\"$a\"); done < \"$1\"; "
+                            "exec \"${args[@]}\""),
+             QStringLiteral("bash"), bytes.fileName()});
+    }
     process.start();
     CliResult result;
     if (!process.waitForFinished(120'000))

@@ -2,10 +2,16 @@
 #include "tests/cli/CliRunner.h"
 #include "tests/support/TempFolder.h"
 
+#include "platform/ExifOrientation.h"
+#include "platform/files/FileNameCodec.h"
+
 #include <QFileInfo>
 #include <QImageReader>
 
 #include <gtest/gtest.h>
+
+#include <cstdio>
+#include <unistd.h>
 
 using namespace lumaro::testing;
 
@@ -92,4 +98,42 @@ TEST(CliTrash, RestorePutsBackAndNeverReplaces)
     folder.write(QStringLiteral("a #1.jpg"), QByteArrayLiteral("newcomer"));
     EXPECT_EQ(runCli({QStringLiteral("trash"), QStringLiteral("-q"), QStringLiteral("--restore"), a}).exitCode, 1);
     EXPECT_EQ(folder.read(QStringLiteral("a #1.jpg")), QByteArrayLiteral("newcomer"));
+}
+
+TEST(CliCulling, ANameThatIsNotUtf8KeepsItsBytesThroughEveryCommand)
+{
+    TempFolder folder;
+    const QString utf8Name = folder.writePicture(QStringLiteral("tmp.jpg"));
+    const QByteArray raw("caf\xe9 \xb0.jpg");
+    const QByteArray rawPath = QFile::encodeName(folder.path()) + '/' + raw;
+    ASSERT_EQ(::rename(QFile::encodeName(utf8Name).constData(), rawPath.constData()), 0);
+    const QString path = lumaro::platform::FileNameCodec::decode(rawPath);
+    const auto onDisk = [&] { return ::access(rawPath.constData(), F_OK) == 0; };
+
+    EXPECT_EQ(runCli({QStringLiteral("list"), QStringLiteral("-q"), QStringLiteral("-0"), folder.path()}).out,
+              raw + QByteArray(1, '\0'));
+    EXPECT_EQ(runCli({QStringLiteral("list"), QStringLiteral("-q"), folder.path()}).outText(),
+              QStringLiteral("caf\\xe9 \\xb0.jpg\n"));
+
+    const CliResult tagged = runCli({QStringLiteral("tags"), QStringLiteral("-q"), QStringLiteral("--toggle"),
+                                     QStringLiteral("red"), path});
+    EXPECT_EQ(tagged.exitCode, 0) << tagged.errText().toStdString();
+    EXPECT_EQ(tagged.outText().trimmed(), QStringLiteral("red"));
+    const CliResult turned = runCli({QStringLiteral("rotate"), QStringLiteral("-q"), path});
+    EXPECT_EQ(turned.exitCode, 0) << turned.errText().toStdString();
+    EXPECT_EQ(lumaro::platform::ExifOrientation::read(path), 8);
+    const CliResult marked =
+        runCli({QStringLiteral("fav"), QStringLiteral("-q"), QStringLiteral("add"), path});
+    EXPECT_EQ(marked.exitCode, 0) << marked.errText().toStdString();
+    EXPECT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("-q"), QStringLiteral("audit")}).outText(),
+              QStringLiteral("records without a path: 0\n")); // the favourite's file is found: not "missing"
+
+    const CliResult trashed = runCli({QStringLiteral("trash"), QStringLiteral("-q"), path});
+    EXPECT_EQ(trashed.exitCode, 0) << trashed.errText().toStdString();
+    EXPECT_FALSE(onDisk());
+    const CliResult back =
+        runCli({QStringLiteral("trash"), QStringLiteral("-q"), QStringLiteral("--restore"), path});
+    EXPECT_EQ(back.exitCode, 0) << back.errText().toStdString();
+    EXPECT_TRUE(onDisk());
+    ::unlink(rawPath.constData()); // QTemporaryDir cannot remove a name Qt cannot spell
 }

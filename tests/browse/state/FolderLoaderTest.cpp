@@ -3,6 +3,8 @@
 
 #include "browse/state/LMRModeState.h"
 #include "browse/thumbnails/ThumbnailCache.h"
+#include "platform/IndexFileTagStore.h"
+#include "platform/XattrTagStore.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
 
@@ -83,4 +85,41 @@ TEST(FolderLoader, NoFolderIsLoggedAndNothingStarts)
     loader.load(QString());
     EXPECT_FALSE(state.isLoadingImages);
     EXPECT_TRUE(log.contains(QStringLiteral("LMRMode1View - 没有选择文件夹路径")));
+}
+
+TEST(FolderLoader, ReadsEveryPicturesTagsFromDiskAndAgainOnReload)
+{
+    // Tags another program wrote before the folder opened show; a reload (F5) shows what changed meanwhile.
+    // The same through the extended attribute and through _index/ as on a FAT card.
+    for (const bool onFat : {false, true}) {
+        TempFolder folder;
+        folder.write(QStringLiteral("a.jpg"));
+        folder.write(QStringLiteral("b.jpg"));
+        lumaro::platform::IndexFileTagStore cardStore;
+        lumaro::platform::XattrTagStore store(&cardStore, [onFat](const QString&) { return onFat; });
+        if (!store.setTags(folder.filePath(QStringLiteral("b.jpg")),
+                           {QStringLiteral("Urlaub"), QStringLiteral("red")}))
+            GTEST_SKIP() << "no user extended attributes on this file system";
+        ThumbnailCache cache;
+        LMRModeState state(&cache);
+        FolderLoader loader(state, QStringLiteral("LMRMode1View"), nullptr, nullptr, &store);
+        QSignalSpy tagged(&loader, &FolderLoader::tagsLoaded);
+        state.setFolderPath(folder.path(), folder.path(), folder.path());
+        loader.load(folder.path());
+        ASSERT_TRUE(waitUntil([&] { return tagged.count() == 1; })) << "FAT: " << onFat;
+        EXPECT_EQ(state.imageAnnotations().value(QStringLiteral("b.jpg")).colors,
+                  QStringList{QStringLiteral("red")});
+        EXPECT_EQ(state.fileTags().value(QStringLiteral("b.jpg")),
+                  (QStringList{QStringLiteral("Urlaub"), QStringLiteral("red")}));
+        EXPECT_FALSE(state.imageAnnotations().contains(QStringLiteral("a.jpg")));
+
+        ASSERT_TRUE(store.setTags(folder.filePath(QStringLiteral("a.jpg")), {QStringLiteral("blue")}));
+        ASSERT_TRUE(store.setTags(folder.filePath(QStringLiteral("b.jpg")), {}));
+        loader.load(folder.path());
+        ASSERT_TRUE(waitUntil([&] { return tagged.count() == 2; }));
+        EXPECT_EQ(state.imageAnnotations().value(QStringLiteral("a.jpg")).colors,
+                  QStringList{QStringLiteral("blue")});
+        EXPECT_FALSE(state.imageAnnotations().contains(QStringLiteral("b.jpg")));
+        EXPECT_FALSE(state.fileTags().contains(QStringLiteral("b.jpg")));
+    }
 }

@@ -218,3 +218,59 @@ TEST(LMRModeState, AChangedAuthorisedFolderResetsNavigationOutsideDeepMode)
     EXPECT_TRUE(f.state.recursiveDirectoryList().isEmpty());
     EXPECT_TRUE(log.contains(QStringLiteral("LMRModeState - 检测到授权目录变化，重置导航状态")));
 }
+
+TEST(LMRModeState, ShowingAnotherFolderDropsTheListAndEveryPerFileMap)
+{
+    // Per-file data is keyed by name and every card reuses IMG_0001.JPG: none of it may follow the user into
+    // another folder. A reload of the same folder keeps it.
+    Fixture f;
+    f.state.setFolderPath(QStringLiteral("/cards/A"), QStringLiteral("/cards/A"), QStringLiteral("/cards/A"));
+    const auto fill = [&] {
+        f.setUp(3, 1);
+        f.state.setAnnotation(QStringLiteral("IMG_1.jpg"), ImageAnnotation{{QStringLiteral("red")}});
+        f.state.setFileTags(QStringLiteral("IMG_1.jpg"), {QStringLiteral("red")});
+        f.state.setRotationOverride(QStringLiteral("IMG_1.jpg"), 90);
+    };
+    fill();
+    f.state.setFolderPath(QStringLiteral("/cards/A/"), QStringLiteral("/cards/A/"),
+                          QStringLiteral("/cards/A"));
+    EXPECT_EQ(f.state.imageFiles().size(), 3);
+    EXPECT_EQ(f.state.rotationOverrides().size(), 1);
+    EXPECT_EQ(f.state.rotationOverrideForPath(QStringLiteral("/cards/A/IMG_1.jpg")), 90);
+    EXPECT_EQ(f.state.rotationOverrideForPath(QStringLiteral("/cards/B/IMG_1.jpg")),
+              0); // a namesake elsewhere
+
+    struct Move
+    {
+        const char* what;
+        QString authorized;
+        QString listed;
+    };
+    for (const Move& move : {Move{"another card", "/cards/B", "/cards/B"},
+                             Move{"deep mode: a sub-folder", "/cards/A", "/cards/A/100CANON"}}) {
+        f.state.setFolderPath(QStringLiteral("/cards/A"), QStringLiteral("/cards/A"),
+                              QStringLiteral("/cards/A"));
+        fill();
+        f.state.setFolderPath(move.authorized, move.listed, move.authorized);
+        EXPECT_TRUE(f.state.imageFiles().isEmpty()) << move.what;
+        EXPECT_FALSE(f.state.selectedImageIndex().has_value()) << move.what;
+        EXPECT_TRUE(f.state.imageAnnotations().isEmpty()) << move.what;
+        EXPECT_TRUE(f.state.fileTags().isEmpty()) << move.what;
+        EXPECT_TRUE(f.state.rotationOverrides().isEmpty()) << move.what;
+    }
+}
+
+TEST(LMRModeState, TagsReadFromDiskReplaceTheFoldersTagsAndAnnotations)
+{
+    Fixture f;
+    f.setUp(3, 0);
+    f.state.setAnnotation(QStringLiteral("IMG_0.jpg"), ImageAnnotation{{QStringLiteral("red")}});
+    f.state.setFolderTags({{QStringLiteral("IMG_1.jpg"),
+                            {QStringLiteral("Urlaub"), QStringLiteral("green"), QStringLiteral("red")}},
+                           {QStringLiteral("IMG_2.jpg"), {QStringLiteral("Urlaub")}}});
+    EXPECT_FALSE(f.state.imageAnnotations().contains(QStringLiteral("IMG_0.jpg")));
+    EXPECT_EQ(f.state.imageAnnotations().value(QStringLiteral("IMG_1.jpg")).colors,
+              (QStringList{QStringLiteral("green"), QStringLiteral("red")}));
+    EXPECT_FALSE(f.state.imageAnnotations().contains(QStringLiteral("IMG_2.jpg")));
+    EXPECT_EQ(f.state.fileTags().value(QStringLiteral("IMG_2.jpg")), QStringList{QStringLiteral("Urlaub")});
+}

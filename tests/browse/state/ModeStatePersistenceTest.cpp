@@ -36,6 +36,7 @@ TEST(ModeStatePersistence, RoundTripThroughTheSettingsFile)
     EXPECT_EQ(store.integer(QString::fromLatin1(settingsKeys::professionalModeStyle)), 2);
 
     LMRModeState next(&cache);
+    next.setFolderPath(QStringLiteral("/photos"), QStringLiteral("/photos/day 1"), QStringLiteral("/photos"));
     next.setImageFiles({QStringLiteral("a.jpg"), QStringLiteral("b.jpg"), QStringLiteral("c.jpg")});
     ModeStatePersistence::load(next, store);
     EXPECT_EQ(next.authorizedDirectory(), QStringLiteral("/photos"));
@@ -100,4 +101,29 @@ TEST(ModeStatePersistence, AStoredSelectionBeyondTheListIsNotApplied)
     state.setImageFiles({QStringLiteral("a.jpg")});
     ModeStatePersistence::load(state, store);
     EXPECT_EQ(state.selectedImageIndex(), std::nullopt);
+}
+
+TEST(ModeStatePersistence, AnnotationsComeBackOnlyIntoTheFolderTheyWereSavedFrom)
+{
+    // Two cards, the same names: card A's red IMG_0001.JPG must not turn card B's red.
+    ThumbnailCache cache;
+    MemorySettingsStore store;
+    LMRModeState state(&cache);
+    state.setFolderPath(QStringLiteral("/cards/A"), QStringLiteral("/cards/A"), QStringLiteral("/cards/A"));
+    state.setImageFiles({QStringLiteral("IMG_0001.JPG")});
+    state.setAnnotation(QStringLiteral("IMG_0001.JPG"), ImageAnnotation{{QStringLiteral("red")}});
+    ModeStatePersistence::save(state, store);
+
+    for (const QString folder : {QStringLiteral("/cards/B"), QStringLiteral("/cards/A")}) {
+        // The folder keys now name `folder` (opening a folder records it); the annotations are still A's.
+        for (const char* key : {settingsKeys::originalFolderPath, settingsKeys::authorizedDirectory,
+                                settingsKeys::pathRefOfImage})
+            store.setString(QString::fromLatin1(key), folder);
+        LMRModeState next(&cache);
+        next.setFolderPath(folder, folder, folder);
+        next.setImageFiles({QStringLiteral("IMG_0001.JPG")});
+        ModeStatePersistence::load(next, store);
+        EXPECT_EQ(next.imageAnnotations().contains(QStringLiteral("IMG_0001.JPG")), folder.endsWith('A'))
+            << qPrintable(folder);
+    }
 }

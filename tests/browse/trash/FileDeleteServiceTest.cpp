@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browse/trash/FileDeleteService.h"
 
+#include "platform/FolderAccessToken.h"
 #include "platform/FreedesktopTrash.h"
 
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/TmpfsMount.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QThreadPool>
+
+#include <future>
 
 #include <gtest/gtest.h>
 
@@ -15,6 +20,7 @@ using namespace lumaro::browse;
 using namespace lumaro::platform;
 using lumaro::testing::LogCapture;
 using lumaro::testing::TempFolder;
+using lumaro::testing::TmpfsMount;
 
 namespace {
 
@@ -153,4 +159,154 @@ TEST(FileDeleteService, ANameTakenMeanwhileIsNeverOverwritten)
     EXPECT_FALSE(service.restoreFile(recordOf(folder.path(), QStringLiteral("a.jpg"), outcome)));
     EXPECT_EQ(folder.read(QStringLiteral("a.jpg")), QByteArrayLiteral("newcomer"));
     EXPECT_TRUE(QFileInfo::exists(*outcome.trashFilePath)); // still safe in the Trash
+}
+
+TEST(FileDeleteService, AFileListedBelowTheGrantedFolderIsTheOneThatGoes)
+{
+    // Deep mode: the granted folder's token travels with a picture listed from a folder below it.
+    TempFolder base;
+    base.write(QStringLiteral("IMG_1.jpg"), QByteArrayLiteral("base"));
+    base.write(QStringLiteral("sub/IMG_1.jpg"), QByteArrayLiteral("sub"));
+    base.write(QStringLiteral("sub/only here.jpg"), QByteArrayLiteral("only"));
+    const auto token = FolderAccessToken::create(base.path());
+    ASSERT_TRUE(token);
+    FileDeleteService service(withoutGio());
+    const QString sub = base.filePath(QStringLiteral("sub"));
+    for (const QString name : {QStringLiteral("IMG_1.jpg"), QStringLiteral("only here.jpg")}) {
+        const TrashOutcome outcome = service.moveToTrash(name, sub, token);
+        ASSERT_TRUE(outcome.ok()) << qPrintable(name + ": " + outcome.error);
+        EXPECT_FALSE(base.exists(QStringLiteral("sub/") + name));
+        DeletedFileInfo record = recordOf(sub, name, outcome);
+        record.folderBookmarkData = token;
+        ASSERT_TRUE(service.restoreFile(record)) << qPrintable(name);
+        EXPECT_TRUE(base.exists(QStringLiteral("sub/") + name));
+    }
+    EXPECT_EQ(base.read(QStringLiteral("IMG_1.jpg")), QByteArrayLiteral("base"));
+    EXPECT_EQ(base.read(QStringLiteral("sub/IMG_1.jpg")), QByteArrayLiteral("sub"));
+}
+
+TEST(FileDeleteService, AnotherFoldersItemOfTheSameNameIsNeverTaken)
+{
+    // Card A's IMG_3.jpg was trashed and the Trash emptied; card B's IMG_3.jpg then got the free name.
+    // Neither the path saved with A's record nor a lookup by name may bring B's picture into A's folder.
+    for (const bool withSavedPath : {true, false}) {
+        TempFolder cards;
+        const QString cardA = cards.makeFolder(QStringLiteral("A"));
+        const QString cardB = cards.makeFolder(QStringLiteral("B"));
+        cards.write(QStringLiteral("A/IMG_3.jpg"), QByteArrayLiteral("from A"));
+        cards.write(QStringLiteral("B/IMG_3.jpg"), QByteArrayLiteral("from B"));
+        FileDeleteService service(withoutGio());
+        const TrashOutcome fromA = service.moveToTrash(QStringLiteral("IMG_3.jpg"), cardA, {});
+        ASSERT_TRUE(fromA.ok());
+        ASSERT_TRUE(QDir(TrashDirectories::homeTrash()).removeRecursively());
+        const TrashOutcome fromB = service.moveToTrash(QStringLiteral("IMG_3.jpg"), cardB, {});
+        ASSERT_TRUE(fromB.ok());
+        ASSERT_EQ(*fromB.trashFilePath, *fromA.trashFilePath); // the same name in the Trash
+
+        DeletedFileInfo record =
+            recordOf(cardA, QStringLiteral("IMG_3.jpg"), withSavedPath ? fromA : TrashOutcome{});
+        EXPECT_FALSE(service.restoreFile(record)) << "saved path: " << withSavedPath;
+        EXPECT_FALSE(cards.exists(QStringLiteral("A/IMG_3.jpg")));
+        EXPECT_TRUE(QFileInfo::exists(*fromB.trashFilePath));
+        EXPECT_EQ(TrashRestorer::entryFor(*fromB.trashFilePath).originalPath,
+                  QDir(cardB).filePath("IMG_3.jpg"));
+        EXPECT_FALSE(service.canStillRestore(record));
+
+        ASSERT_TRUE(service.restoreFile(recordOf(cardB, QStringLiteral("IMG_3.jpg"), fromB)));
+        EXPECT_EQ(cards.read(QStringLiteral("B/IMG_3.jpg")), QByteArrayLiteral("from B"));
+    }
+}
+
+TEST(FileDeleteService, ACrossDeviceCopyIsWaitedForEvenWhenThePoolIsBusy)
+{
+    // The restore runs on the pool (the dispatcher puts it there); with every other pool thread busy a copy
+    // handed to the pool would not even start, and a restore that gave up on it would report a failure while
+    // the copy later took the item out of the Trash.
+    TempFolder folder;
+    folder.write(QStringLiteral("far.jpg"), QByteArrayLiteral("pixels"));
+    FileDeleteService::Options options = withoutGio();
+    options.rename = [](const QString&, const QString&) {
+        RenameResult result;
+        result.crossDevice = true;
+        return result;
+    };
+    FileDeleteService service(options);
+    const TrashOutcome outcome = service.moveToTrash(QStringLiteral("far.jpg"), folder.path(), {});
+    ASSERT_TRUE(outcome.ok());
+    QThreadPool* pool = QThreadPool::globalInstance();
+    const int threads = pool->maxThreadCount();
+    pool->setMaxThreadCount(1);
+    std::promise<bool> restored;
+    pool->start([&] {
+        restored.set_value(service.restoreFile(recordOf(folder.path(), QStringLiteral("far.jpg"), outcome)));
+    });
+    const bool ok = restored.get_future().get();
+    pool->setMaxThreadCount(threads);
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(folder.read(QStringLiteral("far.jpg")), QByteArrayLiteral("pixels"));
+    EXPECT_FALSE(QFileInfo::exists(*outcome.trashFilePath));
+}
+
+TEST(FileDeleteService, AnItemInTheHomeTrashComesBackToAnotherVolume)
+{
+    TmpfsMount volume;
+    if (!volume.isMounted())
+        GTEST_SKIP() << qPrintable(volume.whyNot());
+    const QString folder = QDir(volume.path()).filePath(QStringLiteral("card"));
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const QString original = QDir(folder).filePath(QStringLiteral("IMG_9.jpg"));
+    // A trasher that could not use the card's own trash copied the file into the home trash.
+    QString error;
+    ASSERT_TRUE(TrashDirectories::ensure(TrashDirectories::homeTrash(), &error)) << qPrintable(error);
+    const QString item = TrashDirectories::homeTrash() + QStringLiteral("/files/IMG_9.jpg");
+    const QByteArray pixels(3 * 1024 * 1024, 'c');
+    QFile file(item);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(pixels);
+    file.close();
+    QFile info(TrashDirectories::homeTrash() + QStringLiteral("/info/IMG_9.jpg.trashinfo"));
+    ASSERT_TRUE(info.open(QIODevice::WriteOnly));
+    info.write("[Trash Info]\nPath=" + FreedesktopTrash::encodedPath(original) +
+               "\nDeletionDate=2024-05-01T10:00:00\n");
+    info.close();
+
+    FileDeleteService service(withoutGio());
+    LogCapture log;
+    DeletedFileInfo record;
+    record.fileName = QStringLiteral("IMG_9.jpg");
+    record.folderPath = folder;
+    record.trashFileURL = item;
+    ASSERT_TRUE(service.restoreFile(record));
+    QFile back(original);
+    ASSERT_TRUE(back.open(QIODevice::ReadOnly));
+    EXPECT_EQ(back.readAll(), pixels);
+    EXPECT_FALSE(QFileInfo::exists(item));
+    EXPECT_FALSE(info.exists());
+    EXPECT_TRUE(log.contains(QStringLiteral("FileDeleteService - 现代API恢复成功: IMG_9.jpg")));
+}
+
+TEST(FileDeleteService, ABatchFindsItemsNamedOtherwiseAndReportsEachFile)
+{
+    TempFolder folder;
+    const QString kept = folder.write(QStringLiteral("IMG 7.jpg"), QByteArrayLiteral("seven"));
+    folder.write(QStringLiteral("IMG 8.jpg"), QByteArrayLiteral("eight"));
+    FileDeleteService service(withoutGio());
+    ASSERT_TRUE(service.moveToTrash(QStringLiteral("IMG 8.jpg"), folder.path(), {}).ok());
+    // Another trasher's naming: "IMG 7 (2).jpg".
+    QString error;
+    ASSERT_TRUE(TrashDirectories::ensure(TrashDirectories::homeTrash(), &error));
+    ASSERT_TRUE(QFile::rename(kept, TrashDirectories::homeTrash() + QStringLiteral("/files/IMG 7 (2).jpg")));
+    QFile info(TrashDirectories::homeTrash() + QStringLiteral("/info/IMG 7 (2).jpg.trashinfo"));
+    ASSERT_TRUE(info.open(QIODevice::WriteOnly));
+    info.write("[Trash Info]\nPath=" + FreedesktopTrash::encodedPath(kept) +
+               "\nDeletionDate=2024-05-01T10:00:00\n");
+    info.close();
+
+    QList<DeletedFileInfo> records;
+    for (const QString name :
+         {QStringLiteral("IMG 7.jpg"), QStringLiteral("never.jpg"), QStringLiteral("IMG 8.jpg")})
+        records << recordOf(folder.path(), name, {});
+    EXPECT_EQ(service.restoreFiles(records), QList<bool>({true, false, true}));
+    EXPECT_EQ(folder.read(QStringLiteral("IMG 7.jpg")), QByteArrayLiteral("seven"));
+    EXPECT_EQ(folder.read(QStringLiteral("IMG 8.jpg")), QByteArrayLiteral("eight"));
 }

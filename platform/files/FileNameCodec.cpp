@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/files/FileNameCodec.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace lumaro::platform {
+
+namespace {
+
+constexpr char16_t kEscapeBase = 0xDC00; // byte b (0x80…0xFF) ↔ U+DC00 + b
+
+// Length of the valid UTF-8 sequence at `at`, or 0 when the bytes there are not one (overlong forms,
+// surrogates and code points past U+10FFFF are not valid).
+int validSequenceAt(const unsigned char* bytes, qsizetype size, qsizetype at)
+{
+    const unsigned char lead = bytes[at];
+    if (lead < 0x80)
+        return 1;
+    int length = 0;
+    char32_t minimum = 0;
+    char32_t code = 0;
+    if ((lead & 0xE0) == 0xC0) {
+        length = 2, minimum = 0x80, code = lead & 0x1F;
+    } else if ((lead & 0xF0) == 0xE0) {
+        length = 3, minimum = 0x800, code = lead & 0x0F;
+    } else if ((lead & 0xF8) == 0xF0) {
+        length = 4, minimum = 0x10000, code = lead & 0x07;
+    } else {
+        return 0;
+    }
+    if (at + length > size)
+        return 0;
+    for (int i = 1; i < length; ++i) {
+        const unsigned char next = bytes[at + i];
+        if ((next & 0xC0) != 0x80)
+            return 0;
+        code = (code << 6) | (next & 0x3F);
+    }
+    if (code < minimum || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
+        return 0;
+    return length;
+}
+
+// An escape is a lone low surrogate in U+DC80…U+DCFF; one that follows a high surrogate is half of a real
+// character (📷 is U+D83D U+DCF7).
+bool isEscapeAt(const QString& path, qsizetype i)
+{
+    const char16_t c = path.at(i).unicode();
+    return c >= kEscapeBase + 0x80 && c <= kEscapeBase + 0xFF &&
+           (i == 0 || !path.at(i - 1).isHighSurrogate());
+}
+
+std::optional<struct stat> linkStat(const QString& path)
+{
+    struct stat info
+    {
+    };
+    if (::lstat(FileNameCodec::encode(path).constData(), &info) != 0)
+        return std::nullopt;
+    return info;
+}
+
+} // namespace
+
+QString FileNameCodec::decode(const QByteArray& native)
+{
+    const auto* bytes = reinterpret_cast<const unsigned char*>(native.constData());
+    const qsizetype size = native.size();
+    QString out;
+    out.reserve(size);
+    qsizetype runStart = 0;
+    qsizetype at = 0;
+    while (at < size) {
+        const int length = validSequenceAt(bytes, size, at);
+        if (length > 0) {
+            at += length;
+            continue;
+        }
+        out += QString::fromUtf8(native.constData() + runStart, at - runStart);
+        out += QChar(char16_t(kEscapeBase + bytes[at]));
+        runStart = ++at;
+    }
+    if (runStart == 0)
+        return QString::fromUtf8(native);
+    out += QString::fromUtf8(native.constData() + runStart, size - runStart);
+    return out;
+}
+
+QByteArray FileNameCodec::encode(const QString& path)
+{
+    if (!hasRawBytes(path))
+        return path.toUtf8();
+    QByteArray out;
+    out.reserve(path.size() * 3);
+    qsizetype runStart = 0;
+    for (qsizetype i = 0; i < path.size(); ++i) {
+        if (!isEscapeAt(path, i))
+            continue;
+        out += QStringView(path).mid(runStart, i - runStart).toUtf8();
+        out += char(path.at(i).unicode() - kEscapeBase);
+        runStart = i + 1;
+    }
+    out += QStringView(path).mid(runStart).toUtf8();
+    return out;
+}
+
+bool FileNameCodec::isRawByteAt(const QString& path, qsizetype i)
+{
+    return i >= 0 && i < path.size() && isEscapeAt(path, i);
+}
+
+bool FileNameCodec::hasRawBytes(const QString& path)
+{
+    for (qsizetype i = 0; i < path.size(); ++i) {
+        if (isEscapeAt(path, i))
+            return true;
+    }
+    return false;
+}
+
+bool FileNameCodec::exists(const QString& path)
+{
+    return linkStat(path).has_value();
+}
+
+bool FileNameCodec::isFile(const QString& path)
+{
+    struct stat info
+    {
+    };
+    return ::stat(encode(path).constData(), &info) == 0 && S_ISREG(info.st_mode);
+}
+
+bool FileNameCodec::isDirectory(const QString& path)
+{
+    struct stat info
+    {
+    };
+    return ::stat(encode(path).constData(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+bool FileNameCodec::isWritable(const QString& path)
+{
+    return ::access(encode(path).constData(), W_OK) == 0;
+}
+
+int FileNameCodec::openForReading(const QString& path)
+{
+    return ::open(encode(path).constData(), O_RDONLY | O_CLOEXEC);
+}
+
+QByteArray FileNameCodec::readAll(const QString& path, bool* ok, qint64 limit)
+{
+    if (ok)
+        *ok = false;
+    const int fd = openForReading(path);
+    if (fd < 0)
+        return {};
+    QByteArray content;
+    char buffer[64 * 1024];
+    for (;;) {
+        const qint64 want =
+            limit < 0 ? qint64(sizeof buffer) : std::min<qint64>(sizeof buffer, limit - content.size());
+        if (want <= 0)
+            break;
+        const ssize_t got = ::read(fd, buffer, size_t(want));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0) {
+            ::close(fd);
+            return {};
+        }
+        if (got == 0)
+            break;
+        content.append(buffer, got);
+    }
+    ::close(fd);
+    if (ok)
+        *ok = true;
+    return content;
+}
+
+} // namespace lumaro::platform
