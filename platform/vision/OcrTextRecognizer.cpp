@@ -32,10 +32,18 @@ double shareOf(const std::vector<cv::RotatedRect>& boxes, const cv::Size& pictur
 
 } // namespace
 
-OcrTextRecognizer::OcrTextRecognizer(std::unique_ptr<detail::PaddleOcr> lines,
-                                     std::unique_ptr<TesseractTextRecognizer> pages)
-    : m_lines(std::move(lines)), m_pages(std::move(pages))
+OcrTextRecognizer::OcrTextRecognizer(std::unique_ptr<detail::PaddleOcr> lines, PageReaderFactory makePages)
+    : m_lines(std::move(lines)), m_makePages(std::move(makePages))
 {
+}
+
+TesseractTextRecognizer* OcrTextRecognizer::pages()
+{
+    if (!m_pagesMade && m_makePages) {
+        m_pages = m_makePages();
+        m_pagesMade = true;
+    }
+    return m_pages.get();
 }
 
 OcrTextRecognizer::~OcrTextRecognizer() = default;
@@ -55,7 +63,10 @@ TextRecognition OcrTextRecognizer::recognize(const QImage& image)
     } catch (const std::exception& error) {
         return {{}, QString::fromUtf8(error.what())};
     }
-    return m_pages->recognize(image, level, nullptr);
+    TesseractTextRecognizer* reader = pages();
+    if (!reader)
+        return {{}, QStringLiteral("文档文字识别不可用")};
+    return reader->recognize(image, level, nullptr);
 }
 
 TextRecognition OcrTextRecognizer::readLines(const QImage& image)
@@ -67,9 +78,9 @@ TextRecognition OcrTextRecognizer::readLines(const QImage& image)
         result.textShare = shareOf(boxes, bgr.size());
         if (boxes.empty())
             return result;
-        if (m_pages && int(boxes.size()) >= kPageLines && result.textShare >= kPageTextShare) {
+        if (int(boxes.size()) >= kPageLines && result.textShare >= kPageTextShare && pages()) {
             int confidence = 0;
-            TextRecognition page = m_pages->recognize(image, detail::skewFromLines(boxes), &confidence);
+            TextRecognition page = pages()->recognize(image, detail::skewFromLines(boxes), &confidence);
             if (page.error.isEmpty() && confidence >= kTrustedPageConfidence && !page.lines.isEmpty()) {
                 page.textShare = result.textShare;
                 return page;
@@ -100,13 +111,21 @@ std::unique_ptr<TextRecognizer> makeTextRecognizer()
     std::unique_ptr<detail::PaddleOcr> lines;
     if (!detector.isEmpty() && !recogniser.isEmpty() && !keys.isEmpty())
         lines = detail::PaddleOcr::load(detector, recogniser, keys);
-    std::unique_ptr<TesseractTextRecognizer> pages = TesseractTextRecognizer::create();
+    const auto makePages = [] {
+        std::unique_ptr<TesseractTextRecognizer> pages = TesseractTextRecognizer::create();
+        if (!pages)
+            detail::reportMissingModel(QStringLiteral("文档文字识别"),
+                                       QStringLiteral("tesseract-ocr-eng/chi-sim"));
+        return pages;
+    };
+    if (lines)
+        return std::make_unique<OcrTextRecognizer>(std::move(lines), makePages);
+    // Without the line detector Tesseract is the only reader: it must be there from the start.
+    std::unique_ptr<TesseractTextRecognizer> pages = makePages();
     if (!pages)
-        detail::reportMissingModel(QStringLiteral("文档文字识别"),
-                                   QStringLiteral("tesseract-ocr-eng/chi-sim"));
-    if (!lines && !pages)
         return nullptr;
-    return std::make_unique<OcrTextRecognizer>(std::move(lines), std::move(pages));
+    auto made = std::make_shared<std::unique_ptr<TesseractTextRecognizer>>(std::move(pages));
+    return std::make_unique<OcrTextRecognizer>(nullptr, [made] { return std::move(*made); });
 }
 
 } // namespace lumaro::platform

@@ -4,6 +4,7 @@
 
 #include "platform/vision/TextRecognizer.h"
 
+#include <functional>
 #include <memory>
 
 namespace lumaro::platform {
@@ -21,8 +22,10 @@ class PaddleOcr;
 class OcrTextRecognizer final : public TextRecognizer
 {
 public:
-    OcrTextRecognizer(std::unique_ptr<detail::PaddleOcr> lines,
-                      std::unique_ptr<TesseractTextRecognizer> pages);
+    using PageReaderFactory = std::function<std::unique_ptr<TesseractTextRecognizer>()>;
+    // `makePages` is called when the first page needs it (Tesseract's Chinese data is large, and most
+    // photos have no page); it may give nullptr.
+    OcrTextRecognizer(std::unique_ptr<detail::PaddleOcr> lines, PageReaderFactory makePages);
     ~OcrTextRecognizer() override;
 
     TextRecognition recognize(const QImage& image) override;
@@ -36,7 +39,10 @@ public:
 private:
     TextRecognition readLines(const QImage& image);
     std::unique_ptr<detail::PaddleOcr> m_lines;
+    TesseractTextRecognizer* pages();
+    PageReaderFactory m_makePages;
     std::unique_ptr<TesseractTextRecognizer> m_pages;
+    bool m_pagesMade = false;
 };
 
 } // namespace lumaro::platform

@@ -22,7 +22,7 @@ constexpr double kUnclip = 1.5;
 constexpr int kLineHeight = 48;
 constexpr qint64 kMaxModelBytes = 64 << 20;
 // Recogniser input widths: a line is padded up to the next one, so few nets are ever made.
-constexpr int kWidthBuckets[] = {320, 640, 960, 1280, 1920, 2560, 3200};
+constexpr int kWidthBuckets[] = {320, 640, 1280, 2560};
 
 std::optional<QByteArray> readSmallFile(const QString& path)
 {
@@ -87,9 +87,80 @@ cv::Mat lineCrop(const cv::Mat& bgr, const cv::RotatedRect& box)
 
 } // namespace
 
-PaddleOcr::PaddleOcr(QByteArray detector, QByteArray recogniser, QStringList keys)
-    : m_detectorBytes(std::move(detector)), m_recogniserBytes(std::move(recogniser)), m_keys(std::move(keys))
+struct PaddleOcr::Networks
 {
+    struct Guarded
+    {
+        std::mutex lock;
+        cv::dnn::Net net;
+    };
+    QByteArray detectorBytes;
+    QByteArray recogniserBytes;
+    std::mutex mapLock; // guards the two maps; each net has its own lock for its forward passes
+    std::map<std::pair<int, int>, std::unique_ptr<Guarded>> detectors;
+    std::map<int, std::unique_ptr<Guarded>> recognisers;
+
+    Guarded& detectorFor(cv::Size size)
+    {
+        std::lock_guard lock(mapLock);
+        auto& slot = detectors[{size.width, size.height}];
+        if (!slot) {
+            auto made = std::make_unique<Guarded>();
+            made->net = cv::dnn::readNetFromONNX(detectorBytes.constData(), size_t(detectorBytes.size()));
+            slot = std::move(made);
+        }
+        return *slot;
+    }
+
+    Guarded& recogniserFor(int width)
+    {
+        std::lock_guard lock(mapLock);
+        auto& slot = recognisers[width];
+        if (!slot) {
+            auto made = std::make_unique<Guarded>();
+            const QByteArray graph = withInputWidth(recogniserBytes, width);
+            made->net = cv::dnn::readNetFromONNX(graph.constData(), size_t(graph.size()));
+            slot = std::move(made);
+        }
+        return *slot;
+    }
+
+    // The set every live instance shares; made again after the last instance has gone.
+    static std::shared_ptr<Networks> shared(const QByteArray& detector, const QByteArray& recogniser)
+    {
+        static std::mutex lock;
+        static std::weak_ptr<Networks> current;
+        std::lock_guard guard(lock);
+        if (auto existing = current.lock();
+            existing && existing->detectorBytes == detector && existing->recogniserBytes == recogniser)
+            return existing;
+        auto made = std::make_shared<Networks>();
+        made->detectorBytes = detector;
+        made->recogniserBytes = recogniser;
+        current = made;
+        return made;
+    }
+};
+
+PaddleOcr::PaddleOcr(std::shared_ptr<Networks> networks, QStringList keys)
+    : m_networks(std::move(networks)), m_keys(std::move(keys))
+{
+}
+
+cv::Mat PaddleOcr::forward(cv::Size detectorInput, const cv::Mat& blob)
+{
+    Networks::Guarded& guarded = m_networks->detectorFor(detectorInput);
+    std::lock_guard lock(guarded.lock);
+    guarded.net.setInput(blob);
+    return guarded.net.forward().clone();
+}
+
+cv::Mat PaddleOcr::forward(int recogniserWidth, const cv::Mat& blob)
+{
+    Networks::Guarded& guarded = m_networks->recogniserFor(recogniserWidth);
+    std::lock_guard lock(guarded.lock);
+    guarded.net.setInput(blob);
+    return guarded.net.forward().clone();
 }
 
 PaddleOcr::~PaddleOcr() = default;
@@ -113,41 +184,18 @@ std::unique_ptr<PaddleOcr> PaddleOcr::load(const QString& detectorPath, const QS
             dictionary << key;
     }
     dictionary << QStringLiteral(" ");
-    auto ocr = std::unique_ptr<PaddleOcr>(new PaddleOcr(*detector, *recogniser, dictionary));
+    auto ocr =
+        std::unique_ptr<PaddleOcr>(new PaddleOcr(Networks::shared(*detector, *recogniser), dictionary));
     // Both graphs must import here, not halfway through a run.
     try {
-        ocr->detectorFor(cv::Size(kPageLong, kPageShort));
-        ocr->recogniserFor(kWidthBuckets[0]);
+        ocr->m_networks->detectorFor(cv::Size(kPageLong, kPageShort));
+        ocr->m_networks->recogniserFor(kWidthBuckets[0]);
     } catch (const std::exception& error) {
         Log::line(QStringLiteral("VISION_INDEX"),
                   QStringLiteral("❌ 文字模型加载失败: ") + QString::fromUtf8(error.what()));
         return nullptr;
     }
     return ocr;
-}
-
-cv::dnn::Net& PaddleOcr::detectorFor(cv::Size inputSize)
-{
-    const auto key = std::make_pair(inputSize.width, inputSize.height);
-    auto found = m_detectors.find(key);
-    if (found == m_detectors.end())
-        found = m_detectors
-                    .emplace(key, cv::dnn::readNetFromONNX(m_detectorBytes.constData(),
-                                                           size_t(m_detectorBytes.size())))
-                    .first;
-    return found->second;
-}
-
-cv::dnn::Net& PaddleOcr::recogniserFor(int width)
-{
-    auto found = m_recognisers.find(width);
-    if (found == m_recognisers.end()) {
-        const QByteArray graph = withInputWidth(m_recogniserBytes, width);
-        found =
-            m_recognisers.emplace(width, cv::dnn::readNetFromONNX(graph.constData(), size_t(graph.size())))
-                .first;
-    }
-    return found->second;
 }
 
 std::vector<cv::RotatedRect> PaddleOcr::detect(const cv::Mat& bgr)
@@ -162,9 +210,7 @@ std::vector<cv::RotatedRect> PaddleOcr::detect(const cv::Mat& bgr)
     cv::Mat page;
     cv::copyMakeBorder(resized, page, 0, input.height - fitted.height, 0, input.width - fitted.width,
                        cv::BORDER_REPLICATE);
-    cv::dnn::Net& net = detectorFor(input);
-    net.setInput(normalisedBlob(page, {0.485, 0.456, 0.406}, {0.229, 0.224, 0.225}));
-    const cv::Mat out = net.forward();
+    const cv::Mat out = forward(input, normalisedBlob(page, {0.485, 0.456, 0.406}, {0.229, 0.224, 0.225}));
     const cv::Mat probability(out.size[2], out.size[3], CV_32F, const_cast<float*>(out.ptr<float>(0, 0)));
     const cv::Mat mask = probability > kTextThreshold;
     std::vector<std::vector<cv::Point>> contours;
@@ -216,9 +262,8 @@ ReadLine PaddleOcr::read(const cv::Mat& bgr, const cv::RotatedRect& box)
     cv::resize(crop, strip, cv::Size(scaledWidth, kLineHeight), 0, 0, cv::INTER_LINEAR);
     cv::Mat padded(kLineHeight, width, CV_8UC3, cv::Scalar(128, 128, 128));
     strip.copyTo(padded(cv::Rect(0, 0, scaledWidth, kLineHeight)));
-    cv::dnn::Net& net = recogniserFor(width);
-    net.setInput(normalisedBlob(padded, {0.5, 0.5, 0.5}, {0.5, 0.5, 0.5}));
-    const cv::Mat out = net.forward(); // [1, T, classes], before softmax
+    const cv::Mat out =
+        forward(width, normalisedBlob(padded, {0.5, 0.5, 0.5}, {0.5, 0.5, 0.5})); // [1, T, classes]
     const int steps = out.size[1], classes = out.size[2];
     ReadLine line;
     double confidenceSum = 0;

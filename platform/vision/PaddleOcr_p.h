@@ -11,6 +11,7 @@
 
 #include <map>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 namespace lumaro::platform::detail {
@@ -21,9 +22,12 @@ struct ReadLine
     float confidence = 0.f; // mean of the characters' probabilities
 };
 
-// Not thread-safe: one per worker. Works around two faults of OpenCV 4.6 with these graphs: a detector net
-// returns empty maps once it has run at another input size, so each of the two page shapes has its own net;
-// the recogniser's width is fixed when the graph is imported, so one net is kept per width bucket.
+// Each instance is used by one worker at a time; the networks behind it are shared by all instances alive
+// (each net guarded by its own lock), since the detector's maps at page size are the largest memory of the
+// whole analysis: two workers then hold one set, and the set goes when the last instance does. Works around
+// two faults of OpenCV 4.6 with these graphs: a detector net returns empty maps once it has run at another
+// input size, so each of the two page shapes has its own net; the recogniser's width is fixed when the graph
+// is imported, so one net is kept per width bucket.
 class PaddleOcr
 {
 public:
@@ -36,16 +40,15 @@ public:
     // The line inside `box`. Throws cv::Exception.
     ReadLine read(const cv::Mat& bgr, const cv::RotatedRect& box);
 
-private:
-    PaddleOcr(QByteArray detector, QByteArray recogniser, QStringList keys);
-    cv::dnn::Net& detectorFor(cv::Size inputSize);
-    cv::dnn::Net& recogniserFor(int width);
+    struct Networks;
 
-    QByteArray m_detectorBytes;
-    QByteArray m_recogniserBytes;
+private:
+    PaddleOcr(std::shared_ptr<Networks> networks, QStringList keys);
+    cv::Mat forward(cv::Size detectorInput, const cv::Mat& blob);
+    cv::Mat forward(int recogniserWidth, const cv::Mat& blob);
+
+    std::shared_ptr<Networks> m_networks;
     QStringList m_keys; // index 0 = CTC blank, last = space
-    std::map<std::pair<int, int>, cv::dnn::Net> m_detectors;
-    std::map<int, cv::dnn::Net> m_recognisers;
 };
 
 } // namespace lumaro::platform::detail
