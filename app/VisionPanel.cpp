@@ -4,6 +4,7 @@
 #include "app/ToolHost.h"
 
 #include "browse/state/LMRModeState.h"
+#include "platform/NotificationCenter.h"
 #include "vision/VisionIndexReader.h"
 #include "vision/VisionIndexService.h"
 
@@ -19,14 +20,9 @@
 namespace lumaro::app {
 
 VisionPanel::VisionPanel(ToolHost& host, QWidget* parent)
-    : QWidget(parent)
-    , m_host(host)
-    , m_analyseButton(new QPushButton(QStringLiteral("分析此文件夹"), this))
-    , m_cancelButton(new QPushButton(QStringLiteral("取消"), this))
-    , m_progress(new QProgressBar(this))
-    , m_status(new QLabel(this))
-    , m_mark(new QLabel(this))
-    , m_tags(new QPlainTextEdit(this))
+    : QWidget(parent), m_host(host), m_analyseButton(new QPushButton(QStringLiteral("分析此文件夹"), this)),
+      m_cancelButton(new QPushButton(QStringLiteral("取消"), this)), m_progress(new QProgressBar(this)),
+      m_status(new QLabel(this)), m_mark(new QLabel(this)), m_tags(new QPlainTextEdit(this))
 {
     m_status->setWordWrap(true);
     m_mark->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -50,7 +46,68 @@ VisionPanel::VisionPanel(ToolHost& host, QWidget* parent)
     });
     browse::LMRModeState& state = m_host.modeState();
     connect(&state, &browse::LMRModeState::selectionChanged, this, &VisionPanel::showSelection);
-    connect(&state, &browse::LMRModeState::folderChanged, this, &VisionPanel::showSelection);
+    connect(&state, &browse::LMRModeState::folderChanged, this, [this] {
+        forgetIndex();
+        showSelection();
+    });
+    connect(&platform::NotificationCenter::shared(), &platform::NotificationCenter::posted, this,
+            [this](const QString& name, const QVariantMap& info) {
+                if (name == platform::notifications::visionIndexDidUpdate)
+                    takeUpdate(info);
+            });
+    showSelection();
+}
+
+void VisionPanel::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    showSelection();
+}
+
+void VisionPanel::forgetIndex()
+{
+    m_cache.clear();
+    m_cachedFolder.clear();
+    m_loadingFolder.clear();
+    ++m_loadGeneration;
+}
+
+void VisionPanel::loadIndex(const QString& folder)
+{
+    if (m_loadingFolder == folder)
+        return;
+    m_loadingFolder = folder;
+    const quint64 generation = ++m_loadGeneration;
+    QPointer<VisionPanel> self(this);
+    QThreadPool::globalInstance()->start([self, folder, generation] {
+        auto results = vision::VisionIndexReader::latestResults(folder);
+        QMetaObject::invokeMethod(
+            qApp,
+            [self, folder, generation, results = std::move(results)] {
+                if (!self || self->m_loadGeneration != generation)
+                    return;
+                self->m_loadingFolder.clear();
+                self->m_cachedFolder = folder;
+                // Pictures a running analysis reported while the files were read keep their newer result.
+                for (auto it = results.constBegin(); it != results.constEnd(); ++it) {
+                    if (!self->m_cache.contains(it.key()))
+                        self->m_cache.insert(it.key(), it.value());
+                }
+                self->showSelection();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void VisionPanel::takeUpdate(const QVariantMap& info)
+{
+    const std::optional<QString> folder = m_host.modeState().currentFolder();
+    if (!folder || info.value(QStringLiteral("folderPath")).toString() != *folder)
+        return;
+    const auto result = vision::VisionIndexService::resultFromUpdate(info);
+    if (!result)
+        return;
+    m_cache.insert(vision::VisionIndexReader::lookupName(result->fileName), *result);
     showSelection();
 }
 
@@ -90,11 +147,22 @@ void VisionPanel::start()
         options.cancel = cancel.get();
         options.onPictureFinished = [self](const vision::VisionRecognitionResult*, int done, int) {
             QMetaObject::invokeMethod(
-                qApp, [self, done] { if (self) self->m_progress->setValue(done); }, Qt::QueuedConnection);
+                qApp,
+                [self, done] {
+                    if (self)
+                        self->m_progress->setValue(done);
+                },
+                Qt::QueuedConnection);
         };
-        const vision::VisionIndexRunResult run = vision::VisionIndexService::shared().run(path, names, options);
+        const vision::VisionIndexRunResult run =
+            vision::VisionIndexService::shared().run(path, names, options);
         QMetaObject::invokeMethod(
-            qApp, [self, path, run] { if (self) self->finish(path, run); }, Qt::QueuedConnection);
+            qApp,
+            [self, path, run] {
+                if (self)
+                    self->finish(path, run);
+            },
+            Qt::QueuedConnection);
     });
 }
 
@@ -109,9 +177,10 @@ void VisionPanel::finish(const QString& folder, const vision::VisionIndexRunResu
     else if (run.indexPath.isEmpty())
         m_status->setText(QStringLiteral("❌ 索引文件保存失败"));
     else
-        m_status->setText(QStringLiteral("✅ 已分析 %1 张，失败 %2 张").arg(run.results.size()).arg(run.failed));
-    if (folder == m_cachedFolder)
-        m_cachedFolder.clear();
+        m_status->setText(
+            QStringLiteral("✅ 已分析 %1 张，失败 %2 张").arg(run.results.size()).arg(run.failed));
+    if (folder == m_cachedFolder || folder == m_loadingFolder)
+        forgetIndex();
     showSelection();
 }
 
@@ -125,11 +194,16 @@ void VisionPanel::showSelection()
         m_tags->clear();
         return;
     }
-    if (*folder != m_cachedFolder) {
-        m_cache = vision::VisionIndexReader::latestResults(*folder);
-        m_cachedFolder = *folder;
+    const auto found =
+        m_cache.constFind(vision::VisionIndexReader::lookupName(state.imageFiles().at(*index)));
+    if (*folder != m_cachedFolder && found == m_cache.constEnd()) {
+        // Read lazily: a hidden panel never touches the folder's index files.
+        if (isVisible())
+            loadIndex(*folder);
+        m_mark->setText(isVisible() ? QStringLiteral("正在读取分析结果…") : QStringLiteral("—"));
+        m_tags->clear();
+        return;
     }
-    const auto found = m_cache.constFind(state.imageFiles().at(*index));
     if (found == m_cache.constEnd()) {
         m_mark->setText(QStringLiteral("尚未分析"));
         m_tags->clear();

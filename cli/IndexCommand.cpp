@@ -30,7 +30,8 @@ QString markSummary(const vision::VisionIndexRunResult& run)
     for (const vision::VisionRecognitionResult& r : run.results)
         ++counts[r.classificationMark];
     QList<std::pair<QString, int>> ordered(counts.keyValueBegin(), counts.keyValueEnd());
-    std::stable_sort(ordered.begin(), ordered.end(), [](const auto& a, const auto& b) { return a.second > b.second; });
+    std::stable_sort(ordered.begin(), ordered.end(),
+                     [](const auto& a, const auto& b) { return a.second > b.second; });
     QStringList parts;
     for (const auto& [mark, count] : ordered)
         parts << mark + QLatin1Char(' ') + QString::number(count);
@@ -44,26 +45,28 @@ QString markSummary(const vision::VisionIndexRunResult& run)
 
 QString perfLine(const vision::VisionIndexRunResult& run, double wallSeconds)
 {
-    return QStringLiteral("PERF-VISION_INDEX: %1 张, 总计 %2 s, 解码 %3 s, 分类 %4 s, 人脸 %5 s, 文字 %6 s (各阶段为所有线程之和)")
-        .arg(run.total)
-        .arg(wallSeconds, 0, 'f', 3)
-        .arg(run.decodeSeconds, 0, 'f', 3)
-        .arg(run.classificationSeconds, 0, 'f', 3)
-        .arg(run.facesSeconds, 0, 'f', 3)
-        .arg(run.textSeconds, 0, 'f', 3);
+    const auto seconds = [](double value) { return QString::number(value, 'f', 3); };
+    return QStringLiteral(
+               "PERF-VISION_INDEX: %1 张, 总计 %2 s, 解码 %3 s, 分类 %4 s, 物体 %5 s, 人物 %6 s, 人脸 %7 s, "
+               "插画 %8 s, 文字 %9 s (各阶段为所有线程之和)")
+        .arg(QString::number(run.total), seconds(wallSeconds), seconds(run.decodeSeconds),
+             seconds(run.classificationSeconds), seconds(run.objectsSeconds), seconds(run.peopleSeconds),
+             seconds(run.facesSeconds), seconds(run.drawingSeconds), seconds(run.textSeconds));
 }
 
 } // namespace
 
 int runIndex(const QStringList& arguments)
 {
-    CommandLine line(QStringLiteral("index"),
-                     QStringLiteral("Analyse the pictures of FOLDER (scene classification, faces, text) and write "
-                                    "_index/vision_index_*.json and _index/vision_summary_*.json."));
+    CommandLine line(
+        QStringLiteral("index"),
+        QStringLiteral("Analyse the pictures of FOLDER (scene classification, faces, text) and write "
+                       "_index/vision_index_*.json and _index/vision_summary_*.json."));
     line.addPositional(QStringLiteral("FOLDER"), QStringLiteral("The folder to analyse."));
     line.addJsonOption();
-    line.addOption({QStringLiteral("jobs"), QStringLiteral("Analyse N pictures at a time (default: by picture and "
-                                                           "processor count)."),
+    line.addOption({QStringLiteral("jobs"),
+                    QStringLiteral("Analyse N pictures at a time (default: by picture and "
+                                   "processor count)."),
                     QStringLiteral("N")});
     if (const auto stop = line.parse(arguments))
         return *stop;
@@ -87,8 +90,11 @@ int runIndex(const QStringList& arguments)
     ProgressBar progress(QStringLiteral("Analysing"), names.size());
     vision::VisionIndexRunOptions options;
     options.jobs = jobs;
-    // The service calls this from its workers one at a time, so the bar is never drawn by two threads at once.
-    options.onPictureFinished = [&progress](const vision::VisionRecognitionResult*, int, int) { progress.advance(); };
+    // The service calls this from its workers one at a time, so the bar is never drawn by two threads at
+    // once.
+    options.onPictureFinished = [&progress](const vision::VisionRecognitionResult*, int, int) {
+        progress.advance();
+    };
     QElapsedTimer wall;
     wall.start();
     const vision::VisionIndexRunResult run = vision::VisionIndexService::shared().run(folder, names, options);
@@ -96,10 +102,11 @@ int runIndex(const QStringList& arguments)
     platform::Log::raw(perfLine(run, double(wall.nsecsElapsed()) / 1e9));
 
     if (run.indexFolderRefused)
-        return line.fail(QStringLiteral("cannot write into %1 (a file named _index is in the way, or the folder is "
-                                        "read-only); nothing was written")
-                             .arg(QDir(folder).filePath(QStringLiteral("_index"))),
-                         exitUsage);
+        return line.fail(
+            QStringLiteral("cannot write into %1 (a file named _index is in the way, or the folder is "
+                           "read-only); nothing was written")
+                .arg(QDir(folder).filePath(QStringLiteral("_index"))),
+            exitUsage);
     QTextStream& out = standardOutput();
     if (line.json()) {
         QJsonObject marks;

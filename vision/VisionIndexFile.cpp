@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "vision/VisionIndexFile.h"
 
+#include "platform/RegularFileReader.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -38,8 +40,8 @@ QStringList strings(const QJsonValue& value)
 
 bool isSafeName(const QString& name)
 {
-    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && name != QLatin1String(".")
-        && name != QLatin1String("..");
+    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && name != QLatin1String(".") &&
+           name != QLatin1String("..");
 }
 
 } // namespace
@@ -82,18 +84,22 @@ bool VisionIndexFile::write(const QString& path, const VisionIndexFileData& data
     return writeJsonAtomically(path, toJson(data), error);
 }
 
-std::optional<VisionIndexFileData> VisionIndexFile::read(const QString& path)
+std::optional<VisionIndexFileData> VisionIndexFile::read(const QString& path, QString* error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    const std::optional<QByteArray> bytes = platform::RegularFileReader::read(path, kMaxBytes, error);
+    if (!bytes)
         return std::nullopt;
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
+    QJsonParseError parseError{};
+    const QJsonDocument document = QJsonDocument::fromJson(*bytes, &parseError);
+    if (error && parseError.error != QJsonParseError::NoError)
+        *error = parseError.errorString();
     if (!document.isObject())
         return std::nullopt;
     const QJsonObject root = document.object();
     VisionIndexFileData data;
     data.sourceFolderPath = root.value(QStringLiteral("sourceFolderPath")).toString();
-    data.generatedAt = QDateTime::fromString(root.value(QStringLiteral("generatedAt")).toString(), Qt::ISODate);
+    data.generatedAt =
+        QDateTime::fromString(root.value(QStringLiteral("generatedAt")).toString(), Qt::ISODate);
     for (const QJsonValue& value : root.value(QStringLiteral("results")).toArray()) {
         const QJsonObject o = value.toObject();
         VisionRecognitionResult r;

@@ -28,9 +28,13 @@ public:
     static QJsonObject toJson(const VisionIndexFileData& data);
     // false with the reason in `error` when the file cannot be written.
     static bool write(const QString& path, const VisionIndexFileData& data, QString* error = nullptr);
-    // nullopt when the file is missing or not a JSON object. Entries whose "fileName" holds "/" or is "."
-    // or ".." are skipped: names read from a file are never trusted as paths.
-    static std::optional<VisionIndexFileData> read(const QString& path);
+    // nullopt (the reason in `error`) when the file is missing, not a regular file (a FIFO, a link to a
+    // device), larger than kMaxBytes, or not a JSON object. Entries whose "fileName" holds "/" or is "." or
+    // ".." are skipped: names read from a file are never trusted as paths.
+    static std::optional<VisionIndexFileData> read(const QString& path, QString* error = nullptr);
+
+    // Far above a real run's file (about 1 KB per picture), far below what would hurt to parse.
+    static constexpr qint64 kMaxBytes = 64LL << 20;
 };
 
 // Writes a JSON document through QSaveFile; false with the reason in `error`.

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "vision/VisionIndexReader.h"
 
+#include "vision/GroupPrefix.h"
 #include "vision/IndexFolder.h"
+#include "vision/IndexRunOrder.h"
 #include "vision/VisionIndexFile.h"
 
 #include <QDateTime>
@@ -28,19 +30,19 @@ std::vector<Run> runsNewestFirst(const QString& pictureFolder, QStringList* unre
         else if (unreadable)
             *unreadable << path;
     }
-    std::stable_sort(runs.begin(), runs.end(), [](const Run& a, const Run& b) {
-        const bool aDated = a.data.generatedAt.isValid();
-        const bool bDated = b.data.generatedAt.isValid();
-        if (aDated != bDated)
-            return aDated;
-        if (aDated && a.data.generatedAt != b.data.generatedAt)
-            return a.data.generatedAt > b.data.generatedAt;
-        return a.path > b.path;
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    std::stable_sort(runs.begin(), runs.end(), [&now](const Run& a, const Run& b) {
+        return IndexRunOrder::isNewer({a.path, a.data.generatedAt}, {b.path, b.data.generatedAt}, now);
     });
     return runs;
 }
 
 } // namespace
+
+QString VisionIndexReader::lookupName(const QString& fileName)
+{
+    return GroupPrefix::stripped(fileName);
+}
 
 QStringList VisionIndexReader::indexFilesNewestFirst(const QString& pictureFolder)
 {
@@ -50,12 +52,13 @@ QStringList VisionIndexReader::indexFilesNewestFirst(const QString& pictureFolde
     return paths;
 }
 
-std::optional<VisionRecognitionResult> VisionIndexReader::resultFor(const QString& pictureFolder,
-                                                                    const QString& fileName, QStringList* unreadable)
+std::optional<VisionRecognitionResult>
+VisionIndexReader::resultFor(const QString& pictureFolder, const QString& fileName, QStringList* unreadable)
 {
+    const QString wanted = lookupName(fileName);
     for (const Run& run : runsNewestFirst(pictureFolder, unreadable)) {
         for (const VisionRecognitionResult& result : run.data.results) {
-            if (result.fileName == fileName)
+            if (lookupName(result.fileName) == wanted)
                 return result;
         }
     }
@@ -67,8 +70,9 @@ QHash<QString, VisionRecognitionResult> VisionIndexReader::latestResults(const Q
     QHash<QString, VisionRecognitionResult> latest;
     for (const Run& run : runsNewestFirst(pictureFolder)) {
         for (const VisionRecognitionResult& result : run.data.results) {
-            if (!latest.contains(result.fileName))
-                latest.insert(result.fileName, result);
+            const QString key = lookupName(result.fileName);
+            if (!latest.contains(key))
+                latest.insert(key, result);
         }
     }
     return latest;

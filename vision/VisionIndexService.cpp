@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QSemaphore>
 #include <QThread>
 #include <QThreadPool>
@@ -54,28 +55,73 @@ private:
     int m_pending = 0;
 };
 
-void postDidUpdateOnMainThread(const QString& folder, const QString& filePath)
+// The analysers of one run: made on first need up to a limit, handed to one worker at a time, and all
+// destroyed with the run.
+class AnalyzerPool
+{
+public:
+    AnalyzerPool(VisionIndexService::AnalyzerFactory make, int limit)
+        : m_make(std::move(make)), m_limit(limit)
+    {
+    }
+
+    std::unique_ptr<VisionPictureAnalyzer> take()
+    {
+        std::unique_lock lock(m_mutex);
+        m_returned.wait(lock, [this] { return !m_idle.empty() || m_made < m_limit; });
+        if (!m_idle.empty()) {
+            auto analyzer = std::move(m_idle.back());
+            m_idle.pop_back();
+            return analyzer;
+        }
+        ++m_made;
+        lock.unlock();
+        return m_make();
+    }
+
+    void give(std::unique_ptr<VisionPictureAnalyzer> analyzer)
+    {
+        std::lock_guard lock(m_mutex);
+        if (analyzer)
+            m_idle.push_back(std::move(analyzer));
+        else
+            --m_made; // a factory that failed may be tried again by the next picture
+        m_returned.notify_one();
+    }
+
+private:
+    VisionIndexService::AnalyzerFactory m_make;
+    const int m_limit;
+    std::mutex m_mutex;
+    std::condition_variable m_returned;
+    std::vector<std::unique_ptr<VisionPictureAnalyzer>> m_idle;
+    int m_made = 0;
+};
+
+void postDidUpdateOnMainThread(const QVariantMap& info)
 {
     QCoreApplication* app = QCoreApplication::instance();
     if (!app)
         return;
-    const QVariantMap info{{QStringLiteral("folderPath"), folder}, {QStringLiteral("filePath"), filePath}};
     QMetaObject::invokeMethod(
-        app, [info] { platform::NotificationCenter::shared().post(platform::notifications::visionIndexDidUpdate, info); },
+        app,
+        [info] {
+            platform::NotificationCenter::shared().post(platform::notifications::visionIndexDidUpdate, info);
+        },
         Qt::QueuedConnection);
 }
 
 bool isSafeName(const QString& name)
 {
-    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && name != QLatin1String(".")
-        && name != QLatin1String("..");
+    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && name != QLatin1String(".") &&
+           name != QLatin1String("..");
 }
 
 } // namespace
 
 VisionIndexService::VisionIndexService(AnalyzerFactory makeAnalyzer, int processorCount)
-    : m_makeAnalyzer(std::move(makeAnalyzer))
-    , m_processorCount(processorCount > 0 ? processorCount : QThread::idealThreadCount())
+    : m_makeAnalyzer(std::move(makeAnalyzer)),
+      m_processorCount(processorCount > 0 ? processorCount : QThread::idealThreadCount())
 {
 }
 
@@ -96,25 +142,40 @@ int VisionIndexService::concurrencyLimit(qsizetype pictureCount, int processorCo
     return std::min(std::max(processorCount, 6), 12);
 }
 
-std::unique_ptr<VisionPictureAnalyzer> VisionIndexService::takeAnalyzer()
+QVariantMap VisionIndexService::didUpdateInfo(const QString& folder, const QString& filePath,
+                                              const VisionRecognitionResult* result)
 {
-    {
-        std::lock_guard lock(m_idleMutex);
-        if (!m_idle.empty()) {
-            auto analyzer = std::move(m_idle.back());
-            m_idle.pop_back();
-            return analyzer;
-        }
+    QVariantMap info{{QStringLiteral("folderPath"), folder}, {QStringLiteral("filePath"), filePath}};
+    if (result) {
+        info.insert(QStringLiteral("classification"), result->classificationMark);
+        info.insert(QStringLiteral("objects"), result->recognizedObjects);
+        info.insert(QStringLiteral("scene"), result->sceneClassification);
+        info.insert(QStringLiteral("text"), result->recognizedText);
+        info.insert(QStringLiteral("pixelWidth"), result->pixelWidth);
+        info.insert(QStringLiteral("pixelHeight"), result->pixelHeight);
     }
-    return m_makeAnalyzer();
+    return info;
 }
 
-void VisionIndexService::returnAnalyzer(std::unique_ptr<VisionPictureAnalyzer> analyzer)
+std::optional<VisionRecognitionResult> VisionIndexService::resultFromUpdate(const QVariantMap& info)
 {
-    if (!analyzer)
-        return;
-    std::lock_guard lock(m_idleMutex);
-    m_idle.push_back(std::move(analyzer));
+    if (!info.contains(QStringLiteral("classification")))
+        return std::nullopt;
+    VisionRecognitionResult result;
+    result.filePath = info.value(QStringLiteral("filePath")).toString();
+    result.fileName = QFileInfo(result.filePath).fileName();
+    result.classificationMark = info.value(QStringLiteral("classification")).toString();
+    result.recognizedObjects = info.value(QStringLiteral("objects")).toStringList();
+    result.sceneClassification = info.value(QStringLiteral("scene")).toStringList();
+    result.recognizedText = info.value(QStringLiteral("text")).toStringList();
+    result.pixelWidth = info.value(QStringLiteral("pixelWidth")).toInt();
+    result.pixelHeight = info.value(QStringLiteral("pixelHeight")).toInt();
+    return result;
+}
+
+int VisionIndexService::analyzerLimit(int admissionLimit, int processorCount)
+{
+    return std::max(1, std::min(admissionLimit, processorCount));
 }
 
 VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStringList& fileNames,
@@ -130,17 +191,20 @@ VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStrin
     outcome.total = int(names.size());
     const int limit = options.jobs > 0 ? options.jobs : concurrencyLimit(names.size(), m_processorCount);
     Log::line(kTag, QStringLiteral("图像数量: ") + QString::number(names.size()));
-    Log::line(kTag, QStringLiteral("并发数设置: ") + QString::number(limit) + QStringLiteral(" (CPU核心数: ")
-                        + QString::number(m_processorCount) + QLatin1Char(')'));
+    Log::line(kTag, QStringLiteral("并发数设置: ") + QString::number(limit) +
+                        QStringLiteral(" (CPU核心数: ") + QString::number(m_processorCount) +
+                        QLatin1Char(')'));
 
     // Checked before the work as well as before writing: a run whose files could not be kept is not started.
-    if (!IndexFolder::ensure(folderPath, kTag)) {
+    // Nothing is created yet, so a cancelled run leaves the folder as it found it.
+    if (IndexFolder::isBlocked(folderPath, kTag)) {
         outcome.indexFolderRefused = true;
         return outcome;
     }
     const QString stamp = VisionIndexNaming::runStamp(QDateTime::currentDateTime());
 
     VisionStageTimes times;
+    AnalyzerPool analyzers(m_makeAnalyzer, analyzerLimit(limit, m_processorCount));
     QSemaphore admission(limit);
     TaskGroup group;
     std::mutex resultsMutex;
@@ -156,11 +220,11 @@ VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStrin
         group.enter();
         pool.start([&, name] {
             const QString path = QDir(folderPath).filePath(name);
-            std::unique_ptr<VisionPictureAnalyzer> analyzer = takeAnalyzer();
+            std::unique_ptr<VisionPictureAnalyzer> analyzer = analyzers.take();
             std::optional<VisionRecognitionResult> result;
             if (analyzer)
                 result = analyzer->analyze(path, &times);
-            returnAnalyzer(std::move(analyzer));
+            analyzers.give(std::move(analyzer));
             {
                 std::lock_guard lock(resultsMutex);
                 if (result)
@@ -173,7 +237,7 @@ VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStrin
                 if (options.onPictureFinished)
                     options.onPictureFinished(result ? &*result : nullptr, done, outcome.total);
             }
-            postDidUpdateOnMainThread(folderPath, path);
+            postDidUpdateOnMainThread(didUpdateInfo(folderPath, path, result ? &*result : nullptr));
             admission.release();
             group.leave();
         });
@@ -181,7 +245,10 @@ VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStrin
     group.wait();
     outcome.decodeSeconds = double(times.decode.load()) / 1e9;
     outcome.classificationSeconds = double(times.classification.load()) / 1e9;
+    outcome.objectsSeconds = double(times.objects.load()) / 1e9;
+    outcome.peopleSeconds = double(times.people.load()) / 1e9;
     outcome.facesSeconds = double(times.faces.load()) / 1e9;
+    outcome.drawingSeconds = double(times.drawing.load()) / 1e9;
     outcome.textSeconds = double(times.text.load()) / 1e9;
     if (outcome.cancelled) {
         Log::line(kTag, QStringLiteral("已取消，未写入索引文件"));

@@ -9,11 +9,13 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <QVariantMap>
 
 #include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace lumaro::vision {
@@ -34,15 +36,18 @@ struct VisionIndexRunResult
     int total = 0;
     int failed = 0;
     bool cancelled = false;
-    bool indexFolderRefused = false; // `_index` exists but is not a folder, or cannot be made
+    bool indexFolderRefused = false;        // `_index` exists but is not a folder, or cannot be made
     QList<VisionRecognitionResult> results; // in the order the pictures finished
-    double decodeSeconds = 0, classificationSeconds = 0, facesSeconds = 0, textSeconds = 0;
+    // CPU-side seconds per stage, summed over all workers.
+    double decodeSeconds = 0, classificationSeconds = 0, objectsSeconds = 0, peopleSeconds = 0,
+           facesSeconds = 0, drawingSeconds = 0, textSeconds = 0;
 };
 
 // run() blocks its caller (call it off the main thread in the app); one run at a time per service. A
 // picture that fails is logged, counted and left out; the run never stops half-way. A cancelled run writes
-// nothing, so the newest index file stays a complete one. "VisionIndexDidUpdate" is posted on the main thread
-// after each picture, when there is an application object.
+// nothing at all (no `_index` folder, no `.hidden` entry), so the newest index file stays a complete one.
+// The analysers (and their models) live only as long as the run. "VisionIndexDidUpdate" is posted on the main
+// thread after each picture, when there is an application object.
 class VisionIndexService
 {
 public:
@@ -61,15 +66,20 @@ public:
     // Pictures analysed at a time for a run of `pictureCount` pictures on `processorCount` processors.
     static int concurrencyLimit(qsizetype pictureCount, int processorCount);
 
-private:
-    std::unique_ptr<VisionPictureAnalyzer> takeAnalyzer();
-    void returnAnalyzer(std::unique_ptr<VisionPictureAnalyzer> analyzer);
+    // Analysers made for a run of this admission limit: no more than there are processors to keep busy,
+    // since each holds every model (the semaphore admits pictures; an admitted picture waits for a free one).
+    static int analyzerLimit(int admissionLimit, int processorCount);
 
+    // The user info of "VisionIndexDidUpdate" for one finished picture ("folderPath", "filePath" and, when it
+    // was analysed, its mark and labels), so a view refreshes that picture before the run's file is written.
+    static QVariantMap didUpdateInfo(const QString& folder, const QString& filePath,
+                                     const VisionRecognitionResult* result);
+    // The picture's result carried by such an info; nullopt when the picture failed.
+    static std::optional<VisionRecognitionResult> resultFromUpdate(const QVariantMap& info);
+
+private:
     AnalyzerFactory m_makeAnalyzer;
     int m_processorCount;
-    std::mutex m_idleMutex;
-    // Analysers are kept between runs: making one loads the models, the slow part of a small run.
-    std::vector<std::unique_ptr<VisionPictureAnalyzer>> m_idle;
 };
 
 } // namespace lumaro::vision

@@ -2,7 +2,10 @@
 #include "vision/VisionMarkLoader.h"
 
 #include "platform/Log.h"
+#include "platform/RegularFileReader.h"
 #include "vision/IndexFolder.h"
+#include "vision/IndexRunOrder.h"
+#include "vision/VisionIndexFile.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -29,43 +32,36 @@ struct IndexRun
 
 std::optional<IndexRun> readRun(const QString& path, const QString& logTag)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        Log::line(logTag, QStringLiteral("无法读取 Vision 索引文件: ") + path + QStringLiteral(" (") + file.errorString()
-                              + QLatin1Char(')'));
+    QString readError;
+    const std::optional<QByteArray> bytes =
+        platform::RegularFileReader::read(path, VisionIndexFile::kMaxBytes, &readError);
+    if (!bytes) {
+        Log::line(logTag, QStringLiteral("无法读取 Vision 索引文件: ") + path + QStringLiteral(" (") +
+                              readError + QLatin1Char(')'));
         return std::nullopt;
     }
     QJsonParseError error{};
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    const QJsonDocument document = QJsonDocument::fromJson(*bytes, &error);
     if (error.error != QJsonParseError::NoError || !document.isObject()) {
         const QString reason = error.error != QJsonParseError::NoError ? error.errorString()
-                                                                         : QStringLiteral("not a JSON object");
-        Log::line(logTag, QStringLiteral("Vision 索引文件格式错误，已跳过: ") + path + QStringLiteral(" (") + reason
-                              + QLatin1Char(')'));
+                                                                       : QStringLiteral("not a JSON object");
+        Log::line(logTag, QStringLiteral("Vision 索引文件格式错误，已跳过: ") + path + QStringLiteral(" (") +
+                              reason + QLatin1Char(')'));
         return std::nullopt;
     }
     const QJsonObject root = document.object();
-    IndexRun run{path, QDateTime::fromString(root.value(QStringLiteral("generatedAt")).toString(), Qt::ISODateWithMs),
-                 root.value(QStringLiteral("results")).toArray()};
+    IndexRun run{
+        path, QDateTime::fromString(root.value(QStringLiteral("generatedAt")).toString(), Qt::ISODateWithMs),
+        root.value(QStringLiteral("results")).toArray()};
     return run;
-}
-
-// Oldest first, so that applying the runs in order lets the newest one's marks stand.
-bool isOlder(const IndexRun& a, const IndexRun& b)
-{
-    if (a.generatedAt.isValid() != b.generatedAt.isValid())
-        return !a.generatedAt.isValid();
-    if (a.generatedAt.isValid() && a.generatedAt != b.generatedAt)
-        return a.generatedAt < b.generatedAt;
-    return QFileInfo(a.path).fileName() < QFileInfo(b.path).fileName();
 }
 
 } // namespace
 
 bool VisionMarkLoader::isSafeFileName(const QString& name)
 {
-    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && name != QLatin1String(".")
-        && name != QLatin1String("..");
+    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && name != QLatin1String(".") &&
+           name != QLatin1String("..");
 }
 
 std::optional<VisionMarks> VisionMarkLoader::load(const QString& pictureFolder, const QString& logTag)
@@ -77,7 +73,11 @@ std::optional<VisionMarks> VisionMarkLoader::load(const QString& pictureFolder, 
     }
     if (runs.empty())
         return std::nullopt;
-    std::stable_sort(runs.begin(), runs.end(), isOlder);
+    // Oldest first, so that applying the runs in order lets the newest one's marks stand.
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    std::stable_sort(runs.begin(), runs.end(), [&now](const IndexRun& a, const IndexRun& b) {
+        return IndexRunOrder::isNewer({b.path, b.generatedAt}, {a.path, a.generatedAt}, now);
+    });
 
     VisionMarks marks;
     for (const IndexRun& run : runs) {

@@ -13,13 +13,12 @@ namespace lumaro::vision {
 struct VisionMarks
 {
     QHash<QString, QString> markByFileName;
-    int resultCount = 0;      // results read over all index files, with or without a usable mark
-    QStringList indexFiles;   // the files read, oldest run first
+    int resultCount = 0;    // results read over all index files, with or without a usable mark
+    QStringList indexFiles; // the files read, oldest run first
 };
 
-// Blocking; any thread. When several runs exist, a file's mark from the newest run wins: runs are ordered by
-// their "generatedAt" time, a run whose time is missing or unreadable counts as older than any dated run, and
-// runs with equal or missing times keep the order of their file names (whose stamp grows with the run time).
+// Blocking; any thread. When several runs exist, a file's mark from the newest run wins, in IndexRunOrder
+// (a run dated in the future never wins). Only regular files up to VisionIndexFile::kMaxBytes are read.
 // A file that is not a JSON object is logged and skipped. A "fileName" containing "/" or equal to "." or ".."
 // is never taken as a name; an entry without a string "classification" gives no mark.
 class VisionMarkLoader

@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "vision/VisionPictureAnalyzer.h"
 
+#include "vision/PictureLabeler.h"
+#include "vision/ScreenCaptureEvidence.h"
 #include "vision/VisionClassificationEngine.h"
 
 #include "platform/Log.h"
+#include "platform/picture/FittedSize.h"
 #include "platform/vision/AnalysisImage.h"
+#include "platform/vision/CenterNetObjectDetector.h"
+#include "platform/vision/MoveNetMultiPoseDetector.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -19,35 +24,58 @@ using platform::SceneObservation;
 namespace {
 
 const QString kTag = QStringLiteral("VISION_INDEX");
-// What the face detector's finding is called among the classifier's identifiers; a people word.
-const QString kPersonIdentifier = QStringLiteral("person");
 
-void addTime(std::atomic<qint64>* counter, const QElapsedTimer& timer)
+// Times one backend call into its stage counter.
+class StageTimer
 {
-    if (counter)
-        counter->fetch_add(timer.nsecsElapsed(), std::memory_order_relaxed);
+public:
+    explicit StageTimer(std::atomic<qint64>* counter) : m_counter(counter) { m_timer.start(); }
+    ~StageTimer()
+    {
+        if (m_counter)
+            m_counter->fetch_add(m_timer.nsecsElapsed(), std::memory_order_relaxed);
+    }
+
+private:
+    std::atomic<qint64>* m_counter;
+    QElapsedTimer m_timer;
+};
+
+std::atomic<qint64>* stage(VisionStageTimes* times, std::atomic<qint64> VisionStageTimes::*member)
+{
+    return times ? &(times->*member) : nullptr;
+}
+
+void logBackendError(const QString& what, const QString& error)
+{
+    Log::line(kTag, what + error);
 }
 
 } // namespace
 
-VisionPictureAnalyzer::VisionPictureAnalyzer(std::unique_ptr<platform::SceneClassifier> classifier,
-                                             std::unique_ptr<platform::TextRecognizer> recognizer,
-                                             std::unique_ptr<platform::FaceDetector> faces)
-    : m_classifier(std::move(classifier))
-    , m_recognizer(std::move(recognizer))
-    , m_faces(std::move(faces))
+VisionBackends VisionBackends::installed()
 {
+    VisionBackends backends;
+    backends.classifier = platform::makeSceneClassifier();
+    backends.recognizer = platform::makeTextRecognizer();
+    backends.faces = platform::makeFaceDetector();
+    backends.people = platform::MoveNetMultiPoseDetector::installed();
+    backends.objects = platform::CenterNetObjectDetector::installed();
+    backends.drawing = platform::makeDrawingClassifier();
+    return backends;
 }
+
+VisionPictureAnalyzer::VisionPictureAnalyzer(VisionBackends backends) : m_backends(std::move(backends)) {}
 
 VisionPictureAnalyzer::~VisionPictureAnalyzer() = default;
 
 std::unique_ptr<VisionPictureAnalyzer> VisionPictureAnalyzer::withInstalledModels()
 {
-    return std::make_unique<VisionPictureAnalyzer>(platform::makeSceneClassifier(), platform::makeTextRecognizer(),
-                                                   platform::makeFaceDetector());
+    return std::make_unique<VisionPictureAnalyzer>(VisionBackends::installed());
 }
 
-std::vector<SceneObservation> VisionPictureAnalyzer::keptObservations(const std::vector<SceneObservation>& observations)
+std::vector<SceneObservation>
+VisionPictureAnalyzer::keptObservations(const std::vector<SceneObservation>& observations)
 {
     std::vector<SceneObservation> kept;
     const size_t considered = std::min<size_t>(observations.size(), kMaxObservations);
@@ -58,52 +86,94 @@ std::vector<SceneObservation> VisionPictureAnalyzer::keptObservations(const std:
     return kept;
 }
 
-std::optional<std::vector<SceneObservation>> VisionPictureAnalyzer::classify(const QImage& image,
-                                                                             VisionStageTimes* times)
+std::optional<std::vector<platform::FaceBox>> VisionPictureAnalyzer::facesIn(const QImage& image,
+                                                                           VisionStageTimes* times)
 {
-    std::vector<SceneObservation> observations;
-    if (m_classifier) {
-        QElapsedTimer timer;
-        timer.start();
-        platform::SceneClassification classified = m_classifier->classify(image);
-        addTime(times ? &times->classification : nullptr, timer);
-        if (classified.error.isEmpty())
-            observations = std::move(classified.observations);
-        else
-            Log::line(kTag, QStringLiteral("场景分类错误: ") + classified.error);
+    if (!m_backends.faces)
+        return std::vector<platform::FaceBox>{};
+    StageTimer timer(stage(times, &VisionStageTimes::faces));
+    // fittedSize keeps both sides at least one pixel, so a panorama strip never reaches the detector empty.
+    const QImage small = image.scaled(platform::fittedSize(image.size(), kFaceSide), Qt::IgnoreAspectRatio,
+                                      Qt::SmoothTransformation);
+    platform::FaceDetection found = m_backends.faces->detect(small);
+    if (!found.error.isEmpty()) {
+        Log::line(kTag, QStringLiteral("执行 Vision 请求失败: ") + found.error);
+        return std::nullopt;
     }
-    // The ImageNet classifier has no class for people: a portrait comes back as "suit" or "wig" at best and
-    // could never reach a people mark. The face detector fills that gap, reporting a person as one more
-    // observation with its own score, ranked among the classifier's by confidence.
-    if (m_faces) {
-        QElapsedTimer timer;
-        timer.start();
-        const platform::FaceDetection found = m_faces->detect(image);
-        addTime(times ? &times->faces : nullptr, timer);
-        if (!found.error.isEmpty()) {
-            // The detector could not look at the picture at all, so "no person" would be a guess.
-            Log::line(kTag, QStringLiteral("执行 Vision 请求失败: ") + found.error);
-            return std::nullopt;
-        }
-        if (!found.faces.empty()) {
-            observations.push_back({kPersonIdentifier, found.faces.front().score});
-            std::stable_sort(observations.begin(), observations.end(),
-                             [](const SceneObservation& a, const SceneObservation& b) {
-                                 return a.confidence > b.confidence;
-                             });
-        }
+    const double scaleX = double(image.width()) / small.width();
+    const double scaleY = double(image.height()) / small.height();
+    for (platform::FaceBox& face : found.faces) {
+        face.box = QRectF(face.box.x() * scaleX, face.box.y() * scaleY, face.box.width() * scaleX,
+                          face.box.height() * scaleY);
     }
-    return observations;
+    return std::move(found.faces);
 }
 
-std::optional<VisionRecognitionResult> VisionPictureAnalyzer::analyze(const QString& filePath, VisionStageTimes* times)
+std::optional<PictureSignals> VisionPictureAnalyzer::signalsOf(const QString& filePath, const QImage& image,
+                                                const QSize& pixelSize, VisionStageTimes* times)
 {
-    QElapsedTimer decodeTimer;
-    decodeTimer.start();
+    PictureSignals s;
+    s.pixelSize = pixelSize;
+    s.analysedSize = image.size();
+    if (m_backends.classifier) {
+        StageTimer timer(stage(times, &VisionStageTimes::classification));
+        platform::SceneClassification classified = m_backends.classifier->classify(image);
+        if (classified.error.isEmpty())
+            s.imageNet = std::move(classified.observations);
+        else
+            logBackendError(QStringLiteral("场景分类错误: "), classified.error);
+    }
+    if (m_backends.objects) {
+        StageTimer timer(stage(times, &VisionStageTimes::objects));
+        platform::ObjectDetections found = m_backends.objects->detect(image);
+        if (found.error.isEmpty())
+            s.objects = std::move(found.objects);
+        else
+            logBackendError(QStringLiteral("物体检测错误: "), found.error);
+    }
+    if (m_backends.people) {
+        StageTimer timer(stage(times, &VisionStageTimes::people));
+        platform::PersonDetections found = m_backends.people->detect(image);
+        if (found.error.isEmpty())
+            s.people = std::move(found.people);
+        else
+            logBackendError(QStringLiteral("人物检测错误: "), found.error);
+    }
+    std::optional<std::vector<platform::FaceBox>> faces = facesIn(image, times);
+    if (!faces)
+        return std::nullopt;
+    s.faces = std::move(*faces);
+    if (m_backends.drawing) {
+        StageTimer timer(stage(times, &VisionStageTimes::drawing));
+        const platform::DrawingScore drawing = m_backends.drawing->score(image);
+        if (drawing.error.isEmpty())
+            s.drawing = drawing.drawing;
+        else
+            logBackendError(QStringLiteral("插画判断错误: "), drawing.error);
+    }
+    if (m_backends.recognizer) {
+        StageTimer timer(stage(times, &VisionStageTimes::text));
+        const platform::TextRecognition text = m_backends.recognizer->recognize(image);
+        if (text.error.isEmpty()) {
+            s.textLines = text.lines;
+            s.textShare = text.textShare;
+        } else {
+            logBackendError(QStringLiteral("文本识别错误: "), text.error);
+        }
+    }
+    s.screen = ScreenCaptureEvidence::of(filePath, image, pixelSize);
+    return s;
+}
+
+std::optional<VisionRecognitionResult> VisionPictureAnalyzer::analyze(const QString& filePath,
+                                                                      VisionStageTimes* times)
+{
+    std::optional<platform::AnalysisImage> decoded;
     QString error;
-    const std::optional<platform::AnalysisImage> decoded =
-        platform::AnalysisImageReader::read(filePath, kDecodeSide, &error);
-    addTime(times ? &times->decode : nullptr, decodeTimer);
+    {
+        StageTimer timer(stage(times, &VisionStageTimes::decode));
+        decoded = platform::AnalysisImageReader::read(filePath, kDecodeSide, &error);
+    }
     if (!decoded) {
         Log::line(kTag, QStringLiteral("执行 Vision 请求失败: ") + error);
         return std::nullopt;
@@ -115,29 +185,18 @@ std::optional<VisionRecognitionResult> VisionPictureAnalyzer::analyze(const QStr
     result.pixelWidth = decoded->pixelSize.width();
     result.pixelHeight = decoded->pixelSize.height();
 
-    const auto observations = classify(decoded->image, times);
-    if (!observations)
+    const std::optional<PictureSignals> signals = signalsOf(filePath, decoded->image, decoded->pixelSize, times);
+    if (!signals)
         return std::nullopt;
     double confidenceSum = 0.0;
-    for (const SceneObservation& kept : keptObservations(*observations)) {
+    for (const SceneObservation& kept : keptObservations(PictureLabeler::labels(*signals))) {
         result.recognizedObjects << kept.identifier;
         result.sceneClassification << kept.identifier;
         confidenceSum += kept.confidence;
     }
     const qsizetype labelCount = result.recognizedObjects.size() + result.sceneClassification.size();
     result.confidence = labelCount > 0 ? confidenceSum / double(labelCount) : 0.0;
-
-    if (m_recognizer) {
-        QElapsedTimer timer;
-        timer.start();
-        const platform::TextRecognition text = m_recognizer->recognize(decoded->image);
-        addTime(times ? &times->text : nullptr, timer);
-        if (text.error.isEmpty())
-            result.recognizedText = text.lines;
-        else
-            Log::line(kTag, QStringLiteral("文本识别错误: ") + text.error);
-    }
-
+    result.recognizedText = signals.textLines;
     result.classificationMark = VisionClassificationEngine::shared().mark(
         result.recognizedObjects, result.sceneClassification, result.pixelWidth, result.pixelHeight);
     return result;

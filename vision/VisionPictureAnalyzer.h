@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The request set of one picture: decode once, classify (with faces as people), recognise text, pick a mark.
+// The request set of one picture: decode once, run every installed backend, label, pick a mark.
 #pragma once
 
+#include "vision/PictureSignals.h"
 #include "vision/VisionRecognitionResult.h"
 
+#include "platform/vision/DrawingClassifier.h"
 #include "platform/vision/FaceDetector.h"
+#include "platform/vision/ObjectDetector.h"
+#include "platform/vision/PersonDetector.h"
 #include "platform/vision/SceneClassifier.h"
 #include "platform/vision/TextRecognizer.h"
 
@@ -22,44 +26,59 @@ struct VisionStageTimes
 {
     std::atomic<qint64> decode{0};
     std::atomic<qint64> classification{0};
+    std::atomic<qint64> objects{0};
+    std::atomic<qint64> people{0};
     std::atomic<qint64> faces{0};
+    std::atomic<qint64> drawing{0};
     std::atomic<qint64> text{0};
 };
 
-// One analyser per worker thread: the backends it owns are not thread-safe and are made once. Any backend may
-// be missing (no model installed): its part of the result is then empty. A picture that cannot be decoded
-// gives nullopt; a backend's error is logged and only empties that backend's part.
+// Every backend is optional: a missing one (no model installed) only leaves its signal out.
+struct VisionBackends
+{
+    std::unique_ptr<platform::SceneClassifier> classifier;
+    std::unique_ptr<platform::TextRecognizer> recognizer;
+    std::unique_ptr<platform::FaceDetector> faces;
+    std::unique_ptr<platform::PersonDetector> people;
+    std::unique_ptr<platform::ObjectDetector> objects;
+    std::unique_ptr<platform::DrawingClassifier> drawing;
+
+    // The installed models; each one missing is logged once per process, naming the signal left out.
+    static VisionBackends installed();
+};
+
+// Not thread-safe: one analyser per worker thread at a time (the backends keep network state). A picture
+// that cannot be decoded gives nullopt; a backend's error is logged and only empties that backend's part.
 class VisionPictureAnalyzer
 {
 public:
-    VisionPictureAnalyzer(std::unique_ptr<platform::SceneClassifier> classifier,
-                          std::unique_ptr<platform::TextRecognizer> recognizer,
-                          std::unique_ptr<platform::FaceDetector> faces);
+    explicit VisionPictureAnalyzer(VisionBackends backends);
     ~VisionPictureAnalyzer();
 
-    // The installed backends (each may be missing).
     static std::unique_ptr<VisionPictureAnalyzer> withInstalledModels();
 
-    std::optional<VisionRecognitionResult> analyze(const QString& filePath, VisionStageTimes* times = nullptr);
+    std::optional<VisionRecognitionResult> analyze(const QString& filePath,
+                                                   VisionStageTimes* times = nullptr);
 
-    // Of the observations as given (best first): at most the first 10, then those strictly above 0.2 in
-    // single precision.
-    static std::vector<platform::SceneObservation> keptObservations(
-        const std::vector<platform::SceneObservation>& observations);
+    // Of the observations as given (decisive first): at most the first 10, then those strictly above 0.2
+    // in single precision.
+    static std::vector<platform::SceneObservation>
+    keptObservations(const std::vector<platform::SceneObservation>& observations);
 
-    // Long side of the decoded picture: text recognition needs the most pixels of the three.
+    // Long side of the decoded picture: text recognition needs the most pixels of all.
     static constexpr int kDecodeSide = 1600;
+    // Long side faces are looked for at: they only confirm people, and a face that matters is large.
+    static constexpr int kFaceSide = 640;
     static constexpr int kMaxObservations = 10;
     static constexpr float kMinConfidence = 0.2f;
 
 private:
-    // nullopt when the face detector could not look at the picture (logged).
-    std::optional<std::vector<platform::SceneObservation>> classify(const QImage& image,
-                                                                    VisionStageTimes* times);
+    // nullopt when the face detector could not look at the picture at all (logged): "no face" would be a guess.
+    std::optional<PictureSignals> signalsOf(const QString& filePath, const QImage& image, const QSize& pixelSize,
+                                            VisionStageTimes* times);
+    std::optional<std::vector<platform::FaceBox>> facesIn(const QImage& image, VisionStageTimes* times);
 
-    std::unique_ptr<platform::SceneClassifier> m_classifier;
-    std::unique_ptr<platform::TextRecognizer> m_recognizer;
-    std::unique_ptr<platform::FaceDetector> m_faces;
+    VisionBackends m_backends;
 };
 
 } // namespace lumaro::vision

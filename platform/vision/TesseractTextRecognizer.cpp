@@ -4,10 +4,13 @@
 #include "platform/ForeignCall.h"
 #include "platform/Log.h"
 #include "platform/picture/FittedSize.h"
+#include "platform/vision/PageSkew_p.h"
 
 #include <QRegularExpression>
 
 #include <tesseract/baseapi.h>
+
+#include <opencv2/core.hpp>
 
 #include <memory>
 #include <mutex>
@@ -23,13 +26,6 @@ namespace {
 
 const QString kTag = QStringLiteral("VISION_INDEX");
 
-// Tesseract writes a space between neighbouring Chinese characters; a reader expects none.
-QString withoutSpacesBetweenHan(QString line)
-{
-    static const QRegularExpression gap(QStringLiteral("(?<=\\p{Han})\\s+(?=\\p{Han})"));
-    return line.replace(gap, QString());
-}
-
 bool hasLetterOrDigit(const QString& line)
 {
     for (const QChar c : line) {
@@ -41,8 +37,7 @@ bool hasLetterOrDigit(const QString& line)
 
 } // namespace
 
-TesseractTextRecognizer::TesseractTextRecognizer(std::unique_ptr<Engine> engine)
-    : m_engine(std::move(engine))
+TesseractTextRecognizer::TesseractTextRecognizer(std::unique_ptr<Engine> engine) : m_engine(std::move(engine))
 {
 }
 
@@ -53,7 +48,8 @@ TesseractTextRecognizer::~TesseractTextRecognizer()
 
 std::unique_ptr<TesseractTextRecognizer> TesseractTextRecognizer::create(const QString& languages)
 {
-    // Each worker runs its own engine, so the engine's own OpenMP threads would only fight them for the cores.
+    // Each worker runs its own engine, so the engine's own OpenMP threads would only fight them for the
+    // cores.
     static std::once_flag limitThreads;
     std::call_once(limitThreads, [] {
         if (qEnvironmentVariableIsEmpty("OMP_THREAD_LIMIT"))
@@ -75,13 +71,20 @@ std::unique_ptr<TesseractTextRecognizer> TesseractTextRecognizer::create(const Q
 
 TextRecognition TesseractTextRecognizer::recognize(const QImage& image)
 {
-    return guardedForeignCall([&] { return recognizeLines(image); },
+    return recognize(image, 0.0, nullptr);
+}
+
+TextRecognition TesseractTextRecognizer::recognize(const QImage& image, double levelDegrees,
+                                                   int* meanConfidence)
+{
+    return guardedForeignCall([&] { return recognizeLines(image, levelDegrees, meanConfidence); },
                               [](const QString& reason) {
                                   return TextRecognition{{}, reason};
                               });
 }
 
-TextRecognition TesseractTextRecognizer::recognizeLines(const QImage& image)
+TextRecognition TesseractTextRecognizer::recognizeLines(const QImage& image, double levelDegrees,
+                                                        int* meanConfidence)
 {
     if (image.isNull())
         return {{}, QStringLiteral("空图像")};
@@ -90,13 +93,23 @@ TextRecognition TesseractTextRecognizer::recognizeLines(const QImage& image)
         gray =
             gray.scaled(fittedSize(gray.size(), maxSide()), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     gray = gray.convertToFormat(QImage::Format_Grayscale8);
+    cv::Mat page;
+    try {
+        const cv::Mat view(gray.height(), gray.width(), CV_8UC1, const_cast<uchar*>(gray.constBits()),
+                           size_t(gray.bytesPerLine()));
+        page = detail::levelled(view, levelDegrees).clone();
+    } catch (const std::exception& error) {
+        return {{}, QString::fromUtf8(error.what())};
+    }
 
     tesseract::TessBaseAPI& api = m_engine->api;
-    api.SetImage(gray.constBits(), gray.width(), gray.height(), 1, int(gray.bytesPerLine()));
+    api.SetImage(page.data, page.cols, page.rows, 1, int(page.step));
     if (api.Recognize(nullptr) != 0) {
         api.Clear();
         return {{}, QStringLiteral("Tesseract 识别失败")};
     }
+    if (meanConfidence)
+        *meanConfidence = api.MeanTextConf();
     TextRecognition result;
     std::unique_ptr<tesseract::ResultIterator> it(api.GetIterator());
     if (it) {
@@ -106,22 +119,13 @@ TextRecognition TesseractTextRecognizer::recognizeLines(const QImage& image)
             const std::unique_ptr<char[]> text(it->GetUTF8Text(tesseract::RIL_TEXTLINE));
             if (!text)
                 continue;
-            const QString line = withoutSpacesBetweenHan(QString::fromUtf8(text.get()).trimmed());
+            const QString line = withoutCjkSpacing(QString::fromUtf8(text.get()).trimmed());
             if (!line.isEmpty() && hasLetterOrDigit(line))
                 result.lines << line;
         } while (it->Next(tesseract::RIL_TEXTLINE));
     }
     api.Clear();
     return result;
-}
-
-std::unique_ptr<TextRecognizer> makeTextRecognizer()
-{
-    static std::once_flag reported;
-    if (auto recognizer = TesseractTextRecognizer::create())
-        return recognizer;
-    std::call_once(reported, [] { Log::line(kTag, QStringLiteral("⚠️ 文字识别不可用 (需要 tesseract-ocr-eng 和 tesseract-ocr-chi-sim)")); });
-    return nullptr;
 }
 
 } // namespace lumaro::platform

@@ -12,8 +12,9 @@ namespace lumaro::platform {
 
 struct TextRecognition
 {
-    QStringList lines; // top to bottom, each trimmed and non-empty
-    QString error;     // empty on success
+    QStringList lines;      // top to bottom, each trimmed and non-empty
+    QString error;          // empty on success
+    double textShare = 0.0; // part of the picture covered by text lines, 0..1 (0 when the reader cannot tell)
 };
 
 // One recogniser per thread, initialised once (loading the language data is the slow part).
@@ -24,7 +25,13 @@ public:
     virtual TextRecognition recognize(const QImage& image) = 0;
 };
 
-// English and simplified Chinese; nullptr when the engine or its language data is missing (logged once).
+// The best reader the installed models allow: PP-OCR finds the lines (photographed, tilted, Chinese) and
+// reads them, Tesseract reads clean pages after levelling them; either alone when the other is missing;
+// nullptr when neither is available (logged once).
 std::unique_ptr<TextRecognizer> makeTextRecognizer();
+
+// Spaces a reader puts between Chinese characters, or around Chinese punctuation, are not in the text
+// ("讨论 ， 成员们" → "讨论，成员们"); spaces between Latin words stay.
+QString withoutCjkSpacing(const QString& line);
 
 } // namespace lumaro::platform

@@ -7,6 +7,7 @@
 #include "tests/vision/VisionIndexFixture.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -184,6 +185,17 @@ TEST(NameGroupingService, CleanSkipsANameThatWouldBeEmptyAndSaysWhenThereIsNothi
     const NameWorkResult nothing = clean(unprefixed);
     EXPECT_EQ(nothing.outcome, NameWorkOutcome::nothingToDo);
     EXPECT_EQ(nothing.message, QStringLiteral("没有找到包含分类前缀的文件"));
+}
+
+TEST(NameGroupingService, CleanNeverGivesANameThatStartsWithADot)
+{
+    TempFolder folder;
+    writeFiles(folder, {QStringLiteral("_G12_.jpg"), QStringLiteral("_G01_a.jpg")});
+    const NameWorkResult result = clean(folder);
+    EXPECT_EQ(result.skipped, QStringList{QStringLiteral("_G12_.jpg")});
+    EXPECT_FALSE(QFileInfo::exists(folder.filePath(QStringLiteral(".jpg"))));
+    EXPECT_TRUE(QFileInfo::exists(folder.filePath(QStringLiteral("_G12_.jpg"))));
+    EXPECT_TRUE(QFileInfo::exists(folder.filePath(QStringLiteral("a.jpg"))));
 }
 
 TEST(NameGroupingService, CleanNeverMergesTwoFilesIntoOneName)

@@ -4,6 +4,7 @@
 #include "vision/VisionIndexFile.h"
 #include "vision/VisionIndexNaming.h"
 #include "vision/VisionIndexReader.h"
+#include "vision/VisionMarkLoader.h"
 
 #include "platform/NotificationCenter.h"
 
@@ -12,12 +13,14 @@
 #include "tests/vision/FakeVisionBackends.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 using namespace lumaro::vision;
 using lumaro::platform::SceneObservation;
@@ -32,9 +35,10 @@ VisionIndexService::AnalyzerFactory fakes(std::vector<SceneObservation> observat
                                           QString classifierError = {})
 {
     return [=] {
-        return std::make_unique<VisionPictureAnalyzer>(
-            std::make_unique<FakeSceneClassifier>(observations, classifierError),
-            std::make_unique<FakeTextRecognizer>(text), nullptr);
+        VisionBackends backends;
+        backends.classifier = std::make_unique<FakeSceneClassifier>(observations, classifierError);
+        backends.recognizer = std::make_unique<FakeTextRecognizer>(text);
+        return std::make_unique<VisionPictureAnalyzer>(std::move(backends));
     };
 }
 
@@ -241,6 +245,43 @@ TEST(VisionIndexService, ABackendErrorEmptiesOnlyItsPart)
     EXPECT_EQ(run.results[0].classificationMark, QStringLiteral("MARK_UNTAG"));
 }
 
+// Counts the classifiers alive, so a test sees how many analysers a run holds and whether it lets them go.
+class CountedClassifier final : public lumaro::platform::SceneClassifier
+{
+public:
+    explicit CountedClassifier(std::atomic<int>& alive)
+        : m_alive(alive)
+    {
+        ++m_alive;
+    }
+    ~CountedClassifier() override { --m_alive; }
+    lumaro::platform::SceneClassification classify(const QImage&) override { return {}; }
+
+private:
+    std::atomic<int>& m_alive;
+};
+
+TEST(VisionIndexService, AnalysersAreNoMoreThanTheProcessorsAndAreReleasedWhenTheRunEnds)
+{
+    TempFolder folder;
+    QStringList names;
+    for (int i = 0; i < 12; ++i)
+        names << QFileInfo(folder.writePicture(QStringLiteral("p%1.png").arg(i))).fileName();
+    std::atomic<int> alive{0}, made{0};
+    VisionIndexService service(
+        [&] {
+            ++made;
+            VisionBackends backends;
+            backends.classifier = std::make_unique<CountedClassifier>(alive);
+            return std::make_unique<VisionPictureAnalyzer>(std::move(backends));
+        },
+        2);
+    const VisionIndexRunResult run = service.run(folder.path(), names);
+    EXPECT_EQ(run.results.size(), 12);
+    EXPECT_LE(made.load(), 2); // four pictures admitted at a time, two analysers on two processors
+    EXPECT_EQ(alive.load(), 0);
+}
+
 TEST(VisionIndexService, ACancelledRunWritesNothing)
 {
     TempFolder folder;
@@ -252,7 +293,9 @@ TEST(VisionIndexService, ACancelledRunWritesNothing)
     const VisionIndexRunResult run = service.run(folder.path(), {QStringLiteral("p.jpg")}, options);
     EXPECT_TRUE(run.cancelled);
     EXPECT_TRUE(run.indexPath.isEmpty());
-    EXPECT_TRUE(VisionIndexReader::indexFilesNewestFirst(folder.path()).isEmpty());
+    // Not even the folder or the file managers' hiding entry: the picture folder is as it was.
+    EXPECT_FALSE(QFileInfo::exists(folder.filePath(QStringLiteral("_index"))));
+    EXPECT_FALSE(QFileInfo::exists(folder.filePath(QStringLiteral(".hidden"))));
 }
 
 TEST(VisionIndexReader, TheNewestRunThatHasThePictureWins)
@@ -280,6 +323,57 @@ TEST(VisionIndexReader, TheNewestRunThatHasThePictureWins)
     EXPECT_EQ(latest.size(), 2);
     EXPECT_EQ(latest.value(QStringLiteral("a.jpg")).classificationMark, QStringLiteral("MARK_PEOPLE"));
     EXPECT_EQ(latest.value(QStringLiteral("b.jpg")).classificationMark, QStringLiteral("MARK_TOOLS"));
+}
+
+TEST(VisionIndexReader, ARunDatedInTheFutureNeverWinsAndGroupedNamesAreFound)
+{
+    TempFolder folder;
+    folder.makeFolder(QStringLiteral("_index"));
+    const auto write = [&](const QString& name, const QDateTime& at, const QString& fileName, const QString& mark) {
+        VisionRecognitionResult r;
+        r.fileName = fileName;
+        r.classificationMark = mark;
+        ASSERT_TRUE(VisionIndexFile::write(folder.filePath(QStringLiteral("_index/") + name), {{r}, at, folder.path()}));
+    };
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    write(QStringLiteral("vision_index_9912312359_x_1.json"), QDateTime(QDate(2099, 1, 1), QTime(0, 0), Qt::UTC),
+          QStringLiteral("a.jpg"), QStringLiteral("MARK_TOOLS"));
+    write(QStringLiteral("vision_index_0101000000_x_1.json"), now.addSecs(-60), QStringLiteral("a.jpg"),
+          QStringLiteral("MARK_PEOPLE"));
+    // Grouping renamed the picture after the run: it is found under its new name, and the old one.
+    EXPECT_EQ(VisionIndexReader::resultFor(folder.path(), QStringLiteral("_G01_a.jpg"))->classificationMark,
+              QStringLiteral("MARK_PEOPLE"));
+    EXPECT_EQ(VisionIndexReader::resultFor(folder.path(), QStringLiteral("a.jpg"))->classificationMark,
+              QStringLiteral("MARK_PEOPLE"));
+    const auto latest = VisionIndexReader::latestResults(folder.path());
+    EXPECT_EQ(latest.value(VisionIndexReader::lookupName(QStringLiteral("_G01_a.jpg"))).classificationMark,
+              QStringLiteral("MARK_PEOPLE"));
+    const auto marks = VisionMarkLoader::load(folder.path(), QStringLiteral("EDIT1_NAMEWORK"));
+    ASSERT_TRUE(marks);
+    EXPECT_EQ(marks->markByFileName.value(QStringLiteral("a.jpg")), QStringLiteral("MARK_PEOPLE"));
+}
+
+TEST(VisionIndexReader, HostileIndexFilesAreSkippedWithoutReadingThem)
+{
+    TempFolder folder;
+    folder.makeFolder(QStringLiteral("_index"));
+    VisionRecognitionResult r;
+    r.fileName = QStringLiteral("a.jpg");
+    r.classificationMark = QStringLiteral("MARK_OUTDOOR");
+    ASSERT_TRUE(VisionIndexFile::write(folder.filePath(QStringLiteral("_index/vision_index_0101000000_x_1.json")),
+                                       {{r}, QDateTime::currentDateTimeUtc().addSecs(-60), folder.path()}));
+    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/zero"), folder.filePath(QStringLiteral("_index/vision_index_zero.json"))));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(folder.filePath(QStringLiteral("_index/vision_index_fifo.json"))).constData(), 0600), 0);
+    QFile big(folder.filePath(QStringLiteral("_index/vision_index_big.json")));
+    ASSERT_TRUE(big.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(big.resize(VisionIndexFile::kMaxBytes + 1)); // sparse: costs no disk
+    big.close();
+    QStringList unreadable;
+    const auto found = VisionIndexReader::resultFor(folder.path(), QStringLiteral("a.jpg"), &unreadable);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->classificationMark, QStringLiteral("MARK_OUTDOOR"));
+    EXPECT_TRUE(unreadable.contains(big.fileName())) << unreadable.join(QLatin1Char(' ')).toStdString();
+    EXPECT_TRUE(VisionMarkLoader::load(folder.path(), QStringLiteral("EDIT1_NAMEWORK")));
 }
 
 } // namespace

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/vision/OcrTextRecognizer.h"
+
+#include "platform/Log.h"
+#include "platform/vision/MatFromImage_p.h"
+#include "platform/vision/OnnxNetwork_p.h"
+#include "platform/vision/PaddleOcr_p.h"
+#include "platform/vision/PageSkew_p.h"
+#include "platform/vision/TesseractTextRecognizer.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <exception>
+
+namespace lumaro::platform {
+
+namespace {
+
+bool hasLetterOrDigit(const QString& line)
+{
+    return std::any_of(line.begin(), line.end(), [](QChar c) { return c.isLetterOrNumber(); });
+}
+
+double shareOf(const std::vector<cv::RotatedRect>& boxes, const cv::Size& picture)
+{
+    double area = 0;
+    for (const cv::RotatedRect& box : boxes)
+        area += double(box.size.width) * box.size.height;
+    return std::min(1.0, area / std::max(1.0, double(picture.area())));
+}
+
+} // namespace
+
+OcrTextRecognizer::OcrTextRecognizer(std::unique_ptr<detail::PaddleOcr> lines, PageReaderFactory makePages)
+    : m_lines(std::move(lines)), m_makePages(std::move(makePages))
+{
+}
+
+TesseractTextRecognizer* OcrTextRecognizer::pages()
+{
+    if (!m_pagesMade && m_makePages) {
+        m_pages = m_makePages();
+        m_pagesMade = true;
+    }
+    return m_pages.get();
+}
+
+OcrTextRecognizer::~OcrTextRecognizer() = default;
+
+TextRecognition OcrTextRecognizer::recognize(const QImage& image)
+{
+    if (image.isNull())
+        return {{}, QStringLiteral("空图像")};
+    if (m_lines)
+        return readLines(image);
+    double level = 0;
+    try {
+        const cv::Mat bgr = detail::bgrMatFromImage(image);
+        cv::Mat gray;
+        cv::cvtColor(bgr, gray, cv::COLOR_BGR2GRAY);
+        level = detail::skewFromProjection(gray);
+    } catch (const std::exception& error) {
+        return {{}, QString::fromUtf8(error.what())};
+    }
+    TesseractTextRecognizer* reader = pages();
+    if (!reader)
+        return {{}, QStringLiteral("文档文字识别不可用")};
+    return reader->recognize(image, level, nullptr);
+}
+
+TextRecognition OcrTextRecognizer::readLines(const QImage& image)
+{
+    TextRecognition result;
+    try {
+        const cv::Mat bgr = detail::bgrMatFromImage(image);
+        const std::vector<cv::RotatedRect> boxes = m_lines->detect(bgr);
+        result.textShare = shareOf(boxes, bgr.size());
+        if (boxes.empty())
+            return result;
+        if (int(boxes.size()) >= kPageLines && result.textShare >= kPageTextShare && pages()) {
+            int confidence = 0;
+            TextRecognition page = pages()->recognize(image, detail::skewFromLines(boxes), &confidence);
+            if (page.error.isEmpty() && confidence >= kTrustedPageConfidence && !page.lines.isEmpty()) {
+                page.textShare = result.textShare;
+                return page;
+            }
+        }
+        for (const cv::RotatedRect& box : boxes) {
+            if (result.lines.size() >= kMaxLines)
+                break;
+            const detail::ReadLine line = m_lines->read(bgr, box);
+            const QString text = withoutCjkSpacing(line.text.trimmed());
+            if (line.confidence >= kMinLineConfidence && hasLetterOrDigit(text))
+                result.lines << text;
+        }
+    } catch (const std::exception& error) {
+        return {{}, QString::fromUtf8(error.what()), result.textShare};
+    }
+    return result;
+}
+
+std::unique_ptr<TextRecognizer> makeTextRecognizer()
+{
+    const QString signal = QStringLiteral("照片与倾斜文字识别");
+    const QString detector =
+        detail::installedModel(signal, QStringLiteral("ocr/ch_PP-OCRv4_det_infer_cv46.onnx"));
+    const QString recogniser =
+        detail::installedModel(signal, QStringLiteral("ocr/ch_PP-OCRv4_rec_infer_cv46.onnx"));
+    const QString keys = detail::installedModel(signal, QStringLiteral("ocr/ppocr_keys_v1.txt"));
+    std::unique_ptr<detail::PaddleOcr> lines;
+    if (!detector.isEmpty() && !recogniser.isEmpty() && !keys.isEmpty())
+        lines = detail::PaddleOcr::load(detector, recogniser, keys);
+    const auto makePages = [] {
+        std::unique_ptr<TesseractTextRecognizer> pages = TesseractTextRecognizer::create();
+        if (!pages)
+            detail::reportMissingModel(QStringLiteral("文档文字识别"),
+                                       QStringLiteral("tesseract-ocr-eng/chi-sim"));
+        return pages;
+    };
+    if (lines)
+        return std::make_unique<OcrTextRecognizer>(std::move(lines), makePages);
+    // Without the line detector Tesseract is the only reader: it must be there from the start.
+    std::unique_ptr<TesseractTextRecognizer> pages = makePages();
+    if (!pages)
+        return nullptr;
+    auto made = std::make_shared<std::unique_ptr<TesseractTextRecognizer>>(std::move(pages));
+    return std::make_unique<OcrTextRecognizer>(nullptr, [made] { return std::move(*made); });
+}
+
+} // namespace lumaro::platform

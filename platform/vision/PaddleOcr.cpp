@@ -1,0 +1,288 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/vision/PaddleOcr_p.h"
+
+#include "platform/Log.h"
+
+#include <QFile>
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <cmath>
+
+namespace lumaro::platform::detail {
+
+namespace {
+
+constexpr int kPageLong = 960; // the detector's input: the picture fitted into 960 × 736 or 736 × 960
+constexpr int kPageShort = 736;
+constexpr float kTextThreshold = 0.3f;
+constexpr double kBoxThreshold = 0.6;
+constexpr double kUnclip = 1.5;
+constexpr int kLineHeight = 48;
+constexpr qint64 kMaxModelBytes = 64 << 20;
+// Recogniser input widths: a line is padded up to the next one, so few nets are ever made.
+constexpr int kWidthBuckets[] = {320, 640, 1280, 2560};
+
+std::optional<QByteArray> readSmallFile(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > kMaxModelBytes)
+        return std::nullopt;
+    return file.readAll();
+}
+
+// The recogniser graph declares its input as [1, 3, 48, 320]; OpenCV sizes the net from that declaration.
+// A width is a two-byte varint for every bucket, so it is changed in place without re-encoding the graph.
+QByteArray withInputWidth(QByteArray graph, int width)
+{
+    static const QByteArray declared = QByteArray::fromHex("0a0208010a0208030a0208300a0308c002");
+    const qsizetype at = graph.indexOf(declared);
+    if (at < 0)
+        return graph;
+    const qsizetype varint = at + declared.size() - 2;
+    graph[varint] = char(0x80 | (width & 0x7f));
+    graph[varint + 1] = char(width >> 7);
+    return graph;
+}
+
+cv::Mat normalisedBlob(const cv::Mat& bgr, const cv::Scalar& mean, const cv::Scalar& std)
+{
+    cv::Mat rgb;
+    cv::cvtColor(bgr, rgb, cv::COLOR_BGR2RGB);
+    cv::Mat floats;
+    rgb.convertTo(floats, CV_32F, 1.0 / 255.0);
+    floats -= mean;
+    cv::divide(floats, std, floats);
+    return cv::dnn::blobFromImage(floats);
+}
+
+std::vector<cv::Point2f> corners(const cv::RotatedRect& box)
+{
+    cv::Point2f p[4];
+    box.points(p);
+    std::vector<cv::Point2f> pts(p, p + 4);
+    // top-left, top-right, bottom-right, bottom-left
+    const auto bySum = [](const cv::Point2f& a, const cv::Point2f& b) { return a.x + a.y < b.x + b.y; };
+    const auto byDiff = [](const cv::Point2f& a, const cv::Point2f& b) { return a.y - a.x < b.y - b.x; };
+    return {
+        *std::min_element(pts.begin(), pts.end(), bySum), *std::min_element(pts.begin(), pts.end(), byDiff),
+        *std::max_element(pts.begin(), pts.end(), bySum), *std::max_element(pts.begin(), pts.end(), byDiff)};
+}
+
+cv::Mat lineCrop(const cv::Mat& bgr, const cv::RotatedRect& box)
+{
+    const std::vector<cv::Point2f> p = corners(box);
+    const int width = std::max(1, int(std::max(cv::norm(p[0] - p[1]), cv::norm(p[2] - p[3]))));
+    const int height = std::max(1, int(std::max(cv::norm(p[0] - p[3]), cv::norm(p[1] - p[2]))));
+    const std::vector<cv::Point2f> target{
+        {0, 0}, {float(width), 0}, {float(width), float(height)}, {0, float(height)}};
+    cv::Mat crop;
+    cv::warpPerspective(bgr, crop, cv::getPerspectiveTransform(p, target), cv::Size(width, height),
+                        cv::INTER_CUBIC, cv::BORDER_REPLICATE);
+    if (height >= 1.5 * width)
+        cv::rotate(crop, crop, cv::ROTATE_90_COUNTERCLOCKWISE);
+    return crop;
+}
+
+} // namespace
+
+struct PaddleOcr::Networks
+{
+    struct Guarded
+    {
+        std::mutex lock;
+        cv::dnn::Net net;
+    };
+    QByteArray detectorBytes;
+    QByteArray recogniserBytes;
+    std::mutex mapLock; // guards the two maps; each net has its own lock for its forward passes
+    std::map<std::pair<int, int>, std::unique_ptr<Guarded>> detectors;
+    std::map<int, std::unique_ptr<Guarded>> recognisers;
+
+    Guarded& detectorFor(cv::Size size)
+    {
+        std::lock_guard lock(mapLock);
+        auto& slot = detectors[{size.width, size.height}];
+        if (!slot) {
+            auto made = std::make_unique<Guarded>();
+            made->net = cv::dnn::readNetFromONNX(detectorBytes.constData(), size_t(detectorBytes.size()));
+            slot = std::move(made);
+        }
+        return *slot;
+    }
+
+    Guarded& recogniserFor(int width)
+    {
+        std::lock_guard lock(mapLock);
+        auto& slot = recognisers[width];
+        if (!slot) {
+            auto made = std::make_unique<Guarded>();
+            const QByteArray graph = withInputWidth(recogniserBytes, width);
+            made->net = cv::dnn::readNetFromONNX(graph.constData(), size_t(graph.size()));
+            slot = std::move(made);
+        }
+        return *slot;
+    }
+
+    // The set every live instance shares; made again after the last instance has gone.
+    static std::shared_ptr<Networks> shared(const QByteArray& detector, const QByteArray& recogniser)
+    {
+        static std::mutex lock;
+        static std::weak_ptr<Networks> current;
+        std::lock_guard guard(lock);
+        if (auto existing = current.lock();
+            existing && existing->detectorBytes == detector && existing->recogniserBytes == recogniser)
+            return existing;
+        auto made = std::make_shared<Networks>();
+        made->detectorBytes = detector;
+        made->recogniserBytes = recogniser;
+        current = made;
+        return made;
+    }
+};
+
+PaddleOcr::PaddleOcr(std::shared_ptr<Networks> networks, QStringList keys)
+    : m_networks(std::move(networks)), m_keys(std::move(keys))
+{
+}
+
+cv::Mat PaddleOcr::forward(cv::Size detectorInput, const cv::Mat& blob)
+{
+    Networks::Guarded& guarded = m_networks->detectorFor(detectorInput);
+    std::lock_guard lock(guarded.lock);
+    guarded.net.setInput(blob);
+    return guarded.net.forward().clone();
+}
+
+cv::Mat PaddleOcr::forward(int recogniserWidth, const cv::Mat& blob)
+{
+    Networks::Guarded& guarded = m_networks->recogniserFor(recogniserWidth);
+    std::lock_guard lock(guarded.lock);
+    guarded.net.setInput(blob);
+    return guarded.net.forward().clone();
+}
+
+PaddleOcr::~PaddleOcr() = default;
+
+std::unique_ptr<PaddleOcr> PaddleOcr::load(const QString& detectorPath, const QString& recogniserPath,
+                                           const QString& keysPath)
+{
+    const auto detector = readSmallFile(detectorPath);
+    const auto recogniser = readSmallFile(recogniserPath);
+    const auto keys = readSmallFile(keysPath);
+    if (!detector || !recogniser || !keys) {
+        Log::line(QStringLiteral("VISION_INDEX"), QStringLiteral("❌ 无法读取文字模型"));
+        return nullptr;
+    }
+    QStringList dictionary{QString()};
+    for (const QString& line : QString::fromUtf8(*keys).split(QLatin1Char('\n'))) {
+        QString key = line;
+        if (key.endsWith(QLatin1Char('\r')))
+            key.chop(1);
+        if (!key.isEmpty())
+            dictionary << key;
+    }
+    dictionary << QStringLiteral(" ");
+    auto ocr =
+        std::unique_ptr<PaddleOcr>(new PaddleOcr(Networks::shared(*detector, *recogniser), dictionary));
+    // Both graphs must import here, not halfway through a run.
+    try {
+        ocr->m_networks->detectorFor(cv::Size(kPageLong, kPageShort));
+        ocr->m_networks->recogniserFor(kWidthBuckets[0]);
+    } catch (const std::exception& error) {
+        Log::line(QStringLiteral("VISION_INDEX"),
+                  QStringLiteral("❌ 文字模型加载失败: ") + QString::fromUtf8(error.what()));
+        return nullptr;
+    }
+    return ocr;
+}
+
+std::vector<cv::RotatedRect> PaddleOcr::detect(const cv::Mat& bgr)
+{
+    const bool landscape = bgr.cols >= bgr.rows;
+    const cv::Size input = landscape ? cv::Size(kPageLong, kPageShort) : cv::Size(kPageShort, kPageLong);
+    const double scale = std::min(double(input.width) / bgr.cols, double(input.height) / bgr.rows);
+    const cv::Size fitted(std::max(1, int(bgr.cols * scale)), std::max(1, int(bgr.rows * scale)));
+    // Padded with the page's own edge so the border draws no text edge.
+    cv::Mat resized;
+    cv::resize(bgr, resized, fitted, 0, 0, cv::INTER_AREA);
+    cv::Mat page;
+    cv::copyMakeBorder(resized, page, 0, input.height - fitted.height, 0, input.width - fitted.width,
+                       cv::BORDER_REPLICATE);
+    const cv::Mat out = forward(input, normalisedBlob(page, {0.485, 0.456, 0.406}, {0.229, 0.224, 0.225}));
+    const cv::Mat probability(out.size[2], out.size[3], CV_32F, const_cast<float*>(out.ptr<float>(0, 0)));
+    const cv::Mat mask = probability > kTextThreshold;
+    std::vector<std::vector<cv::Point>> contours;
+    cv::findContours(mask, contours, cv::RETR_LIST, cv::CHAIN_APPROX_SIMPLE);
+    std::vector<cv::RotatedRect> boxes;
+    cv::Mat fill = cv::Mat::zeros(probability.size(), CV_8U);
+    for (size_t i = 0; i < contours.size() && boxes.size() < 1000; ++i) {
+        const auto& contour = contours[i];
+        if (contour.size() < 4)
+            continue;
+        cv::RotatedRect rect = cv::minAreaRect(contour);
+        if (std::min(rect.size.width, rect.size.height) < 3)
+            continue;
+        const cv::Rect bounds = cv::boundingRect(contour) & cv::Rect(0, 0, fill.cols, fill.rows);
+        fill(bounds).setTo(0);
+        cv::drawContours(fill, contours, int(i), cv::Scalar(1), cv::FILLED);
+        if (cv::mean(probability(bounds), fill(bounds))[0] < kBoxThreshold)
+            continue;
+        const double grow = cv::contourArea(contour) * kUnclip / std::max(cv::arcLength(contour, true), 1e-6);
+        rect.size.width += float(2 * grow);
+        rect.size.height += float(2 * grow);
+        if (std::min(rect.size.width, rect.size.height) < 5)
+            continue;
+        rect.center /= scale;
+        rect.size.width /= float(scale);
+        rect.size.height /= float(scale);
+        boxes.push_back(rect);
+    }
+    std::sort(boxes.begin(), boxes.end(), [](const cv::RotatedRect& a, const cv::RotatedRect& b) {
+        const float rowA = std::round(a.center.y / 12), rowB = std::round(b.center.y / 12);
+        return rowA != rowB ? rowA < rowB : a.center.x < b.center.x;
+    });
+    return boxes;
+}
+
+ReadLine PaddleOcr::read(const cv::Mat& bgr, const cv::RotatedRect& box)
+{
+    const cv::Mat crop = lineCrop(bgr, box);
+    const int wanted = int(std::ceil(std::max(320.0, double(kLineHeight) * crop.cols / crop.rows)));
+    int width = kWidthBuckets[std::size(kWidthBuckets) - 1];
+    for (int bucket : kWidthBuckets) {
+        if (bucket >= wanted) {
+            width = bucket;
+            break;
+        }
+    }
+    const int scaledWidth = std::clamp(int(std::ceil(double(kLineHeight) * crop.cols / crop.rows)), 1, width);
+    cv::Mat strip;
+    cv::resize(crop, strip, cv::Size(scaledWidth, kLineHeight), 0, 0, cv::INTER_LINEAR);
+    cv::Mat padded(kLineHeight, width, CV_8UC3, cv::Scalar(128, 128, 128));
+    strip.copyTo(padded(cv::Rect(0, 0, scaledWidth, kLineHeight)));
+    const cv::Mat out =
+        forward(width, normalisedBlob(padded, {0.5, 0.5, 0.5}, {0.5, 0.5, 0.5})); // [1, T, classes]
+    const int steps = out.size[1], classes = out.size[2];
+    ReadLine line;
+    double confidenceSum = 0;
+    int characters = 0, previous = 0;
+    for (int t = 0; t < steps; ++t) {
+        const float* logits = out.ptr<float>(0, t);
+        const int best = int(std::max_element(logits, logits + classes) - logits);
+        double sum = 0;
+        for (int c = 0; c < classes; ++c)
+            sum += std::exp(double(logits[c] - logits[best]));
+        if (best != 0 && best != previous && best < m_keys.size()) {
+            line.text += m_keys[best];
+            confidenceSum += 1.0 / sum;
+            ++characters;
+        }
+        previous = best;
+    }
+    line.confidence = characters > 0 ? float(confidenceSum / characters) : 0.f;
+    return line;
+}
+
+} // namespace lumaro::platform::detail

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/vision/TextRecognizer.h"
+
+#include <gtest/gtest.h>
+
+using lumaro::platform::withoutCjkSpacing;
+
+namespace {
+
+TEST(CjkSpacing, SpacesAroundChinesePunctuationAndBetweenHanGoLatinSpacesStay)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"讨论 ， 成员们", "讨论，成员们"},  {"会 议 纪 要 ： 第三季度", "会议纪要：第三季度"},
+        {"（ 见附件 ） 。", "（见附件）。"}, {"Hello world, 你好 世界", "Hello world, 你好世界"},
+        {"Total 4.50 元", "Total 4.50 元"},
+    };
+    for (const auto& [in, out] : cases)
+        EXPECT_EQ(withoutCjkSpacing(QString::fromUtf8(in)), QString::fromUtf8(out)) << in;
+}
+
+} // namespace

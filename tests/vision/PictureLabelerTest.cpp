@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the labeller makes of the backends' findings, and the mark the fixed procedure then gives.
+#include "vision/PictureLabeler.h"
+
+#include "vision/VisionClassificationEngine.h"
+#include "vision/VisionPictureAnalyzer.h"
+
+#include <gtest/gtest.h>
+
+using namespace lumaro::vision;
+using lumaro::platform::DetectedObject;
+using lumaro::platform::FaceBox;
+using lumaro::platform::PersonDetection;
+
+namespace {
+
+PictureSignals photo()
+{
+    PictureSignals s;
+    s.pixelSize = s.analysedSize = QSize(1000, 800);
+    s.objects = std::vector<DetectedObject>{};
+    s.people = std::vector<PersonDetection>{};
+    s.drawing = 0.05f;
+    s.screen.cameraMetadata = true;
+    return s;
+}
+
+PersonDetection personAt(QRectF box, float score)
+{
+    PersonDetection p;
+    p.box = box;
+    p.score = score;
+    return p;
+}
+
+QString markOf(const PictureSignals& s)
+{
+    QStringList labels;
+    for (const auto& o : VisionPictureAnalyzer::keptObservations(PictureLabeler::labels(s)))
+        labels << o.identifier;
+    return VisionClassificationEngine::shared().mark(labels, labels, s.pixelSize.width(),
+                                                     s.pixelSize.height());
+}
+
+struct Case
+{
+    const char* name;
+    PictureSignals signals;
+    const char* mark;
+};
+
+void PrintTo(const Case& c, std::ostream* os)
+{
+    *os << c.name;
+}
+
+std::vector<Case> cases()
+{
+    std::vector<Case> all;
+    {
+        PictureSignals s = photo(); // seen from behind: no face, the pose detector alone
+        s.people->push_back(personAt({300, 100, 200, 600}, 0.49f));
+        s.imageNet = {{QStringLiteral("park_bench"), 0.4f}};
+        all.push_back({"aPersonFromBehindIsPeople", s, "MARK_PEOPLE"});
+    }
+    {
+        PictureSignals s = photo(); // a weak pose confirmed by a face inside it
+        s.people->push_back(personAt({300, 100, 200, 600}, 0.22f));
+        s.faces.push_back({QRectF(360, 120, 40, 40), 0.9f});
+        all.push_back({"aFaceConfirmsAWeakPerson", s, "MARK_PEOPLE"});
+    }
+    {
+        PictureSignals s = photo(); // a weak pose alone is nobody
+        s.people->push_back(personAt({300, 100, 200, 600}, 0.22f));
+        s.imageNet = {{QStringLiteral("giraffe"), 0.7f}};
+        all.push_back({"aWeakPoseAloneIsNobody", s, "MARK_DIVERSE_GIRAFFE"});
+    }
+    {
+        PictureSignals s = photo(); // a tiny cartoon face in a newspaper is no person; the page is a document
+        s.faces.push_back({QRectF(500, 500, 20, 20), 0.95f});
+        s.textLines = QStringList{QStringLiteral("SUDOKU"), QStringLiteral("HARD"), QStringLiteral("7 3 9")};
+        s.textShare = 0.2;
+        all.push_back({"aSmallFaceInANewspaperIsNoPerson", s, "MARK_DOCUMENTS"});
+    }
+    {
+        PictureSignals s = photo(); // a face filling the frame stands alone
+        s.faces.push_back({QRectF(300, 200, 300, 300), 0.9f});
+        all.push_back({"aCloseUpFaceIsAPerson", s, "MARK_PEOPLE"});
+    }
+    {
+        PictureSignals s = photo(); // a purse and a corgi's "cardigan" are no people
+        s.imageNet = {{QStringLiteral("cardigan"), 0.6f}, {QStringLiteral("purse"), 0.3f}};
+        all.push_back({"aCorgiIsNotClothing", s, "MARK_DIVERSE_CARDIGAN"});
+    }
+    {
+        PictureSignals s = photo(); // a suit on a hanger: clothing counts as people only when worn
+        s.imageNet = {{QStringLiteral("suit"), 0.8f}, {QStringLiteral("wardrobe"), 0.3f}};
+        all.push_back({"clothingWithNobodyInItIsNoPerson", s, "MARK_FURNITURE"});
+    }
+    {
+        PictureSignals s = photo(); // a screen capture of a text page is a screenshot, not a document
+        s.screen = {false, true, 0.6, 3};
+        s.drawing = 0.1f;
+        s.textLines = QStringList{QStringLiteral("Release notes"), QStringLiteral("Known problems"),
+                                  QStringLiteral("Download")};
+        s.textShare = 0.1;
+        s.imageNet = {{QStringLiteral("web_site"), 0.5f}, {QStringLiteral("monitor"), 0.3f}};
+        all.push_back({"aScreenCaptureIsAScreenshot", s, "MARK_SCREENSHOT"});
+    }
+    {
+        PictureSignals s = photo(); // the same flat page photographed by a camera is a document
+        s.screen = {true, true, 0.6, 3};
+        s.textLines = QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
+        s.textShare = 0.1;
+        all.push_back({"aCameraPictureIsNeverAScreenshot", s, "MARK_DOCUMENTS"});
+    }
+    {
+        PictureSignals s = photo(); // a drawing of a house is an illustration, whatever ImageNet sees in it
+        s.drawing = 0.8f;
+        s.screen = {false, false, 0.5, 4};
+        s.imageNet = {{QStringLiteral("church"), 0.5f}, {QStringLiteral("comic_book"), 0.2f}};
+        all.push_back({"aDrawingOutranksItsContents", s, "MARK_ILLUSTRATION"});
+    }
+    {
+        PictureSignals s = photo(); // a drawing program's flat colours make a drawing the classifier missed
+        s.drawing = 0.18f;
+        s.screen = {false, false, 0.9, 6};
+        s.imageNet = {{QStringLiteral("wall_clock"), 0.8f}};
+        all.push_back({"flatColoursWithoutACameraAreADrawing", s, "MARK_ILLUSTRATION"});
+    }
+    {
+        PictureSignals s = photo(); // a cartoon robot's big face is no person
+        s.drawing = 0.1f;
+        s.screen = {false, false, 0.44, 1};
+        s.faces.push_back({QRectF(300, 200, 300, 300), 0.9f});
+        all.push_back({"aDrawnFaceIsNoPerson", s, "MARK_ILLUSTRATION"});
+    }
+    {
+        PictureSignals s = photo(); // a terminal window: one flat colour, but ImageNet knows a screen capture
+        s.screen = {false, false, 0.6, 1};
+        s.textLines = QStringList{QStringLiteral("$ ls"), QStringLiteral("a b"), QStringLiteral("$ make")};
+        s.textShare = 0.1;
+        s.imageNet = {{QStringLiteral("web_site"), 0.9f}};
+        all.push_back({"aTerminalWindowIsAScreenshot", s, "MARK_SCREENSHOT"});
+    }
+    {
+        PictureSignals s = photo(); // a lakeside photo gets the scene words of the table
+        s.imageNet = {{QStringLiteral("lakeside"), 0.5f}};
+        all.push_back({"aLakesideIsOutdoor", s, "MARK_OUTDOOR"});
+    }
+    {
+        PictureSignals s = photo(); // a dining table under a plate of food does not make furniture
+        s.objects->push_back({QStringLiteral("dining_table"), QRectF(0, 600, 1000, 150), 0.6f});
+        s.objects->push_back({QStringLiteral("pizza"), QRectF(300, 300, 400, 300), 0.8f});
+        all.push_back({"foodOnATableIsFood", s, "MARK_DIVERSE_PIZZA"});
+    }
+    {
+        PictureSignals s = photo(); // a receipt
+        s.textLines =
+            QStringList{QStringLiteral("Bakery"), QStringLiteral("RECEIPT"), QStringLiteral("Total 4.50")};
+        s.textShare = 0.3;
+        all.push_back({"aReceiptIsATicket", s, "MARK_DOCUMENTS_TICKET"});
+    }
+    {
+        PictureSignals s = photo(); // without any person detector installed, a face is all there is
+        s.people.reset();
+        s.objects.reset();
+        s.faces.push_back({QRectF(500, 500, 20, 20), 0.9f});
+        all.push_back({"withoutDetectorsAFaceStillCounts", s, "MARK_PEOPLE"});
+    }
+    return all;
+}
+
+class PictureLabelerMarks : public ::testing::TestWithParam<Case>
+{
+};
+
+TEST_P(PictureLabelerMarks, GiveTheExpectedMark)
+{
+    EXPECT_EQ(markOf(GetParam().signals), QString::fromLatin1(GetParam().mark));
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, PictureLabelerMarks, ::testing::ValuesIn(cases()),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(PictureLabeler, ACleanPageOfPaperAloneIsADocumentNotAScreenshot)
+{
+    PictureSignals s = photo();
+    s.screen = {false, false, 0.8, 1};
+    s.textLines = QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
+    s.textShare = 0.2;
+    s.drawing = 0.1f;
+    EXPECT_FALSE(PictureLabeler::isScreenCapture(s));
+    EXPECT_EQ(markOf(s), QStringLiteral("MARK_DOCUMENTS"));
+    s.screen.flatColours = 2;
+    EXPECT_EQ(markOf(s), QStringLiteral("MARK_SCREENSHOT"));
+}
+
+TEST(PictureLabeler, TwoPeopleAddThePeopleWordAndDecisiveWordsComeFirst)
+{
+    PictureSignals s = photo();
+    s.imageNet = {{QStringLiteral("soccer_ball"), 0.95f}};
+    s.people->push_back(personAt({0, 0, 300, 700}, 0.5f));
+    s.people->push_back(personAt({500, 0, 300, 700}, 0.4f));
+    const auto labels = PictureLabeler::labels(s);
+    ASSERT_GE(labels.size(), 3u);
+    EXPECT_EQ(labels[0].identifier, QStringLiteral("person"));
+    EXPECT_EQ(labels[1].identifier, QStringLiteral("people"));
+    EXPECT_EQ(labels[2].identifier, QStringLiteral("soccer_ball"));
+    EXPECT_EQ(PictureLabeler::personCount(s), 2);
+}
+
+} // namespace

@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "vision/PictureLabeler.h"
+
+#include "vision/SceneWordTable.h"
+#include "vision/VisionClassificationEngine.h"
+
+#include <QRegularExpression>
+#include <QSet>
+
+#include <algorithm>
+
+namespace lumaro::vision {
+
+using platform::SceneObservation;
+
+namespace {
+
+constexpr double kSmallestObject = 0.03; // part of the frame below which an object is only a detail
+constexpr double kRoomObject = 0.20;
+constexpr double kFlatScreen = 0.30;  // flat share of a screen capture with a common display size
+constexpr double kFlatAnySize = 0.45; // …of any size (a window)
+constexpr int kScreenTextLines = 3;
+constexpr int kScreenColours = 2;         // a window's bars and panels besides its page
+constexpr double kScreenTextShare = 0.01; // lines the reader located, not just words it guessed
+constexpr float kSceneWordSource = 0.45f; // a label this unsure implies no scene
+constexpr double kFlatDrawing = 0.2;      // flat share of a drawing made on a computer
+constexpr float kWebSite = 0.5f;          // ImageNet's "web_site" class is screen captures of pages
+
+double areaShare(const QRectF& box, const QSize& frame)
+{
+    const double area = double(frame.width()) * frame.height();
+    return area > 0 ? box.width() * box.height() / area : 0.0;
+}
+
+bool faceInside(const PictureSignals& s, const QRectF& personBox)
+{
+    // Faces are found on the decoded image; person boxes are in the same pixels.
+    return std::any_of(s.faces.begin(), s.faces.end(),
+                       [&](const platform::FaceBox& face) { return personBox.contains(face.box.center()); });
+}
+
+bool objectPersonOverlaps(const PictureSignals& s, const QRectF& personBox)
+{
+    if (!s.objects)
+        return false;
+    return std::any_of(s.objects->begin(), s.objects->end(), [&](const platform::DetectedObject& o) {
+        return o.label == QLatin1String("person") && o.box.intersects(personBox);
+    });
+}
+
+float bestObjectPerson(const PictureSignals& s)
+{
+    float best = 0.f;
+    if (s.objects) {
+        for (const platform::DetectedObject& o : *s.objects) {
+            if (o.label == QLatin1String("person"))
+                best = std::max(best, o.score);
+        }
+    }
+    return best;
+}
+
+bool isTicket(const QStringList& lines)
+{
+    static const QRegularExpression words(
+        QStringLiteral(
+            "发票|车票|门票|机票|票据|收据|登机牌|\\bticket\\b|\\breceipt\\b|\\binvoice\\b|boarding pass"),
+        QRegularExpression::CaseInsensitiveOption);
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const QString& line) { return words.match(line).hasMatch(); });
+}
+
+class LabelList
+{
+public:
+    void add(const QString& identifier, float confidence)
+    {
+        if (identifier.isEmpty() || m_seen.contains(identifier))
+            return;
+        m_seen.insert(identifier);
+        m_labels.push_back({identifier, std::clamp(confidence, 0.f, 1.f)});
+    }
+    std::vector<SceneObservation> take() { return std::move(m_labels); }
+
+private:
+    QSet<QString> m_seen;
+    std::vector<SceneObservation> m_labels;
+};
+
+} // namespace
+
+int PictureLabeler::personCount(const PictureSignals& s)
+{
+    int count = 0;
+    if (s.people) {
+        for (const platform::PersonDetection& p : *s.people) {
+            if (p.score >= kPerson ||
+                (p.score >= kWeakPerson && (faceInside(s, p.box) || objectPersonOverlaps(s, p.box))))
+                ++count;
+        }
+    }
+    if (count == 0 && bestObjectPerson(s) >= kObjectPerson)
+        count = 1;
+    // A face alone stands for a person only in a photo: drawn faces are as large as they like.
+    if (count == 0 && !PictureLabeler::isDrawing(s)) {
+        for (const platform::FaceBox& face : s.faces) {
+            if (areaShare(face.box, s.analysedSize) >= kFaceAlone)
+                count = 1;
+        }
+    }
+    // Without either person detector a face is all there is to go by.
+    if (count == 0 && !s.people && !s.objects && !s.faces.empty())
+        count = 1;
+    return count;
+}
+
+float PictureLabeler::personConfidence(const PictureSignals& s)
+{
+    if (personCount(s) == 0)
+        return 0.f;
+    float best = bestObjectPerson(s);
+    if (s.people) {
+        for (const platform::PersonDetection& p : *s.people)
+            best = std::max(best, std::min(1.f, 0.5f + p.score));
+    }
+    for (const platform::FaceBox& face : s.faces)
+        best = std::max(best, face.score);
+    return std::max(best, 0.5f);
+}
+
+bool PictureLabeler::isScreenCapture(const PictureSignals& s)
+{
+    if (s.screen.cameraMetadata || s.textLines.size() < kScreenTextLines || s.textShare < kScreenTextShare)
+        return false;
+    const bool flat =
+        s.screen.flatShare >= kFlatAnySize || (s.screen.screenSize && s.screen.flatShare >= kFlatScreen);
+    const bool webPage = std::any_of(s.imageNet.begin(), s.imageNet.end(), [](const SceneObservation& o) {
+        return o.identifier == QLatin1String("web_site") && o.confidence >= kWebSite;
+    });
+    return (flat && s.screen.flatColours >= kScreenColours) || (webPage && s.screen.flatShare >= kFlatScreen);
+}
+
+bool PictureLabeler::isDrawing(const PictureSignals& s)
+{
+    if (isScreenCapture(s))
+        return false;
+    if (!s.drawing)
+        return false;
+    if (*s.drawing >= kDrawing)
+        return true;
+    // The drawing classifier knows painted and sketched pictures; flat colours from a drawing program it
+    // often misses (a cartoon house scores 0.2), and no camera makes those.
+    return !s.screen.cameraMetadata && s.textLines.size() < kScreenTextLines &&
+           s.screen.flatShare >= kFlatDrawing;
+}
+
+bool PictureLabeler::isDocument(const PictureSignals& s)
+{
+    return (s.textShare >= kDocumentShare && s.textLines.size() >= kDocumentLines) ||
+           s.textLines.size() >= 10;
+}
+
+std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
+{
+    LabelList list;
+    const bool screen = isScreenCapture(s);
+    const bool drawing = isDrawing(s);
+    const int people = personCount(s);
+    if (people > 0) {
+        list.add(QStringLiteral("person"), personConfidence(s));
+        if (people > 1)
+            list.add(QStringLiteral("people"), personConfidence(s));
+    }
+    if (screen)
+        list.add(QStringLiteral("screenshot"), 0.9f);
+    else if (drawing)
+        list.add(QStringLiteral("illustration"), std::max(s.drawing.value_or(0.f), 0.6f));
+    else if (isDocument(s)) {
+        list.add(QStringLiteral("document"), float(std::min(1.0, 0.5 + s.textShare)));
+        if (isTicket(s.textLines))
+            list.add(QStringLiteral("票据"), 0.8f);
+    }
+    // A screen capture or a drawing is that whatever it shows: words that would file it under another
+    // category are left out; words of no category still describe it.
+    const VisionTagMatcher& matcher = VisionClassificationEngine::shared().matcher;
+    const auto fitsPicture = [&](const QString& identifier) {
+        if (SceneWordTable::isWornItem(identifier) && people == 0 && (s.people || s.objects))
+            return false;
+        return !(screen || drawing) || matcher.categories({identifier}).isEmpty();
+    };
+
+    std::vector<SceneObservation> objects;
+    if (s.objects) {
+        for (const platform::DetectedObject& o : *s.objects) {
+            const double share = areaShare(o.box, s.analysedSize);
+            if (SceneWordTable::isIgnoredObject(o.label) || share < kSmallestObject ||
+                (SceneWordTable::needsLargeBox(o.label) && share < kRoomObject))
+                continue;
+            objects.push_back({o.label, o.score});
+        }
+    }
+    objects.insert(objects.end(), s.imageNet.begin(), s.imageNet.end());
+    std::stable_sort(
+        objects.begin(), objects.end(),
+        [](const SceneObservation& a, const SceneObservation& b) { return a.confidence > b.confidence; });
+
+    if (!(screen || drawing)) {
+        for (const SceneObservation& o : objects) {
+            if (o.confidence <= kSceneWordSource)
+                continue;
+            for (const QString& word : SceneWordTable::sceneWordsFor(o.identifier))
+                list.add(word, o.confidence);
+        }
+    }
+    for (const SceneObservation& o : objects) {
+        if (fitsPicture(o.identifier))
+            list.add(o.identifier, o.confidence);
+    }
+    return list.take();
+}
+
+} // namespace lumaro::vision

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Turns what the backends found in a picture into the labels the classification procedure reads.
+#pragma once
+
+#include "vision/PictureSignals.h"
+
+#include <vector>
+
+namespace lumaro::vision {
+
+// Pure and thread-safe. Labels come out as observations (identifier, confidence), decisive words first:
+// - "person"/"people" when a person detector finds someone (seen from any side), a face only confirming a
+//   weak detection, or standing alone when it fills a good part of the frame;
+// - "screenshot" for a screen capture, "illustration" for a drawing: a whole-picture fact that outranks what
+//   the photo classifiers say about its contents, so their category words are left out;
+// - "document" when text covers enough of the picture, "票据" besides it for a ticket or receipt;
+// - scene words from the table over ImageNet and COCO labels (outdoor, landscape, sky, indoor, structure);
+// - then the object words: COCO objects (score ≥ 0.45) and ImageNet labels, without the ones that wrongly
+//   mean people (clothing seen without anybody wearing it, a corgi's "cardigan").
+class PictureLabeler
+{
+public:
+    static std::vector<platform::SceneObservation> labels(const PictureSignals& signals);
+
+    static bool isScreenCapture(const PictureSignals& signals);
+    static bool isDrawing(const PictureSignals& signals);
+    static bool isDocument(const PictureSignals& signals);
+    // The best evidence of a person, 0 when there is none.
+    static float personConfidence(const PictureSignals& signals);
+    static int personCount(const PictureSignals& signals);
+
+    static constexpr float kDrawing = 0.5f;
+    static constexpr float kPerson = 0.3f;       // MultiPose instance score that stands alone
+    static constexpr float kWeakPerson = 0.2f;   // …that a face or the object detector must confirm
+    static constexpr float kObjectPerson = 0.5f; // the object detector's person alone
+    static constexpr double kFaceAlone = 0.02;   // a face this large a part of the frame is a person
+    static constexpr double kDocumentShare = 0.08;
+    static constexpr int kDocumentLines = 3;
+};
+
+} // namespace lumaro::vision

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "vision/SceneWordTable.h"
+
+#include <QHash>
+#include <QSet>
+
+namespace lumaro::vision {
+
+namespace {
+
+const QString kOutdoor = QStringLiteral("outdoor");
+const QString kLandscape = QStringLiteral("landscape");
+const QString kSky = QStringLiteral("sky");
+const QString kIndoor = QStringLiteral("indoor");
+const QString kStructure = QStringLiteral("structure");
+
+QHash<QString, QStringList> buildTable()
+{
+    QHash<QString, QStringList> table;
+    const auto add = [&table](std::initializer_list<const char*> labels, const QStringList& words) {
+        for (const char* label : labels)
+            table[QString::fromLatin1(label)] += words;
+    };
+    // ImageNet's landforms and waters, and what is only seen on them.
+    add({"alp", "cliff", "valley", "volcano", "promontory", "lakeside", "seashore", "sandbar", "geyser",
+         "coral_reef", "rapeseed", "hay", "dam", "breakwater"},
+        {kOutdoor, kLandscape});
+    add({"canoe", "yawl", "schooner", "catamaran", "trimaran", "speedboat", "lifeboat", "paddle", "dogsled",
+         "ski", "snowmobile", "mountain_tent", "pier", "boathouse"},
+        {kOutdoor});
+    add({"airliner", "parachute", "airplane", "kite"}, {kOutdoor, kSky});
+    add({"surfboard", "skis", "snowboard"}, {kOutdoor});
+    // Streets and the things that stand in them.
+    add({"street_sign", "traffic_light", "stop_sign", "parking_meter", "fire_hydrant"},
+        {kOutdoor, kStructure});
+    // Rooms.
+    add({"couch", "bed", "dining_table", "toilet", "tv", "microwave", "oven", "refrigerator", "sink",
+         "studio_couch", "bookcase", "entertainment_center", "home_theater", "wardrobe", "four_poster"},
+        {kIndoor});
+    return table;
+}
+
+} // namespace
+
+QStringList SceneWordTable::sceneWordsFor(const QString& identifier)
+{
+    static const QHash<QString, QStringList> table = buildTable();
+    return table.value(identifier);
+}
+
+bool SceneWordTable::needsLargeBox(const QString& cocoLabel)
+{
+    static const QSet<QString> rooms{
+        QStringLiteral("chair"),        QStringLiteral("couch"),        QStringLiteral("bed"),
+        QStringLiteral("dining_table"), QStringLiteral("toilet"),       QStringLiteral("tv"),
+        QStringLiteral("laptop"),       QStringLiteral("mouse"),        QStringLiteral("remote"),
+        QStringLiteral("keyboard"),     QStringLiteral("cell_phone"),   QStringLiteral("microwave"),
+        QStringLiteral("oven"),         QStringLiteral("refrigerator"), QStringLiteral("sink"),
+        QStringLiteral("bench"),        QStringLiteral("vase"),         QStringLiteral("clock"),
+    };
+    return rooms.contains(cocoLabel);
+}
+
+bool SceneWordTable::isIgnoredObject(const QString& cocoLabel)
+{
+    return cocoLabel == QLatin1String("person") || cocoLabel == QLatin1String("book");
+}
+
+bool SceneWordTable::isWornItem(const QString& identifier)
+{
+    static const QSet<QString> worn{
+        QStringLiteral("abaya"),        QStringLiteral("academic_gown"),
+        QStringLiteral("apron"),        QStringLiteral("bikini"),
+        QStringLiteral("brassiere"),    QStringLiteral("cloak"),
+        QStringLiteral("diaper"),       QStringLiteral("fur_coat"),
+        QStringLiteral("gown"),         QStringLiteral("hoopskirt"),
+        QStringLiteral("jean"),         QStringLiteral("jersey"),
+        QStringLiteral("kimono"),       QStringLiteral("lab_coat"),
+        QStringLiteral("maillot"),      QStringLiteral("military_uniform"),
+        QStringLiteral("miniskirt"),    QStringLiteral("overskirt"),
+        QStringLiteral("pajama"),       QStringLiteral("poncho"),
+        QStringLiteral("sarong"),       QStringLiteral("suit"),
+        QStringLiteral("sweatshirt"),   QStringLiteral("swimming_trunks"),
+        QStringLiteral("trench_coat"),  QStringLiteral("vestment"),
+        QStringLiteral("stole"),        QStringLiteral("bulletproof_vest"),
+        QStringLiteral("bathing_cap"),  QStringLiteral("bonnet"),
+        QStringLiteral("cowboy_hat"),   QStringLiteral("sombrero"),
+        QStringLiteral("mortarboard"),  QStringLiteral("shower_cap"),
+        QStringLiteral("ski_mask"),     QStringLiteral("wig"),
+        QStringLiteral("hair_slide"),   QStringLiteral("clog"),
+        QStringLiteral("cowboy_boot"),  QStringLiteral("loafer"),
+        QStringLiteral("running_shoe"), QStringLiteral("sandal"),
+        QStringLiteral("sock"),         QStringLiteral("christmas_stocking"),
+        QStringLiteral("bolo_tie"),     QStringLiteral("bow_tie"),
+        QStringLiteral("windsor_tie"),  QStringLiteral("feather_boa"),
+        QStringLiteral("necklace"),     QStringLiteral("tie"),
+        QStringLiteral("ballplayer"),   QStringLiteral("groom"),
+        QStringLiteral("scuba_diver"),
+    };
+    return worn.contains(identifier);
+}
+
+} // namespace lumaro::vision

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What tells a screen capture from a camera picture: camera metadata, a display's exact size, flat areas.
+#pragma once
+
+#include "vision/PictureSignals.h"
+
+#include <QImage>
+#include <QSize>
+#include <QString>
+
+namespace lumaro::vision {
+
+struct FlatAreas
+{
+    double share = 0.0; // part of the picture in 8 × 8 blocks of one exact colour
+    int colours = 0;    // colours of those blocks that each cover at least 1 % of the picture
+};
+
+// Thread-safe, blocking (reads the file's metadata).
+class ScreenCaptureEvidence
+{
+public:
+    static ScreenEvidence of(const QString& path, const QImage& decoded, const QSize& pixelSize);
+
+    // UI backgrounds are flat, a camera's noise never is; a window has several flat colours (bars, panels,
+    // page), a clean document page only its paper.
+    static FlatAreas flatAreas(const QImage& image);
+    // One of the common display sizes, either way round (a phone's portrait capture included).
+    static bool isScreenSize(const QSize& size);
+};
+
+} // namespace lumaro::vision
