@@ -4,7 +4,8 @@
 #include "app/CardImportDialog.h"
 #include "app/ToolHost.h"
 #include "cards/CardReco.h"
-#include "platform/RemovableVolumeMonitor.h"
+#include "platform/volumes/RemovableVolumeMonitor.h"
+#include "platform/volumes/UDisksMountEvents.h"
 
 #include <QFileDialog>
 #include <QFutureWatcher>
@@ -20,11 +21,9 @@
 namespace lumaro::app {
 
 CardMonitorPanel::CardMonitorPanel(ToolHost& host, QWidget* parent)
-    : QWidget(parent)
-    , m_host(host)
-    , m_monitor(new platform::RemovableVolumeMonitor(platform::RemovableVolumeMonitor::systemRemovableVolumes(), this))
-    , m_cards(new QListWidget(this))
-    , m_importButton(new QPushButton(QStringLiteral("导入…"), this))
+    : QWidget(parent), m_host(host), m_monitor(new platform::RemovableVolumeMonitor(
+                                         platform::RemovableVolumeMonitor::systemRemovableVolumes(), this)),
+      m_cards(new QListWidget(this)), m_importButton(new QPushButton(QStringLiteral("导入…"), this))
 {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(new QLabel(QStringLiteral("存储卡"), this));
@@ -36,7 +35,8 @@ CardMonitorPanel::CardMonitorPanel(ToolHost& host, QWidget* parent)
     layout->addLayout(buttons);
     m_importButton->setEnabled(false);
 
-    connect(m_cards, &QListWidget::currentRowChanged, this, [this](int row) { m_importButton->setEnabled(row >= 0); });
+    connect(m_cards, &QListWidget::currentRowChanged, this,
+            [this](int row) { m_importButton->setEnabled(row >= 0); });
     connect(m_cards, &QListWidget::itemActivated, this,
             [this](QListWidgetItem* item) { openImport(item->data(Qt::UserRole).toString()); });
     connect(m_importButton, &QPushButton::clicked, this, [this] {
@@ -44,14 +44,16 @@ CardMonitorPanel::CardMonitorPanel(ToolHost& host, QWidget* parent)
             openImport(item->data(Qt::UserRole).toString());
     });
     connect(other, &QPushButton::clicked, this, [this] {
-        const QString folder = QFileDialog::getExistingDirectory(m_host.dialogParent(), QStringLiteral("选择存储卡"));
+        const QString folder =
+            QFileDialog::getExistingDirectory(m_host.dialogParent(), QStringLiteral("选择存储卡"));
         if (!folder.isEmpty())
             openImport(folder);
     });
     connect(m_monitor, &platform::RemovableVolumeMonitor::volumeMounted, this,
             [this](const platform::MountedVolume& volume) { addVolume(volume, true); });
-    connect(m_monitor, &platform::RemovableVolumeMonitor::volumeUnmounted, this, &CardMonitorPanel::removeVolume);
-    m_monitor->start();
+    connect(m_monitor, &platform::RemovableVolumeMonitor::volumeUnmounted, this,
+            &CardMonitorPanel::removeVolume);
+    m_monitor->startWithEvents(new platform::UDisksMountEvents(m_monitor));
     for (const platform::MountedVolume& volume : m_monitor->volumes())
         addVolume(volume, false);
 }
@@ -63,8 +65,9 @@ void CardMonitorPanel::addVolume(const platform::MountedVolume& volume, bool off
     item->setToolTip(volume.rootPath);
     const QString root = volume.rootPath;
     const QString name = volume.name;
-    // A watcher owned by the panel: when the panel goes first, the watcher goes with it and the late result is
-    // simply not delivered (a continuation with a context object asserts in Qt 6.4 when the context dies first).
+    // A watcher owned by the panel: when the panel goes first, the watcher goes with it and the late result
+    // is simply not delivered (a continuation with a context object asserts in Qt 6.4 when the context dies
+    // first).
     using Recognition = std::optional<cards::CardRecognition>;
     auto* watcher = new QFutureWatcher<Recognition>(this);
     connect(watcher, &QFutureWatcher<Recognition>::finished, this, [this, watcher, root, name, offer] {
@@ -74,8 +77,9 @@ void CardMonitorPanel::addVolume(const platform::MountedVolume& volume, bool off
             QListWidgetItem* item = m_cards->item(row);
             if (item->data(Qt::UserRole).toString() != root)
                 continue;
-            item->setText(name + QStringLiteral("  ·  ")
-                          + (recognition ? cards::familyName(recognition->cameraType) : QStringLiteral("未识别")));
+            item->setText(
+                name + QStringLiteral("  ·  ") +
+                (recognition ? cards::familyName(recognition->cameraType) : QStringLiteral("未识别")));
             if (recognition)
                 item->setToolTip(recognition->matchInformation);
         }

@@ -30,8 +30,10 @@ echo "== pairing: matching 10,000 … 160,000 names a side, analysis of two real
 "$build/bench/pairing_bench" --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
 echo "== lumaro-cli clean (dry run) on 100,000 + 100,000 files vs find -printf | sort"
 bash "$here/pairing-clean.sh" "$build"
-echo "== lumaro-cli import vs cp -r (a 1.6 GB card)"
+echo "== lumaro-cli import vs cp -r (200 x 8 MB, cold page cache)"
 bash "$here/import-vs-cp.sh" "$build"
+echo "== a second lumaro-cli import with nothing new vs cp -rn (2,000 files)"
+bash "$here/import-again.sh" "$build"
 echo "== file-name grouping of 10,000 pictures: the walk, group and ungroup on disk"
 "$build/bench/name_grouping_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 echo "== lumaro-cli group / ungroup vs a Perl rename loop (10,000 files)"

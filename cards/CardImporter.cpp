@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cards/CardImporter.h"
 
+#include "cards/CardImportJournal.h"
+#include "cards/PairingFileTypes.h"
+#include "cards/ShotNamePlanner.h"
 #include "platform/FileCopier.h"
 #include "platform/Log.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QRegularExpression>
 
 namespace lumaro::cards {
@@ -18,7 +22,8 @@ int highestRollNumber(const QString& importLocation)
 {
     static const QRegularExpression rollName(QStringLiteral("^roll(\\d{2,})$"));
     int highest = 0;
-    const QStringList names = QDir(importLocation).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    const QStringList names =
+        QDir(importLocation).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     for (const QString& name : names) {
         const auto match = rollName.match(name);
         if (match.hasMatch())
@@ -39,7 +44,8 @@ QString makeRollFolder(const QString& importLocation, QString* error)
         *error = QStringLiteral("cannot create the import location ") + importLocation;
         return {};
     }
-    for (int number = highestRollNumber(importLocation) + 1, attempts = 0; attempts < 100; ++number, ++attempts) {
+    for (int number = highestRollNumber(importLocation) + 1, attempts = 0; attempts < 100;
+         ++number, ++attempts) {
         const QString folder = QDir(importLocation).filePath(rollName(number));
         if (QDir(importLocation).mkdir(rollName(number)))
             return folder;
@@ -71,7 +77,38 @@ struct Kind
     QString status;
 };
 
+// Partial copies of killed imports, in every roll no running import has locked. A roll's lock names its
+// process, so the lock of a killed import is seen as stale and taken over.
+int removePartialCopies(const QString& importLocation)
+{
+    int removed = 0;
+    const QStringList names =
+        QDir(importLocation).entryList({QStringLiteral("roll*")}, QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString& name : names) {
+        const QDir roll(QDir(importLocation).filePath(name));
+        QLockFile lock(roll.filePath(CardImporter::lockFileName()));
+        lock.setStaleLockTime(0);
+        if (!lock.tryLock(0))
+            continue;
+        for (const QString& kind :
+             {CardImporter::jpgFolderName(), CardImporter::rawFolderName(), CardImporter::videoFolderName()})
+            removed += platform::FileCopier::removePartialCopies(roll.filePath(kind));
+    }
+    if (removed > 0)
+        Log::raw(QStringLiteral("🧹 已清除中断导入留下的不完整文件: ") +
+                 QString::number(removed));
+    return removed;
+}
+
 } // namespace
+
+QString CardImporter::shotKey(const QString& path)
+{
+    const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
+    const QString folder = slash >= 0 ? path.left(slash) : QString();
+    return folder + QLatin1Char('\n') +
+           PairingFileTypes::matchingKey(PairingFileTypes::stem(slash >= 0 ? path.mid(slash + 1) : path));
+}
 
 QString CardImporter::nextRollFolder(const QString& importLocation)
 {
@@ -79,7 +116,7 @@ QString CardImporter::nextRollFolder(const QString& importLocation)
 }
 
 ImportOutcome CardImporter::importFiles(const NewFileInfo& files, const QString& importLocation,
-                                        const Callbacks& callbacks)
+                                        const Callbacks& callbacks, CardImportJournal* journal)
 {
     ImportOutcome outcome;
     if (importLocation.isEmpty()) {
@@ -96,11 +133,24 @@ ImportOutcome CardImporter::importFiles(const NewFileInfo& files, const QString&
             callbacks.status(text);
     };
     report(0);
+    outcome.partialCopiesRemoved = removePartialCopies(importLocation);
     QString error;
-    const QString roll = makeRollFolder(importLocation, &error);
+    QString roll = journal ? journal->unfinishedRoll() : QString();
+    outcome.resumed = !roll.isEmpty();
+    if (outcome.resumed)
+        Log::raw(QStringLiteral("📋 继续中断的导入: ") + roll);
+    else
+        roll = makeRollFolder(importLocation, &error);
     if (roll.isEmpty()) {
         outcome.error = error;
         Log::raw(QStringLiteral("❌ ") + error);
+        return outcome;
+    }
+    QLockFile lock(QDir(roll).filePath(lockFileName()));
+    lock.setStaleLockTime(0);
+    if (!lock.tryLock(0)) {
+        outcome.error = QStringLiteral("another import is copying into ") + roll;
+        Log::raw(QStringLiteral("❌ ") + outcome.error);
         return outcome;
     }
     outcome.destination = roll;
@@ -112,13 +162,32 @@ ImportOutcome CardImporter::importFiles(const NewFileInfo& files, const QString&
     };
     Log::raw(QStringLiteral("📋 创建导入文件夹（仅创建有文件的类型）："));
     std::vector<bool> usable;
+    QStringList kindFolders;
+    QList<std::pair<QString, QString>> everyFile;
     for (const Kind& kind : kinds) {
+        const QString folder = QDir(roll).filePath(kind.folderName);
+        kindFolders.append(folder);
+        for (const QString& source : *kind.files)
+            everyFile.append({source, folder});
         const bool needed = !kind.files->isEmpty();
-        const bool made = needed && makeKindFolder(QDir(roll).filePath(kind.folderName));
+        const bool made = needed && makeKindFolder(folder);
         if (needed && !made)
-            Log::raw(QStringLiteral("   ❌ 无法创建文件夹: ") + QDir(roll).filePath(kind.folderName));
+            Log::raw(QStringLiteral("   ❌ 无法创建文件夹: ") + folder);
         usable.push_back(made);
     }
+    if (journal) {
+        const QStringList pictures = files.jpgFiles + files.rawFiles;
+        journal->begin(roll, pictures.isEmpty() ? QString() : pictures.constFirst());
+    }
+    ShotNamePlanner planner(kindFolders);
+    if (outcome.resumed) {
+        planner.keepStems(journal->unfinishedStems());
+        planner.setResuming(true);
+    }
+    const QHash<QString, PlannedName> names =
+        planner.plan(everyFile, files.stamps, [journal](const QString& source) {
+            return shotKey(journal ? journal->pathOnCard(source) : source);
+        });
 
     const qint64 totalBytes = files.totalSize;
     const qsizetype totalFiles = files.fileCount();
@@ -135,26 +204,32 @@ ImportOutcome CardImporter::importFiles(const NewFileInfo& files, const QString&
             continue;
         const bool isVideo = kind.folderName == videoFolderName();
         if (isVideo)
-            Log::raw(QStringLiteral("📋 开始复制视频文件，共 ") + QString::number(count) + QStringLiteral(" 个"));
-        const QString folder = QDir(roll).filePath(kind.folderName);
+            Log::raw(QStringLiteral("📋 开始复制视频文件，共 ") + QString::number(count) +
+                     QStringLiteral(" 个"));
+        const QString folder = kindFolders.at(qsizetype(k));
         for (qsizetype i = 0; i < count; ++i) {
             const QString& source = kind.files->at(i);
             const QString name = QFileInfo(source).fileName();
-            setStatus(isVideo ? QString(QStringLiteral("正在导入视频文件... (") + QString::number(i + 1) + QLatin1Char('/')
-                                        + QString::number(count) + QLatin1Char(')'))
+            const PlannedName planned = names.value(source);
+            setStatus(isVideo ? QString(QStringLiteral("正在导入视频文件... (") + QString::number(i + 1) +
+                                        QLatin1Char('/') + QString::number(count) + QLatin1Char(')'))
                               : kind.status);
-            const QString position = QStringLiteral("   [") + QString::number(i + 1) + QLatin1Char('/')
-                                   + QString::number(count);
-            const qint64 size = QFileInfo(source).size();
+            const QString position =
+                QStringLiteral("   [") + QString::number(i + 1) + QLatin1Char('/') + QString::number(count);
+            const qint64 size =
+                files.stamps.contains(source) ? files.stamps.value(source).size : QFileInfo(source).size();
             QString copyError = QStringLiteral("the folder could not be created");
             std::optional<QString> written;
-            if (usable[k]) {
+            if (planned.alreadyThere) {
+                written = QDir(folder).filePath(planned.name);
+            } else if (usable[k]) {
                 platform::CopyOptions options;
                 options.progress = [&](qint64 copied, qint64 total) {
                     report(overall(copied));
                     return !callbacks.chunkCopied || callbacks.chunkCopied(source, copied, total);
                 };
-                written = platform::FileCopier::copyWithoutOverwriting(source, folder, name, &copyError, options);
+                written = platform::FileCopier::copyWithoutOverwriting(source, folder, planned.name,
+                                                                       &copyError, options);
             }
             if (written) {
                 if (QFileInfo(*written).fileName() != name) {
@@ -163,9 +238,13 @@ ImportOutcome CardImporter::importFiles(const NewFileInfo& files, const QString&
                 }
                 Log::raw(position + QStringLiteral("] 复制成功: ") + name);
                 outcome.copiedCount += 1;
+                if (journal)
+                    journal->fileCopied(source, files.stamps.value(source, {size, 0}), *written);
             } else {
-                Log::raw(position + QStringLiteral("] 复制失败: ") + copyError + QStringLiteral(" - ") + source);
+                Log::raw(position + QStringLiteral("] 复制失败: ") + copyError + QStringLiteral(" - ") +
+                         source);
                 outcome.failedCount += 1;
+                outcome.failures.append({source, copyError});
             }
             bytesDone += size;
             filesDone += 1;
@@ -174,6 +253,10 @@ ImportOutcome CardImporter::importFiles(const NewFileInfo& files, const QString&
         if (isVideo)
             Log::raw(QStringLiteral("📋 视频文件复制完成"));
     }
+    // A failed file is offered again next time; the import is finished either way, and the next one opens a
+    // roll.
+    if (journal)
+        journal->finish();
     report(1);
     setStatus(QStringLiteral("导入的文件已保存到：") + roll);
     return outcome;

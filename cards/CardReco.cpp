@@ -46,14 +46,16 @@ QString statisticsTag(CameraType type)
 }
 
 // Calls `visit` for each file directly in DCIM and in its camera folders (names starting with three digits).
-// Dot-files are left out: cameras never write them, desktops leave them behind. False when DCIM cannot be listed.
+// Dot-files are left out: cameras never write them, desktops leave them behind. False when DCIM cannot be
+// listed.
 bool forEachCameraFile(const QString& dcim, const std::function<void(const QFileInfo&)>& visit)
 {
     static const QRegularExpression cameraFolder(QStringLiteral("^\\d{3}"));
     const QDir folder(dcim);
     if (!folder.isReadable())
         return false;
-    const QFileInfoList entries = folder.entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    const QFileInfoList entries =
+        folder.entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     for (const QFileInfo& entry : entries) {
         if (entry.isFile()) {
             visit(entry);
@@ -81,7 +83,7 @@ QString joinMakeModel(const QString& make, const QString& model)
     return make + QLatin1Char(' ') + model;
 }
 
-QString cameraMakeModel(const QString& picture)
+QString cameraOfPicture(const QString& picture)
 {
     const platform::ImageMetadata metadata = platform::ImageMetadata::read(picture);
     switch (metadata.status) {
@@ -121,10 +123,12 @@ QString familyName(CameraType type)
 std::optional<CardRecognition> CardReco::recognize(const QString& mountPath)
 {
     std::optional<CardRecognition> result;
-    if (isFile(mountPath, QStringLiteral("DCIM/CANONMSC/M3100.CTG")) && isDirectory(mountPath, QStringLiteral("MISC"))
-        && isDirectory(mountPath, QStringLiteral("DCIM")) && isDirectory(mountPath, QStringLiteral("DCIM/CANONMSC"))) {
-        result = CardRecognition{CameraType::canonR, mountPath,
-                                 QStringLiteral("检测到 Canon R 系列格式化特征：/DCIM/CANONMSC/M3100.CTG 和 /MISC 目录存在")};
+    if (isFile(mountPath, QStringLiteral("DCIM/CANONMSC/M3100.CTG")) &&
+        isDirectory(mountPath, QStringLiteral("MISC")) && isDirectory(mountPath, QStringLiteral("DCIM")) &&
+        isDirectory(mountPath, QStringLiteral("DCIM/CANONMSC"))) {
+        result = CardRecognition{
+            CameraType::canonR, mountPath,
+            QStringLiteral("检测到 Canon R 系列格式化特征：/DCIM/CANONMSC/M3100.CTG 和 /MISC 目录存在")};
     } else if (isDirectory(mountPath, QStringLiteral("DCIM/131CANON"))) {
         QString information = QStringLiteral("检测到 Canon IXUS 系列格式化特征：/DCIM/131CANON 目录存在");
         if (volumeName(mountPath) == QLatin1String("CANON_DC"))
@@ -154,9 +158,9 @@ DigitalCardStats CardReco::statistics(const QString& mountPath, CameraType type)
     DigitalCardStats stats;
     stats.cameraType = type;
     stats.rawFormat = type == CameraType::canonR ? QStringLiteral("CR3") : QString();
-    stats.videoFormat = type == CameraType::canonR    ? QStringLiteral("MP4")
-                      : type == CameraType::canonIXUS ? QStringLiteral("AVI")
-                                                      : QString();
+    stats.videoFormat = type == CameraType::canonR      ? QStringLiteral("MP4")
+                        : type == CameraType::canonIXUS ? QStringLiteral("AVI")
+                                                        : QString();
     const QString tag = statisticsTag(type);
     const QString dcim = QDir(mountPath).filePath(QStringLiteral("DCIM"));
     if (!QFileInfo(dcim).isDir()) {
@@ -175,24 +179,30 @@ DigitalCardStats CardReco::statistics(const QString& mountPath, CameraType type)
             stats.videoCount += 1;
     });
     if (!listed) {
-        Log::raw(QStringLiteral("⚠️ ") + tag + QStringLiteral(" 统计: 无法读取 DCIM 目录内容 - ")
-                 + QStringLiteral("permission denied: ") + dcim);
+        Log::raw(QStringLiteral("⚠️ ") + tag + QStringLiteral(" 统计: 无法读取 DCIM 目录内容 - ") +
+                 QStringLiteral("permission denied: ") + dcim);
         return stats;
     }
     QString counts = QStringLiteral(", JPG: ") + QString::number(stats.jpgCount);
     if (type == CameraType::canonR)
-        counts += QStringLiteral(", CR3: ") + QString::number(stats.rawCount) + QStringLiteral(", MP4: ")
-                + QString::number(stats.videoCount);
+        counts += QStringLiteral(", CR3: ") + QString::number(stats.rawCount) + QStringLiteral(", MP4: ") +
+                  QString::number(stats.videoCount);
     else
         counts += QStringLiteral(", AVI: ") + QString::number(stats.videoCount);
-    Log::raw(QStringLiteral("📊 ") + tag + QStringLiteral(" 存储卡统计: ") + mountPath + counts
-             + QStringLiteral(", 文件总数: ") + QString::number(total));
+    Log::raw(QStringLiteral("📊 ") + tag + QStringLiteral(" 存储卡统计: ") + mountPath + counts +
+             QStringLiteral(", 文件总数: ") + QString::number(total));
     if (type != CameraType::unknown) {
         const QString picture = firstPicture(mountPath);
         if (!picture.isEmpty())
-            stats.cameraMakeModel = cameraMakeModel(picture);
+            stats.cameraMakeModel = cameraOfPicture(picture);
     }
     return stats;
+}
+
+QString CardReco::cameraMakeModel(const QString& mountPath)
+{
+    const QString picture = firstPicture(mountPath);
+    return picture.isEmpty() ? QString() : cameraOfPicture(picture);
 }
 
 } // namespace lumaro::cards

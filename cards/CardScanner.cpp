@@ -3,6 +3,8 @@
 
 #include "platform/Log.h"
 
+#include <QDateTime>
+#include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QSet>
@@ -31,6 +33,16 @@ MediaKind CardScanner::kindOf(const QString& fileName)
     return MediaKind::other;
 }
 
+bool CardScanner::isHiddenOrSystem(const QString& entryName)
+{
+    // A leading dot covers the trash folders of both desktops, Spotlight's and fseventsd's stores and the
+    // "._" resource forks macOS writes beside every file. FAT compares names without case, so Windows' folder
+    // may come back in any case.
+    return entryName.startsWith(QLatin1Char('.')) ||
+           entryName.compare(QLatin1String("System Volume Information"), Qt::CaseInsensitive) == 0 ||
+           entryName.compare(QLatin1String("$RECYCLE.BIN"), Qt::CaseInsensitive) == 0;
+}
+
 NewFileInfo CardScanner::scan(const QString& mountPath)
 {
     NewFileInfo found;
@@ -39,34 +51,50 @@ NewFileInfo CardScanner::scan(const QString& mountPath)
         Log::raw(QStringLiteral("⚠️ 无法创建文件枚举器: ") + mountPath);
         return found;
     }
+    const QDir rootDir(mountPath);
     QStringList all;
-    QDirIterator it(mountPath, QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                    QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        it.next();
-        const QFileInfo file = it.fileInfo();
-        if (file.isSymLink())
-            continue;
-        QStringList* list = nullptr;
-        switch (kindOf(file.fileName())) {
-        case MediaKind::jpg:
-            list = &found.jpgFiles;
-            break;
-        case MediaKind::raw:
-            list = &found.rawFiles;
-            break;
-        case MediaKind::video:
-            list = &found.videoFiles;
-            break;
-        case MediaKind::other:
-            break;
+    QStringList folders{mountPath};
+    while (!folders.isEmpty()) {
+        QDirIterator it(folders.takeLast(),
+                        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+        while (it.hasNext()) {
+            it.next();
+            const QFileInfo file = it.fileInfo();
+            if (isHiddenOrSystem(file.fileName())) {
+                found.skippedEntries.append(rootDir.relativeFilePath(file.filePath()));
+                continue;
+            }
+            if (file.isSymLink())
+                continue;
+            if (file.isDir()) {
+                folders.append(file.filePath());
+                continue;
+            }
+            QStringList* list = nullptr;
+            switch (kindOf(file.fileName())) {
+            case MediaKind::jpg:
+                list = &found.jpgFiles;
+                break;
+            case MediaKind::raw:
+                list = &found.rawFiles;
+                break;
+            case MediaKind::video:
+                list = &found.videoFiles;
+                break;
+            case MediaKind::other:
+                break;
+            }
+            if (!list)
+                continue;
+            list->append(file.filePath());
+            all.append(file.filePath());
+            found.totalSize += file.size();
+            found.stamps.insert(file.filePath(), {file.size(), file.lastModified().toMSecsSinceEpoch()});
         }
-        if (!list)
-            continue;
-        list->append(file.filePath());
-        all.append(file.filePath());
-        found.totalSize += file.size();
     }
+    found.skippedEntries.sort();
+    for (const QString& entry : std::as_const(found.skippedEntries))
+        Log::raw(QStringLiteral("⚠️ 跳过隐藏或系统项: ") + entry);
     // Directory order differs between file systems; sorted, an import copies cards in the camera's own order.
     found.jpgFiles.sort();
     found.rawFiles.sort();

@@ -69,10 +69,11 @@ std::optional<QString> PairingAnalyzer::problemWithFolders(const QString& jpgFol
 
 namespace {
 
-// The matching key of a name is its stem lower-cased. Camera names are ASCII, and for them the key is the stem itself
-// seen through ASCII lower-casing, so a hundred thousand names cost no allocation; any other name is lower-cased
-// into a string of its own (toLower may change its length, or turn a non-ASCII letter into an ASCII one, such as the
-// Kelvin sign into k), which is ASCII-lower already, so one hash and one comparison serve both kinds.
+// The matching key of a name is its stem lower-cased. Camera names are ASCII, and for them the key is the
+// stem itself seen through ASCII lower-casing, so a hundred thousand names cost no allocation; any other name
+// gets a key of its own from PairingFileTypes::matchingKey (one normal form, so that "café" typed on Linux
+// pairs with the decomposed "café" macOS writes, then lower-cased), which is ASCII-lower already, so one hash
+// and one comparison serve both.
 class StemKeys
 {
 public:
@@ -83,7 +84,7 @@ public:
         const bool ascii = std::all_of(stem.begin(), stem.end(), [](QChar c) { return c.unicode() < 0x80; });
         if (ascii)
             return stem;
-        m_lowered.push_back(stem.toString().toLower());
+        m_lowered.push_back(PairingFileTypes::matchingKey(stem));
         return m_lowered.back();
     }
 

@@ -7,8 +7,8 @@ namespace lumaro::cards {
 
 namespace {
 
-// Every suffix is one dot followed by letters and digits, so "ends with one of them" is the same test as "the part
-// from the last dot is one of them", which a set answers without walking the list.
+// Every suffix is one dot followed by letters and digits, so "ends with one of them" is the same test as "the
+// part from the last dot is one of them", which a set answers without walking the list.
 bool hasAnySuffix(const QString& name, const QSet<QString>& suffixes)
 {
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
@@ -19,13 +19,15 @@ bool hasAnySuffix(const QString& name, const QSet<QString>& suffixes)
 
 const QSet<QString>& jpgSet()
 {
-    static const QSet<QString> set(PairingFileTypes::jpgSuffixes().cbegin(), PairingFileTypes::jpgSuffixes().cend());
+    static const QSet<QString> set(PairingFileTypes::jpgSuffixes().cbegin(),
+                                   PairingFileTypes::jpgSuffixes().cend());
     return set;
 }
 
 const QSet<QString>& rawSet()
 {
-    static const QSet<QString> set(PairingFileTypes::rawSuffixes().cbegin(), PairingFileTypes::rawSuffixes().cend());
+    static const QSet<QString> set(PairingFileTypes::rawSuffixes().cbegin(),
+                                   PairingFileTypes::rawSuffixes().cend());
     return set;
 }
 
@@ -69,6 +71,15 @@ QString PairingFileTypes::stem(const QString& name)
 {
     const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
     return dot > 0 ? name.left(dot) : name;
+}
+
+QString PairingFileTypes::matchingKey(QStringView stem)
+{
+    // Decomposed first, so that lower-casing sees the base letter of "É" whichever way it was written.
+    return stem.toString()
+        .normalized(QString::NormalizationForm_D)
+        .toLower()
+        .normalized(QString::NormalizationForm_C);
 }
 
 } // namespace lumaro::cards

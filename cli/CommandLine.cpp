@@ -6,6 +6,9 @@
 #include "cli/FolderArgument.h"
 #include "platform/Log.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <algorithm>
 #include <cstdio>
 
@@ -23,12 +26,12 @@ QTextStream& standardError()
     return stream;
 }
 
-CommandLine::CommandLine(QString command, const QString& description)
-    : m_command(std::move(command))
+CommandLine::CommandLine(QString command, const QString& description) : m_command(std::move(command))
 {
     m_parser.setApplicationDescription(description);
     m_parser.addHelpOption();
-    m_parser.addOption({{QStringLiteral("q"), QStringLiteral("quiet")}, QStringLiteral("Hide the log lines.")});
+    m_parser.addOption(
+        {{QStringLiteral("q"), QStringLiteral("quiet")}, QStringLiteral("Hide the log lines.")});
 }
 
 void CommandLine::addJsonOption()
@@ -60,6 +63,8 @@ QString CommandLine::usage() const
 
 std::optional<int> CommandLine::parse(const QStringList& arguments)
 {
+    // Known before parsing, so that even a usage error is answered in JSON to a caller who asked for it.
+    m_jsonAsked = m_json && arguments.contains(QStringLiteral("--json"));
     if (!m_parser.parse(QStringList{m_command} + arguments))
         return usageError(m_parser.errorText());
     if (m_parser.isSet(QStringLiteral("help"))) {
@@ -110,14 +115,27 @@ std::optional<QString> CommandLine::folderArgument(const QString& tooManyMessage
     return folder;
 }
 
+void CommandLine::printJsonError(const QString& message, int code) const
+{
+    if (!m_jsonAsked)
+        return;
+    standardOutput() << QJsonDocument(QJsonObject{{QStringLiteral("error"), message},
+                                                  {QStringLiteral("exitCode"), code}})
+                            .toJson(QJsonDocument::Compact)
+                     << "\n";
+    standardOutput().flush();
+}
+
 int CommandLine::fail(const QString& message, int code) const
 {
+    printJsonError(message, code);
     standardError() << "lumaro-cli " << m_command << ": " << message << Qt::endl;
     return code;
 }
 
 int CommandLine::usageError(const QString& message) const
 {
+    printJsonError(message, 2);
     standardError() << "lumaro-cli " << m_command << ": " << message << "\n\n" << usage();
     standardError().flush();
     return 2;

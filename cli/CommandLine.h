@@ -27,9 +27,9 @@ public:
     std::optional<int> parse(const QStringList& arguments);
     // Positional arguments; when fewer than `minimum`, prints the usage and returns nullopt.
     std::optional<QStringList> positional(qsizetype minimum);
-    // The command's one folder argument, checked to be a readable folder. nullopt when it is missing, when more
-    // were given (`tooManyMessage` is printed with the usage) or when it is no usable folder (the reason is printed):
-    // the command then exits with 2.
+    // The command's one folder argument, checked to be a readable folder. nullopt when it is missing, when
+    // more were given (`tooManyMessage` is printed with the usage) or when it is no usable folder (the reason
+    // is printed): the command then exits with 2.
     std::optional<QString> folderArgument(const QString& tooManyMessage);
 
     bool json() const { return m_json && m_parser.isSet(QStringLiteral("json")); }
@@ -38,16 +38,19 @@ public:
     std::optional<int> number(const QString& name, int low, int high) const;
     QString value(const QString& name) const { return m_parser.value(name); }
 
-    // Prints "lumaro-cli COMMAND: message" on standard error and returns `code`.
+    // Prints "lumaro-cli COMMAND: message" on standard error and returns `code`; with --json, also
+    // {"error": message, "exitCode": code} on standard output, so a JSON caller always gets JSON.
     int fail(const QString& message, int code) const;
     int usageError(const QString& message) const;
 
 private:
     QString usage() const;
+    void printJsonError(const QString& message, int code) const;
 
     QString m_command;
     QCommandLineParser m_parser;
     bool m_json = false;
+    bool m_jsonAsked = false;
 };
 
 QTextStream& standardOutput();

@@ -5,6 +5,7 @@
 #include "cli/ExitCode.h"
 #include "cli/ProgressBar.h"
 
+#include "cards/CardImportJournal.h"
 #include "cards/CardImportService.h"
 #include "cards/CardImporter.h"
 #include "cards/CardScanner.h"
@@ -13,21 +14,63 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 namespace lumaro::cli {
 
+namespace {
+
+QJsonObject summary(const cards::NewFileInfo& files, const cards::ImportOutcome& outcome)
+{
+    QJsonArray failures;
+    for (const cards::ImportFailure& failure : outcome.failures)
+        failures.append(
+            QJsonObject{{QStringLiteral("file"), failure.source}, {QStringLiteral("error"), failure.error}});
+    return QJsonObject{
+        {QStringLiteral("destination"), outcome.destination.isEmpty() ? QJsonValue() : outcome.destination},
+        {QStringLiteral("copied"), outcome.copiedCount},
+        {QStringLiteral("renamed"), outcome.renamedCount},
+        {QStringLiteral("failed"), outcome.failedCount},
+        {QStringLiteral("failures"), failures},
+        {QStringLiteral("resumed"), outcome.resumed},
+        {QStringLiteral("partialCopiesRemoved"), outcome.partialCopiesRemoved},
+        {QStringLiteral("alreadyImported"), files.alreadyImportedCount},
+        {QStringLiteral("skipped"), QJsonArray::fromStringList(files.skippedEntries)}};
+}
+
+void printSkipped(QTextStream& out, const cards::NewFileInfo& files)
+{
+    if (files.alreadyImportedCount > 0)
+        out << "Already imported from this card: " << files.alreadyImportedCount
+            << " (--all copies them again)\n";
+    if (!files.skippedEntries.isEmpty())
+        out << "Left on the card (hidden or system): " << files.skippedEntries.size() << "\n";
+    for (const QString& entry : files.skippedEntries)
+        out << "  " << escapedForLine(entry) << "\n";
+}
+
+} // namespace
+
 int runImport(const QStringList& arguments)
 {
-    CommandLine line(QStringLiteral("import"),
-                     QStringLiteral("Copy the JPG, RAW and video files of the card at MOUNT into the next free rollNN "
-                                    "folder of the import location (sub-folders JPG, RAW, VIDEO, made only for kinds "
-                                    "that have files). Nothing is overwritten and nothing is removed from the card."));
+    CommandLine line(
+        QStringLiteral("import"),
+        QStringLiteral("Copy the JPG, RAW and video files of the card at MOUNT into the next free rollNN "
+                       "folder of the import location (sub-folders JPG, RAW, VIDEO, made only for kinds "
+                       "that have files). Only files not imported from this card before are copied; an "
+                       "import that was cut "
+                       "short is resumed in its own roll. Hidden and system entries stay on the card. "
+                       "Nothing is overwritten and nothing is removed from the card."));
     line.addPositional(QStringLiteral("MOUNT"), QStringLiteral("The card's mount path."));
-    line.addOption({QStringLiteral("to"),
-                    QStringLiteral("The import location (default: the app's setting, else ~/Pictures/Lumaro)."),
-                    QStringLiteral("DIR")});
+    line.addOption(
+        {QStringLiteral("to"),
+         QStringLiteral("The import location (default: the app's setting, else ~/Pictures/Lumaro)."),
+         QStringLiteral("DIR")});
+    line.addOption(
+        {QStringLiteral("all"),
+         QStringLiteral("Import everything again, also the files imported from this card before.")});
     line.addJsonOption();
     if (const auto stop = line.parse(arguments))
         return *stop;
@@ -36,18 +79,33 @@ int runImport(const QStringList& arguments)
         return exitUsage;
     const QString mount = *checked;
     const QString location = line.isSet(QStringLiteral("to"))
-                               ? line.value(QStringLiteral("to"))
-                               : cards::ImportLocation(platform::QSettingsStore::shared()).path();
+                                 ? line.value(QStringLiteral("to"))
+                                 : cards::ImportLocation(platform::QSettingsStore::shared()).path();
     if (location.isEmpty())
         return line.fail(QStringLiteral("no import location: pass --to DIR"), exitUsage);
     const QFileInfo target(location);
     if (target.exists() && !target.isDir())
         return line.fail(QStringLiteral("is a file, not a folder: %1").arg(location), exitUsage);
 
-    const cards::NewFileInfo files = cards::CardScanner::scan(mount);
+    const bool everything = line.isSet(QStringLiteral("all"));
+    const cards::NewFileInfo all = cards::CardScanner::scan(mount);
+    QString storeError;
+    const auto journal = cards::CardImportJournal::open(mount, &storeError);
+    if (!journal)
+        standardError() << "lumaro-cli import: the cards imported before cannot be read (" << storeError
+                        << "); every file on the card is offered\n";
+    if (journal && everything)
+        journal->forgetUnfinished();
+    const cards::NewFileInfo files = journal && !everything ? journal->withoutImported(all) : all;
     QTextStream& out = standardOutput();
     if (files.isEmpty()) {
-        out << cards::CardImportService::describe(files) << "\n";
+        if (line.json()) {
+            out << QJsonDocument(summary(files, cards::ImportOutcome{})).toJson(QJsonDocument::Compact)
+                << "\n";
+        } else {
+            out << cards::CardImportService::describe(files) << "\n";
+            printSkipped(out, files);
+        }
         out.flush();
         return exitOk;
     }
@@ -62,22 +120,21 @@ int runImport(const QStringList& arguments)
         }
     };
     const cards::ImportOutcome outcome =
-        cards::CardImporter::importFiles(files, QDir(location).absolutePath(), callbacks);
+        cards::CardImporter::importFiles(files, QDir(location).absolutePath(), callbacks, journal.get());
     bar.finish();
     if (!outcome.error.isEmpty())
         return line.fail(outcome.error, exitPartial);
     if (line.json()) {
-        out << QJsonDocument(QJsonObject{{QStringLiteral("destination"), outcome.destination},
-                                         {QStringLiteral("copied"), outcome.copiedCount},
-                                         {QStringLiteral("renamed"), outcome.renamedCount},
-                                         {QStringLiteral("failed"), outcome.failedCount}})
-                   .toJson(QJsonDocument::Compact)
-            << "\n";
+        out << QJsonDocument(summary(files, outcome)).toJson(QJsonDocument::Compact) << "\n";
     } else {
-        out << cards::CardImportService::describe(files) << "\n"
-            << "导入的文件已保存到：" << escapedForLine(outcome.destination) << "\n";
-        if (outcome.failedCount > 0)
-            out << "Failed: " << outcome.failedCount << "\n";
+        out << cards::CardImportService::describe(files) << "\n";
+        if (outcome.resumed)
+            out << "Resumed the interrupted import\n";
+        out << "导入的文件已保存到：" << escapedForLine(outcome.destination) << "\n";
+        printSkipped(out, files);
+        for (const cards::ImportFailure& failure : outcome.failures)
+            out << "Failed: " << escapedForLine(failure.source) << ": " << escapedForLine(failure.error)
+                << "\n";
     }
     out.flush();
     return outcome.failedCount > 0 ? exitPartial : exitOk;

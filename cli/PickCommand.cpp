@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// lumaro-cli pick --jpg DIR --raw DIR: copies the RAW files that have a JPG into RAW_PICK beside the RAW folder.
+// lumaro-cli pick --jpg DIR --raw DIR: copies the RAW files that have a JPG into RAW_PICK beside the RAW
+// folder.
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
@@ -17,10 +18,11 @@ namespace lumaro::cli {
 
 int runPick(const QStringList& arguments)
 {
-    CommandLine line(QStringLiteral("pick"),
-                     QStringLiteral("Copy every RAW file of --raw that has a JPG of the same name in --jpg into the "
-                                    "folder RAW_PICK beside the RAW folder. Same-named files already in RAW_PICK are "
-                                    "replaced; other files there are kept."));
+    CommandLine line(
+        QStringLiteral("pick"),
+        QStringLiteral("Copy every RAW file of --raw that has a JPG of the same name in --jpg into the "
+                       "folder RAW_PICK beside the RAW folder. Same-named files already in RAW_PICK are "
+                       "replaced; other files there are kept."));
     addPairingOptions(line);
     line.addJsonOption();
     if (const auto stop = line.parse(arguments))
@@ -34,7 +36,16 @@ int runPick(const QStringList& arguments)
     const cards::AnalysisResults results = cards::PairingAnalyzer::analyze(folders->jpg, folders->raw);
     QTextStream& out = standardOutput();
     if (results.matchedFiles.isEmpty()) {
-        out << "No RAW file has a JPG of the same name; nothing to pick.\n";
+        if (line.json())
+            out << QJsonDocument(QJsonObject{{QStringLiteral("pickFolder"), QJsonValue()},
+                                             {QStringLiteral("copied"), 0},
+                                             {QStringLiteral("failed"), 0},
+                                             {QStringLiteral("matchedTotalSize"), 0},
+                                             {QStringLiteral("message"), QStringLiteral("nothing to pick")}})
+                       .toJson(QJsonDocument::Compact)
+                << "\n";
+        else
+            out << "No RAW file has a JPG of the same name; nothing to pick.\n";
         out.flush();
         return exitOk;
     }
@@ -53,8 +64,9 @@ int runPick(const QStringList& arguments)
     } else if (!result.errorMessage.isEmpty()) {
         out << result.errorMessage << "\n";
     } else {
-        out << result.copiedCount << " 个  ·  复制体量: " << cards::ByteCountFormatter::string(results.matchedTotalSize)
-            << "\n" << "RAW_PICK: " << escapedForLine(result.pickFolder) << "\n";
+        out << result.copiedCount
+            << " 个  ·  复制体量: " << cards::ByteCountFormatter::string(results.matchedTotalSize) << "\n"
+            << "RAW_PICK: " << escapedForLine(result.pickFolder) << "\n";
         if (result.failedCount > 0)
             out << "Failed: " << result.failedCount << "\n";
     }

@@ -20,10 +20,14 @@ void quietenExiv2()
 
 QString tagText(const Exiv2::ExifData& exif, const char* key)
 {
-    const auto it = exif.findKey(Exiv2::ExifKey(key));
-    if (it == exif.end())
-        return {};
-    return QString::fromStdString(it->toString()).trimmed();
+    try {
+        const auto it = exif.findKey(Exiv2::ExifKey(key));
+        if (it == exif.end())
+            return {};
+        return QString::fromStdString(it->toString()).trimmed();
+    } catch (const std::exception&) {
+        return {}; // a maker-note key this exiv2 does not know, or a value it cannot print
+    }
 }
 
 } // namespace
@@ -48,6 +52,13 @@ ImageMetadata ImageMetadata::read(const QString& path)
         result.status = Status::ok;
         result.make = tagText(exif, "Exif.Image.Make");
         result.model = tagText(exif, "Exif.Image.Model");
+        for (const char* key : {"Exif.Photo.BodySerialNumber", "Exif.Image.CameraSerialNumber",
+                                "Exif.Canon.SerialNumber", "Exif.Nikon3.SerialNumber"}) {
+            result.serial = tagText(exif, key);
+            if (!result.serial.isEmpty())
+                break;
+        }
+        result.captureTime = tagText(exif, "Exif.Photo.DateTimeOriginal");
     } catch (const Exiv2::AnyError& error) {
         result.status = Status::cannotOpen;
         result.error = QString::fromUtf8(error.what());

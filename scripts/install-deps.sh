@@ -20,8 +20,10 @@ packages=(
   libopencv-dev opencv-data libtesseract-dev libleptonica-dev tesseract-ocr-eng tesseract-ocr-chi-sim
   # fonts the text-reading tests draw their pages with (Chinese and Latin)
   fonts-noto-cjk fonts-dejavu-core
-  # favourites store
-  libsqlite3-dev sqlite3
+  # favourites store and remembered cards; volume UUIDs and labels of memory cards
+  libsqlite3-dev sqlite3 libblkid-dev
+  # tests: a real FAT card image, loop-mounted (fusefat where the kernel has no vfat)
+  dosfstools fusefat
   # tests and benchmarks; strace stops or fails a command at a chosen system call (kill and fault tests)
   libgtest-dev libgmock-dev googletest libbenchmark-dev strace
   # the desktop's own Trash tool (last restore fallback), desktop-file checks, peer tools for benches

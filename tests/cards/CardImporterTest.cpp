@@ -59,6 +59,32 @@ TEST(CardScanner, WalksTheWholeCardAndSumsWhatItKeeps)
     EXPECT_TRUE(log.contains(QStringLiteral("   - JPG文件: 2")));
 }
 
+TEST(CardScanner, LeavesWhatTheCardHidesOnItAndReportsIt)
+{
+    TempFolder card;
+    card.write(QStringLiteral("DCIM/100CANON/IMG_1.JPG"));
+    card.write(QStringLiteral("DCIM/100CANON/._IMG_1.JPG"));
+    card.write(QStringLiteral("DCIM/100CANON/.IMG_2.CR3"));
+    card.write(QStringLiteral(".Trash-1000/files/IMG_3.CR3"));
+    card.write(QStringLiteral(".Trashes/501/IMG_4.JPG"));
+    card.write(QStringLiteral(".Spotlight-V100/Store-V2/x.jpg"));
+    card.write(QStringLiteral(".fseventsd/0000000000000001"));
+    card.write(QStringLiteral("system volume information/IndexerVolumeGuid.jpg"));
+    LogCapture log;
+
+    const NewFileInfo found = CardScanner::scan(card.path());
+
+    EXPECT_EQ(found.jpgFiles, QStringList{card.filePath(QStringLiteral("DCIM/100CANON/IMG_1.JPG"))});
+    EXPECT_TRUE(found.rawFiles.isEmpty());
+    EXPECT_EQ(
+        found.skippedEntries,
+        (QStringList{QStringLiteral(".Spotlight-V100"), QStringLiteral(".Trash-1000"),
+                     QStringLiteral(".Trashes"), QStringLiteral(".fseventsd"),
+                     QStringLiteral("DCIM/100CANON/.IMG_2.CR3"), QStringLiteral("DCIM/100CANON/._IMG_1.JPG"),
+                     QStringLiteral("system volume information")}));
+    EXPECT_TRUE(log.contains(QStringLiteral("⚠️ 跳过隐藏或系统项: .Trash-1000")));
+}
+
 TEST(CardScanner, AMissingCardIsAnEmptyScan)
 {
     TempFolder card;
@@ -80,9 +106,9 @@ TEST(CardImporter, CopiesEachKindIntoItsFolderOfTheNextRoll)
     card.write(QStringLiteral("DCIM/100CANON/MVI_2.MP4"), "video");
     std::vector<QString> statuses;
 
-    const ImportOutcome outcome = CardImporter::importFiles(
-        CardScanner::scan(card.path()), work.path(),
-        {[&](const QString& s) { statuses.push_back(s); }, {}, {}});
+    const ImportOutcome outcome =
+        CardImporter::importFiles(CardScanner::scan(card.path()), work.path(),
+                                  {[&](const QString& s) { statuses.push_back(s); }, {}, {}});
 
     EXPECT_EQ(outcome.destination, work.filePath(QStringLiteral("roll08")));
     EXPECT_EQ(outcome.copiedCount, 3);
@@ -91,8 +117,10 @@ TEST(CardImporter, CopiesEachKindIntoItsFolderOfTheNextRoll)
     EXPECT_EQ(work.read(QStringLiteral("roll08/RAW/IMG_1.CR3")), QByteArray("raw"));
     EXPECT_EQ(work.read(QStringLiteral("roll08/VIDEO/MVI_2.MP4")), QByteArray("video"));
     EXPECT_EQ(statuses.front(), QStringLiteral("正在导入 JPG 文件..."));
-    EXPECT_EQ(statuses.back(), QStringLiteral("导入的文件已保存到：") + work.filePath(QStringLiteral("roll08")));
-    EXPECT_TRUE(card.exists(QStringLiteral("DCIM/100CANON/IMG_1.JPG"))) << "an import never moves off the card";
+    EXPECT_EQ(statuses.back(),
+              QStringLiteral("导入的文件已保存到：") + work.filePath(QStringLiteral("roll08")));
+    EXPECT_TRUE(card.exists(QStringLiteral("DCIM/100CANON/IMG_1.JPG")))
+        << "an import never moves off the card";
 }
 
 TEST(CardImporter, AVideoOnlyCardCreatesOnlyTheVideoFolder)
@@ -123,10 +151,68 @@ TEST(CardImporter, AReusedNameTakesAFreeNameAndOverwritesNothing)
     EXPECT_EQ(outcome.copiedCount, 2);
     EXPECT_EQ(outcome.renamedCount, 1);
     EXPECT_EQ(work.read(QStringLiteral("roll01/JPG/IMG_0001.JPG")), QByteArray("first"));
-    EXPECT_EQ(work.read(QStringLiteral("roll01/JPG/IMG_0001_1.JPG")), QByteArray("after the counter wrapped"));
-    EXPECT_TRUE(log.contains(QStringLiteral("   ⚠️ 文件已存在，使用新路径: ")
-                             + work.filePath(QStringLiteral("roll01/JPG/IMG_0001_1.JPG"))));
+    EXPECT_EQ(work.read(QStringLiteral("roll01/JPG/IMG_0001_1.JPG")),
+              QByteArray("after the counter wrapped"));
+    EXPECT_TRUE(log.contains(QStringLiteral("   ⚠️ 文件已存在，使用新路径: ") +
+                             work.filePath(QStringLiteral("roll01/JPG/IMG_0001_1.JPG"))));
 }
+
+struct WrapCase
+{
+    const char* title;
+    std::vector<std::pair<const char*, const char*>> card; // path on the card, content
+    std::vector<std::pair<const char*, const char*>> roll; // path in the roll, content
+};
+
+class CounterWrap : public ::testing::TestWithParam<WrapCase>
+{
+};
+
+TEST_P(CounterWrap, KeepsEachShotsJpgAndRawUnderOneName)
+{
+    TempFolder card;
+    TempFolder work;
+    for (const auto& [path, content] : GetParam().card)
+        card.write(QString::fromUtf8(path), content);
+
+    const ImportOutcome outcome = CardImporter::importFiles(CardScanner::scan(card.path()), work.path());
+
+    EXPECT_EQ(outcome.failedCount, 0);
+    QStringList expected;
+    QStringList found;
+    for (const auto& [path, content] : GetParam().roll) {
+        expected << QString::fromUtf8(path) + QLatin1Char('=') + QString::fromUtf8(content);
+        found << QString::fromUtf8(path) + QLatin1Char('=') +
+                     QString::fromUtf8(work.read(QStringLiteral("roll01/") + QString::fromUtf8(path)));
+    }
+    EXPECT_EQ(found, expected);
+    EXPECT_EQ(work.entries(QStringLiteral("roll01/JPG")).size() +
+                  work.entries(QStringLiteral("roll01/RAW")).size(),
+              qsizetype(GetParam().roll.size()))
+        << "nothing else was written";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shots, CounterWrap,
+    ::testing::Values(
+        WrapCase{"jpg only, then a pair",
+                 {{"DCIM/100CANON/IMG_0001.JPG", "A"},
+                  {"DCIM/101CANON/IMG_0001.JPG", "B"},
+                  {"DCIM/101CANON/IMG_0001.CR3", "B raw"}},
+                 {{"JPG/IMG_0001.JPG", "A"}, {"JPG/IMG_0001_1.JPG", "B"}, {"RAW/IMG_0001_1.CR3", "B raw"}}},
+        WrapCase{"raw only, then jpg only: never paired with each other",
+                 {{"DCIM/100CANON/IMG_0007.CR3", "A raw"}, {"DCIM/101CANON/IMG_0007.JPG", "B"}},
+                 {{"RAW/IMG_0007.CR3", "A raw"}, {"JPG/IMG_0007_1.JPG", "B"}}},
+        WrapCase{"a pair whose RAW spells the stem in another case",
+                 {{"DCIM/100CANON/IMG_0002.JPG", "A"},
+                  {"DCIM/100CANON/img_0002.cr2", "A raw"},
+                  {"DCIM/101CANON/IMG_0002.JPG", "B"},
+                  {"DCIM/101CANON/IMG_0002.CR2", "B raw"}},
+                 {{"JPG/IMG_0002.JPG", "A"},
+                  {"RAW/img_0002.cr2", "A raw"},
+                  {"JPG/IMG_0002_1.JPG", "B"},
+                  {"RAW/IMG_0002_1.CR2", "B raw"}}}),
+    [](const ::testing::TestParamInfo<WrapCase>& info) { return "case" + std::to_string(info.index); });
 
 TEST(CardImporter, ACopyFailingHalfWayLeavesNothingAndTheRestAreCopied)
 {
@@ -141,11 +227,13 @@ TEST(CardImporter, ACopyFailingHalfWayLeavesNothingAndTheRestAreCopied)
         return !(source.endsWith(QStringLiteral("IMG_2.JPG")) && copied < total);
     };
 
-    const ImportOutcome outcome = CardImporter::importFiles(CardScanner::scan(card.path()), work.path(), callbacks);
+    const ImportOutcome outcome =
+        CardImporter::importFiles(CardScanner::scan(card.path()), work.path(), callbacks);
 
     EXPECT_EQ(outcome.copiedCount, 2);
     EXPECT_EQ(outcome.failedCount, 1);
-    EXPECT_EQ(work.entries(QStringLiteral("roll01/JPG")), (QStringList{QStringLiteral("IMG_1.JPG"), QStringLiteral("IMG_3.JPG")}));
+    EXPECT_EQ(work.entries(QStringLiteral("roll01/JPG")),
+              (QStringList{QStringLiteral("IMG_1.JPG"), QStringLiteral("IMG_3.JPG")}));
     EXPECT_EQ(log.countStartingWith(QStringLiteral("   [2/3] 复制失败: ")), 1);
     EXPECT_TRUE(log.contains(QStringLiteral("   [3/3] 复制成功: IMG_3.JPG")));
 }
@@ -156,14 +244,16 @@ TEST(CardImporter, KeepsColourTags)
     TempFolder work;
     const QString source = card.write(QStringLiteral("DCIM/100CANON/IMG_1.JPG"));
     const QByteArray tag("green");
-    if (::setxattr(QFile::encodeName(source).constData(), "user.xdg.tags", tag.constData(), size_t(tag.size()), 0) != 0)
+    if (::setxattr(QFile::encodeName(source).constData(), "user.xdg.tags", tag.constData(),
+                   size_t(tag.size()), 0) != 0)
         GTEST_SKIP() << "this file system keeps no extended attributes";
 
     CardImporter::importFiles(CardScanner::scan(card.path()), work.path());
 
     char value[64] = {};
-    const ssize_t got = ::getxattr(QFile::encodeName(work.filePath(QStringLiteral("roll01/JPG/IMG_1.JPG"))).constData(),
-                                   "user.xdg.tags", value, sizeof value);
+    const ssize_t got =
+        ::getxattr(QFile::encodeName(work.filePath(QStringLiteral("roll01/JPG/IMG_1.JPG"))).constData(),
+                   "user.xdg.tags", value, sizeof value);
     EXPECT_EQ(QByteArray(value, int(std::max<ssize_t>(got, 0))), tag);
 }
 

@@ -46,20 +46,22 @@ TEST_P(PairingSuffix, IsTestedCaseSensitivelyAgainstTheSpelledOutVariants)
     EXPECT_EQ(PairingFileTypes::isRawName(QString::fromUtf8(c.name)), c.raw) << c.name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, PairingSuffix,
-                         ::testing::Values(SuffixCase{"a.jpg", true, false}, SuffixCase{"a.JPEG", true, false},
-                                           SuffixCase{"a.Jpg", false, false}, SuffixCase{"a.Cr2", false, false},
-                                           SuffixCase{"a.CR3", false, true}, SuffixCase{"a.x3f", false, true},
-                                           SuffixCase{"a.K25", false, true}, SuffixCase{"a.heic", false, false},
-                                           SuffixCase{"jpg", false, false}, SuffixCase{"a.cr2.txt", false, false},
-                                           SuffixCase{".CR2", false, true}));
+INSTANTIATE_TEST_SUITE_P(
+    Names, PairingSuffix,
+    ::testing::Values(SuffixCase{"a.jpg", true, false}, SuffixCase{"a.JPEG", true, false},
+                      SuffixCase{"a.Jpg", false, false}, SuffixCase{"a.Cr2", false, false},
+                      SuffixCase{"a.CR3", false, true}, SuffixCase{"a.x3f", false, true},
+                      SuffixCase{"a.K25", false, true}, SuffixCase{"a.heic", false, false},
+                      SuffixCase{"jpg", false, false}, SuffixCase{"a.cr2.txt", false, false},
+                      SuffixCase{".CR2", false, true}));
 
 TEST(PairingFileTypes, KeepsTheSeventyTwoRawSuffixesWithTheirRepeats)
 {
     EXPECT_EQ(PairingFileTypes::rawSuffixes().size(), 72);
     EXPECT_EQ(PairingFileTypes::rawSuffixes().count(QStringLiteral(".dng")), 3);
     EXPECT_EQ(PairingFileTypes::jpgSuffixes(),
-              (QStringList{QStringLiteral(".jpg"), QStringLiteral(".jpeg"), QStringLiteral(".JPG"), QStringLiteral(".JPEG")}));
+              (QStringList{QStringLiteral(".jpg"), QStringLiteral(".jpeg"), QStringLiteral(".JPG"),
+                           QStringLiteral(".JPEG")}));
 }
 
 TEST(PairingAnalyzer, PairsNamesThatDifferOnlyInCaseAndIgnoresMixedCaseSuffixes)
@@ -76,14 +78,33 @@ TEST(PairingAnalyzer, PairsNamesThatDifferOnlyInCaseAndIgnoresMixedCaseSuffixes)
     const AnalysisResults results = PairingAnalyzer::analyze(jpg.path(), raw.path());
 
     EXPECT_TRUE(results.isAnalyzed);
-    EXPECT_EQ(namesOf(results.jpgFiles), (QStringList{QStringLiteral("IMG_0001.JPG"), QStringLiteral("a.JPG")}));
-    EXPECT_EQ(namesOf(results.matchedFiles), (QStringList{QStringLiteral("A.cr2"), QStringLiteral("img_0001.cr3")}));
+    EXPECT_EQ(namesOf(results.jpgFiles),
+              (QStringList{QStringLiteral("IMG_0001.JPG"), QStringLiteral("a.JPG")}));
+    EXPECT_EQ(namesOf(results.matchedFiles),
+              (QStringList{QStringLiteral("A.cr2"), QStringLiteral("img_0001.cr3")}));
     EXPECT_EQ(namesOf(results.unmatchedFiles), QStringList{QStringLiteral("b.CR2")});
     EXPECT_EQ(results.matchedTotalSize, 6);
     EXPECT_EQ(results.unmatchedTotalSize, 6);
     EXPECT_EQ(results.rawTotalSize, 12);
     EXPECT_EQ(results.matchedJpgCount, 2);
     EXPECT_EQ(results.jpgFiles.constFirst(), jpg.path() + QStringLiteral("/IMG_0001.JPG"));
+}
+
+TEST(PairingAnalyzer, PairsNamesThatAreEqualInUnicodeWhateverTheirNormalFormAndCase)
+{
+    TempFolder jpg;
+    TempFolder raw;
+    jpg.write(QStringLiteral("caf\u00e9.jpg"));  // precomposed, as Linux keyboards write it
+    raw.write(QStringLiteral("CAFE\u0301.CR2")); // decomposed and upper-case, as macOS stores it
+    jpg.write(QStringLiteral("\u00c5ngstr\u00f6m.JPG"));
+    raw.write(QStringLiteral("\u212bngstro\u0308m.CR2")); // the Angstrom sign is canonically the letter
+    raw.write(QStringLiteral("cafe.CR2"));                // no accent: another name
+
+    const AnalysisResults results = PairingAnalyzer::analyze(jpg.path(), raw.path());
+
+    EXPECT_EQ(results.matchedFiles.size(), 2)
+        << namesOf(results.matchedFiles).join(QLatin1Char(' ')).toStdString();
+    EXPECT_EQ(namesOf(results.unmatchedFiles), QStringList{QStringLiteral("cafe.CR2")});
 }
 
 TEST(PairingAnalyzer, NeverSeesFilesInSubFoldersButSeesHiddenOnes)
@@ -136,7 +157,8 @@ TEST(PairingAnalyzer, AnUnreadableFolderIsLoggedAndCountsAsEmpty)
     raw.write(QStringLiteral("a.CR2"));
     LogCapture log;
 
-    const AnalysisResults results = PairingAnalyzer::analyze(raw.filePath(QStringLiteral("missing")), raw.path());
+    const AnalysisResults results =
+        PairingAnalyzer::analyze(raw.filePath(QStringLiteral("missing")), raw.path());
 
     EXPECT_TRUE(results.jpgFiles.isEmpty());
     EXPECT_EQ(results.unmatchedFiles.size(), 1);
@@ -146,7 +168,8 @@ TEST(PairingAnalyzer, AnUnreadableFolderIsLoggedAndCountsAsEmpty)
 
 TEST(PairingAnalyzer, AsksForBothFoldersFirst)
 {
-    EXPECT_EQ(PairingAnalyzer::problemWithFolders(QString(), QStringLiteral("/x")), QStringLiteral("请先选择JPG和RAW文件夹"));
+    EXPECT_EQ(PairingAnalyzer::problemWithFolders(QString(), QStringLiteral("/x")),
+              QStringLiteral("请先选择JPG和RAW文件夹"));
     EXPECT_FALSE(PairingAnalyzer::problemWithFolders(QStringLiteral("/x"), QStringLiteral("/x")));
 }
 
@@ -154,10 +177,11 @@ TEST(PairingAnalyzer, AsksForBothFoldersFirst)
 TEST(PairingAnalyzer, HashedMatchingAgreesWithTheListScan)
 {
     std::mt19937 random(7);
-    const QStringList stems{QStringLiteral("img_1"), QStringLiteral("IMG_1"), QStringLiteral("a.b"), QStringLiteral("A"),
-                            QStringLiteral("Ärger"), QStringLiteral("ärger"), QStringLiteral("x"), QStringLiteral("x.y"),
-                            QString::fromUtf8("\u212Aelvin"), QStringLiteral("KELVIN"), QString::fromUtf8("İ"),
-                            QStringLiteral("i")};
+    const QStringList stems{
+        QStringLiteral("img_1"),  QStringLiteral("IMG_1"), QStringLiteral("a.b"),
+        QStringLiteral("A"),      QStringLiteral("Ärger"), QStringLiteral("ärger"),
+        QStringLiteral("x"),      QStringLiteral("x.y"),   QString::fromUtf8("\u212Aelvin"),
+        QStringLiteral("KELVIN"), QString::fromUtf8("İ"),  QStringLiteral("i")};
     const QStringList jpgSuffixes{QStringLiteral(".jpg"), QStringLiteral(".JPEG")};
     const QStringList rawSuffixes{QStringLiteral(".CR2"), QStringLiteral(".nef"), QStringLiteral(".y.dng")};
     for (int round = 0; round < 200; ++round) {
@@ -197,7 +221,8 @@ TEST(PairingAnalyzer, ALinkCountsAsTheFileItPointsToAndADanglingOneIsSkipped)
     TempFolder raw;
     const QString target = raw.write(QStringLiteral("elsewhere/real.data"), "12345");
     ASSERT_TRUE(QFile::link(target, raw.filePath(QStringLiteral("linked.CR2"))));
-    ASSERT_TRUE(QFile::link(raw.filePath(QStringLiteral("gone")), raw.filePath(QStringLiteral("dangling.CR2"))));
+    ASSERT_TRUE(
+        QFile::link(raw.filePath(QStringLiteral("gone")), raw.filePath(QStringLiteral("dangling.CR2"))));
 
     const AnalysisResults results = PairingAnalyzer::analyze(raw.path(), raw.path());
 

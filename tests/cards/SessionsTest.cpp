@@ -3,8 +3,8 @@
 #include "cards/ImportLocation.h"
 #include "cards/PairingFolderMemory.h"
 #include "cards/PairingSession.h"
-#include "platform/RemovableVolumeMonitor.h"
 #include "platform/fakes/MemorySettingsStore.h"
+#include "platform/volumes/RemovableVolumeMonitor.h"
 #include "tests/cards/FolderTrash.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
@@ -68,7 +68,8 @@ TEST(PairingSession, AnalysesThenCleansOffTheMainThreadAndKeepsTheHistory)
     ASSERT_EQ(session.cleanResults().size(), 1);
     EXPECT_EQ(session.cleanResults().constFirst().cleanedFilesCount, 1);
     EXPECT_EQ(session.alertMessage(), QStringLiteral("清理完成！已删除 1 个冗余RAW文件，释放了 1.5 MB"));
-    EXPECT_EQ(session.cleanOffer().kind, CleanOffer::Kind::nothingToClean) << "the analysis runs again after a clean";
+    EXPECT_EQ(session.cleanOffer().kind, CleanOffer::Kind::nothingToClean)
+        << "the analysis runs again after a clean";
 }
 
 TEST(PairingSession, AResultForFoldersChangedMeanwhileIsDropped)
@@ -117,16 +118,19 @@ TEST(CardImportService, ScansAndImportsWithProgressOnTheMainThread)
     EXPECT_EQ(CardImportService::describe(data.newFiles),
               QStringLiteral("新文件信息：JPG 1，RAW 0，视频 1，共 2 个  ·  复制体量: 1 MB"));
     std::vector<double> progress;
-    QObject::connect(&service, &CardImportService::changed, [&] { progress.push_back(service.importProgress()); });
+    QObject::connect(&service, &CardImportService::changed,
+                     [&] { progress.push_back(service.importProgress()); });
 
     ASSERT_TRUE(service.startImport(data, work.path()));
     EXPECT_FALSE(service.startImport(data, work.path())) << "one import at a time";
     ASSERT_TRUE(waitUntil([&] { return !service.isImporting(); }));
 
-    EXPECT_EQ(service.importStatus(), QStringLiteral("导入的文件已保存到：") + work.filePath(QStringLiteral("roll01")));
+    EXPECT_EQ(service.importStatus(),
+              QStringLiteral("导入的文件已保存到：") + work.filePath(QStringLiteral("roll01")));
     EXPECT_DOUBLE_EQ(service.importProgress(), 1.0);
     EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
-    EXPECT_EQ(work.entries(QStringLiteral("roll01")), (QStringList{QStringLiteral("JPG"), QStringLiteral("VIDEO")}));
+    EXPECT_EQ(work.entries(QStringLiteral("roll01")),
+              (QStringList{QStringLiteral("JPG"), QStringLiteral("VIDEO")}));
 }
 
 TEST(CardImportService, NoImportStartsWithoutALocationOrFiles)

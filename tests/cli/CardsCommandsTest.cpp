@@ -4,6 +4,11 @@
 
 #include <QDir>
 
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <gtest/gtest.h>
 
 using namespace lumaro::testing;
@@ -22,8 +27,12 @@ void shoot(TempFolder& folder, int pairs, int orphans)
 
 QStringList pairing(const TempFolder& folder, const QString& command)
 {
-    return {command, QStringLiteral("-q"), QStringLiteral("--jpg"), folder.filePath(QStringLiteral("jpg")),
-            QStringLiteral("--raw"), folder.filePath(QStringLiteral("raw"))};
+    return {command,
+            QStringLiteral("-q"),
+            QStringLiteral("--jpg"),
+            folder.filePath(QStringLiteral("jpg")),
+            QStringLiteral("--raw"),
+            folder.filePath(QStringLiteral("raw"))};
 }
 
 } // namespace
@@ -110,24 +119,87 @@ TEST(CliCard, NamesTheFamilyAndCounts)
     EXPECT_EQ(runCli({QStringLiteral("card"), card.filePath(QStringLiteral("none"))}).exitCode, 2);
 }
 
-TEST(CliImport, CopiesIntoTheNextRollAndNeverOverwrites)
+TEST(CliImport, ASecondImportOffersOnlyNewPicturesAndAllCopiesEverythingAgain)
 {
     TempFolder card;
     TempFolder work;
     card.write(QStringLiteral("DCIM/100CANON/IMG_0001.JPG"), "one");
     card.write(QStringLiteral("DCIM/101CANON/IMG_0001.JPG"), "two");
     card.write(QStringLiteral("DCIM/100CANON/MVI_0002.MP4"), "video");
+    const QStringList import{QStringLiteral("import"), QStringLiteral("-q"), card.path(),
+                             QStringLiteral("--to"), work.path()};
 
-    for (int run = 0; run < 2; ++run) {
+    EXPECT_EQ(runCli(import).exitCode, 0);
+    const CliResult again = runCli(import);
+    EXPECT_EQ(again.exitCode, 0);
+    EXPECT_TRUE(again.outText().startsWith(QStringLiteral("没有发现新文件需要导入\n")))
+        << again.outText().toStdString();
+    EXPECT_EQ(work.entries(), QStringList{QStringLiteral("roll01")});
+    card.write(QStringLiteral("DCIM/101CANON/IMG_0002.JPG"), "new");
+    const CliResult json = runCli(import + QStringList{QStringLiteral("--json")});
+    const QJsonObject summary = QJsonDocument::fromJson(json.out).object();
+    EXPECT_EQ(summary.value(QStringLiteral("copied")).toInt(), 1) << json.outText().toStdString();
+    EXPECT_EQ(summary.value(QStringLiteral("alreadyImported")).toInt(), 3);
+    EXPECT_EQ(runCli(import + QStringList{QStringLiteral("--all")}).exitCode, 0);
+
+    EXPECT_EQ(work.entries(),
+              (QStringList{QStringLiteral("roll01"), QStringLiteral("roll02"), QStringLiteral("roll03")}));
+    EXPECT_EQ(work.entries(QStringLiteral("roll03/JPG")),
+              (QStringList{QStringLiteral("IMG_0001.JPG"), QStringLiteral("IMG_0001_1.JPG"),
+                           QStringLiteral("IMG_0002.JPG")}));
+    EXPECT_EQ(work.entries(QStringLiteral("roll03")),
+              (QStringList{QStringLiteral("JPG"), QStringLiteral("VIDEO")}));
+}
+
+TEST(CliImport, NamesEachFailedFileAndItsErrorInPlainAndJson)
+{
+    // Two shots of one 250-letter name: the second needs "_1", and that name is too long for any file system.
+    TempFolder card;
+    TempFolder work;
+    const QString stem(250, QLatin1Char('x'));
+    card.write(QStringLiteral("DCIM/100CANON/") + stem + QStringLiteral(".JPG"), "one");
+    const QString locked =
+        card.write(QStringLiteral("DCIM/101CANON/") + stem + QStringLiteral(".JPG"), "two");
+    const QStringList import{QStringLiteral("import"), QStringLiteral("-q"), card.path(),
+                             QStringLiteral("--to"), work.path()};
+
+    const CliResult json = runCli(import + QStringList{QStringLiteral("--json")});
+    const CliResult plain = runCli(import + QStringList{QStringLiteral("--all")});
+
+    EXPECT_EQ(json.exitCode, 1);
+    const QJsonArray failures =
+        QJsonDocument::fromJson(json.out).object().value(QStringLiteral("failures")).toArray();
+    ASSERT_EQ(failures.size(), 1) << json.outText().toStdString();
+    EXPECT_EQ(failures.at(0).toObject().value(QStringLiteral("file")).toString(), locked);
+    EXPECT_FALSE(failures.at(0).toObject().value(QStringLiteral("error")).toString().isEmpty());
+    EXPECT_EQ(plain.exitCode, 1);
+    EXPECT_TRUE(plain.outText().contains(QStringLiteral("Failed: ") + locked + QStringLiteral(": ")))
+        << plain.outText().toStdString();
+}
+
+TEST(CliJson, EveryCaseAnswersInJson)
+{
+    TempFolder empty;
+    TempFolder work;
+    TempFolder jpg;
+    TempFolder raw;
+    jpg.write(QStringLiteral("a.JPG"));
+    raw.write(QStringLiteral("b.CR2"));
+    const std::vector<QStringList> commands{
+        {QStringLiteral("import"), empty.path(), QStringLiteral("--to"), work.path()},
+        {QStringLiteral("pick"), QStringLiteral("--jpg"), jpg.path(), QStringLiteral("--raw"), raw.path()},
+        {QStringLiteral("import"), empty.filePath(QStringLiteral("gone")), QStringLiteral("--to"),
+         work.path()},
+        {QStringLiteral("card"), QStringLiteral("--bogus")},
+    };
+    for (const QStringList& command : commands) {
         const CliResult result =
-            runCli({QStringLiteral("import"), QStringLiteral("-q"), card.path(), QStringLiteral("--to"), work.path()});
-        EXPECT_EQ(result.exitCode, 0) << result.errText().toStdString();
+            runCli(command + QStringList{QStringLiteral("-q"), QStringLiteral("--json")});
+        QJsonParseError error{};
+        QJsonDocument::fromJson(result.out, &error);
+        EXPECT_EQ(error.error, QJsonParseError::NoError)
+            << command.join(QLatin1Char(' ')).toStdString() << ": " << result.outText().toStdString();
     }
-
-    EXPECT_EQ(work.entries(), (QStringList{QStringLiteral("roll01"), QStringLiteral("roll02")}));
-    EXPECT_EQ(work.entries(QStringLiteral("roll02/JPG")),
-              (QStringList{QStringLiteral("IMG_0001.JPG"), QStringLiteral("IMG_0001_1.JPG")}));
-    EXPECT_EQ(work.entries(QStringLiteral("roll02")), (QStringList{QStringLiteral("JPG"), QStringLiteral("VIDEO")}));
 }
 
 TEST(CliImport, AFileAsTheLocationIsAUsageError)

@@ -244,10 +244,18 @@ private:
                  m_scene.imports()})
                 .exitCode != 0)
             return expectedOk();
-        // The whole card is walked, its own Trash folder included.
+        // The card's own Trash stays on the card, and a file imported before (same path, size and time) is not
+        // copied again; a rotated picture is a new file.
         for (const Picture& p : m_pictures) {
-            if (p.area == QStringLiteral("card"))
+            if (p.area != QStringLiteral("card") || p.trashed)
+                continue;
+            const QFileInfo file(currentPath(p));
+            const QString identity = file.filePath() + QLatin1Char('|') + QString::number(file.size())
+                                   + QLatin1Char('|') + QString::number(file.lastModified().toMSecsSinceEpoch());
+            if (!m_importedFiles.contains(identity)) {
+                m_importedFiles.insert(identity);
                 ++m_imported[p.id];
+            }
         }
     }
 
@@ -303,6 +311,7 @@ private:
     std::mt19937 m_random;
     QList<Picture> m_pictures;
     QHash<QString, int> m_imported;
+    QSet<QString> m_importedFiles;
     QSet<QString> m_picked;
     std::string m_last = "set-up";
     int m_steps = 0;

@@ -21,19 +21,28 @@ struct MountedVolume
     QString fileSystemType;
 };
 
-// Polls the mount table (QStorageInfo) every few seconds; volumes mounted where desktops mount removable media
-// (/media, /run/media, /mnt) count, system file systems never do. Volumes mounted before start() are known but not
-// announced. The source of volumes is injectable, so tests drive poll() with lists of their own.
-// Lives on the main thread; signals are emitted there.
+// Reads the mount table (QStorageInfo) when udisks2 says a file system was mounted or unmounted, or every few
+// seconds where there is no udisks2 on the system bus; volumes mounted where desktops mount removable media
+// (/media, /run/media, /mnt) count, system file systems never do. Volumes mounted before start() are known
+// but not announced. The source of volumes and of mount events is injectable, so tests drive poll() with
+// lists of their own. Lives on the main thread; signals are emitted there.
+class UDisksMountEvents;
+
 class RemovableVolumeMonitor : public QObject
 {
     Q_OBJECT
 public:
     using VolumeSource = std::function<QList<MountedVolume>()>;
 
-    explicit RemovableVolumeMonitor(VolumeSource source = systemRemovableVolumes(), QObject* parent = nullptr);
+    explicit RemovableVolumeMonitor(VolumeSource source = systemRemovableVolumes(),
+                                    QObject* parent = nullptr);
 
+    // Polls every `intervalMs`.
     void start(int intervalMs = 2000);
+    // Reads the mount table on each of `events`' changes, and every `safetyIntervalMs` as well (a missed
+    // signal must not hide a card); without a listening event source, polls every `pollIntervalMs`. Returns
+    // whether events are heard.
+    bool startWithEvents(UDisksMountEvents* events, int safetyIntervalMs = 30000, int pollIntervalMs = 2000);
     void stop();
     // Compares the source's list with the last one and announces the differences.
     void poll();

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/RemovableVolumeMonitor.h"
+#include "platform/volumes/RemovableVolumeMonitor.h"
+
+#include "platform/volumes/UDisksMountEvents.h"
 
 #include <QDir>
 #include <QStorageInfo>
@@ -7,8 +9,7 @@
 namespace lumaro::platform {
 
 RemovableVolumeMonitor::RemovableVolumeMonitor(VolumeSource source, QObject* parent)
-    : QObject(parent)
-    , m_source(std::move(source))
+    : QObject(parent), m_source(std::move(source))
 {
     connect(&m_timer, &QTimer::timeout, this, &RemovableVolumeMonitor::poll);
 }
@@ -17,6 +18,16 @@ void RemovableVolumeMonitor::start(int intervalMs)
 {
     poll();
     m_timer.start(intervalMs);
+}
+
+bool RemovableVolumeMonitor::startWithEvents(UDisksMountEvents* events, int safetyIntervalMs,
+                                             int pollIntervalMs)
+{
+    const bool listening = events && events->isListening();
+    if (listening)
+        connect(events, &UDisksMountEvents::changed, this, &RemovableVolumeMonitor::poll);
+    start(listening ? safetyIntervalMs : pollIntervalMs);
+    return listening;
 }
 
 void RemovableVolumeMonitor::stop()
@@ -43,7 +54,8 @@ RemovableVolumeMonitor::VolumeSource RemovableVolumeMonitor::systemRemovableVolu
                 continue;
             const QString label = storage.name();
             volumes.append({storage.rootPath(), label.isEmpty() ? QDir(storage.rootPath()).dirName() : label,
-                            QString::fromLocal8Bit(storage.device()), QString::fromLatin1(storage.fileSystemType())});
+                            QString::fromLocal8Bit(storage.device()),
+                            QString::fromLatin1(storage.fileSystemType())});
         }
         return volumes;
     };
