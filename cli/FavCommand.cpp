@@ -32,7 +32,8 @@ QString typeNames()
     return names.join(QStringLiteral(", ")) + QStringLiteral(", none");
 }
 
-// nullopt when `path` names a file that can be marked; otherwise why not.
+// nullopt when `path` names a file that can be marked; otherwise why not. Asked by the name's real bytes, so
+// a name that is not UTF-8 can be marked too.
 std::optional<QString> problemWithPicture(const QString& path)
 {
     const QFileInfo info(path);
@@ -77,20 +78,25 @@ QJsonObject toJson(const library::FavourRecord& record)
 
 int list(const CommandLine& line, FavourManager& manager)
 {
-    const auto favourites = manager.favourites();
-    if (!favourites)
+    QTextStream& out = standardOutput();
+    const auto cannotRead = [&] {
         return line.fail(QStringLiteral("cannot read the favourites: ") + manager.dbManager().lastError().message,
                          exitUsage);
-    QTextStream& out = standardOutput();
-    if (line.json()) {
-        QJsonArray array;
-        for (const auto& record : *favourites)
-            array.append(toJson(record));
-        out << QJsonDocument(array).toJson(QJsonDocument::Compact) << "\n";
-    } else {
-        for (const auto& record : *favourites)
-            out << escapedForLine(record.filePath) << "\n";
+    };
+    if (!line.json()) {
+        // Read and printed row by row: nothing of the 50,000 records is kept but the line being written.
+        if (!manager.forEachFavouritePath([&](const QString& path) { out << escapedForLine(path) << "\n"; }))
+            return cannotRead();
+        out.flush();
+        return exitOk;
     }
+    const auto favourites = manager.favourites();
+    if (!favourites)
+        return cannotRead();
+    QJsonArray array;
+    for (const auto& record : *favourites)
+        array.append(toJson(record));
+    out << QJsonDocument(array).toJson(QJsonDocument::Compact) << "\n";
     out.flush();
     return exitOk;
 }
@@ -183,6 +189,14 @@ int runFav(const QStringList& arguments)
         return line.fail(QStringLiteral("cannot open the favourites database %1: %2")
                              .arg(manager.dbManager().defaultPath(), manager.dbManager().lastError().message),
                          exitUsage);
+    // A damaged store stays exactly as it is, for the user to recover: nothing is written into it.
+    const bool writes = takesPaths || line.isSet(QStringLiteral("clean"));
+    if (writes && !manager.dbManager().checkIntegrity())
+        return line.fail(
+            QStringLiteral("the favourites database %1 is damaged, nothing was written (%2). Keep a copy "
+                           "of it; `sqlite3 %1 .recover` gets back what can be read.")
+                .arg(manager.dbManager().path(), manager.dbManager().lastError().message),
+            exitUsage);
     if (subcommand == QLatin1String("list"))
         return list(line, manager);
     if (subcommand == QLatin1String("audit"))

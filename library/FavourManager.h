@@ -59,6 +59,9 @@ public:
     bool loadAll();
     // Rows marked favourite, newest change first.
     std::optional<QList<FavourRecord>> favourites();
+    // Only the paths of those rows, in the same order, handed one by one to `path`: what a plain listing
+    // prints, without building 50,000 records. False when the statement failed.
+    bool forEachFavouritePath(const std::function<void(const QString& path)>& path);
     // The row of `path` as written; an empty path never matches.
     FavourResult find(const QString& path);
     // Ids and paths of rows stored under either written form of `path`.
@@ -85,6 +88,7 @@ Q_SIGNALS:
 
 private:
     QString columns() const;
+    void ensureNameIndex();
     // The row stored under exactly `path` (callers pass a path known to be non-empty).
     FavourResult findStored(const QString& path);
     std::optional<QList<FavourRecord>> select(const QString& sql, const QVariantList& parameters);

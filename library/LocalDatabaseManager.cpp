@@ -8,6 +8,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRandomGenerator>
+#include <QThread>
 
 #include <sqlite3.h>
 
@@ -122,6 +124,7 @@ bool LocalDatabaseManager::open(const QString& path)
     }
     m_db = db;
     m_path = target;
+    m_integrity = Integrity::unchecked;
     sqlite3_extended_result_codes(m_db, 1);
     sqlite3_busy_timeout(m_db, m_busyTimeoutMs);
     // SQLite reads the file only now: a file that is not a database fails here, before anything is written to it.
@@ -222,7 +225,7 @@ sqlite3_stmt* LocalDatabaseManager::prepare(const QString& sql, const QVariantLi
 
 bool LocalDatabaseManager::execute(const QString& sql, const QVariantList& parameters)
 {
-    if (!step(sql, parameters, [](sqlite3_stmt*) {}))
+    if (!mayWrite() || !step(sql, parameters, [](sqlite3_stmt*) {}))
         return false;
     const int changed = sqlite3_changes(m_db);
     if (changed == 0)
@@ -287,21 +290,87 @@ bool LocalDatabaseManager::step(const QString& sql, const QVariantList& paramete
     return true;
 }
 
-bool LocalDatabaseManager::inTransaction(const std::function<bool()>& body)
+bool LocalDatabaseManager::checkIntegrity()
 {
-    if (!m_db || !runQuietly("BEGIN IMMEDIATE;")) {
-        if (m_db)
-            log(QStringLiteral("❌ SQL 执行失败: %1 (错误代码: %2, 扩展错误代码: %3)")
-                    .arg(m_lastError.message)
-                    .arg(m_lastError.code)
-                    .arg(m_lastError.extendedCode));
+    if (!m_db) {
+        m_lastError = {QStringLiteral("database is not open"), SQLITE_MISUSE, SQLITE_MISUSE};
         return false;
     }
+    if (m_integrity == Integrity::intact)
+        return true;
+    if (m_integrity == Integrity::damaged) {
+        m_lastError = m_damage;
+        return false;
+    }
+    QStringList findings;
+    const bool ran = step(QStringLiteral("PRAGMA quick_check;"), {}, [&](sqlite3_stmt* statement) {
+        findings << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)));
+    });
+    if (ran && findings == QStringList{QStringLiteral("ok")}) {
+        m_integrity = Integrity::intact;
+        return true;
+    }
+    // A check that could not run for another reason (a lock, the disk) says nothing about the file.
+    if (ran || m_lastError.code == SQLITE_CORRUPT || m_lastError.code == SQLITE_NOTADB) {
+        m_integrity = Integrity::damaged;
+        const QString finding = ran ? findings.value(0) : m_lastError.message;
+        m_lastError = m_damage = {QStringLiteral("database disk image is malformed (%1)").arg(finding),
+                                  SQLITE_CORRUPT, SQLITE_CORRUPT};
+        log(QStringLiteral("❌ 数据库已损坏: ") + finding);
+    }
+    return false;
+}
+
+bool LocalDatabaseManager::mayWrite()
+{
+    if (!m_db || checkIntegrity())
+        return true; // not open: the statement itself reports that
+    if (m_integrity == Integrity::damaged)
+        log(QStringLiteral("❌ 数据库已损坏，不写入: ") + m_path);
+    return false;
+}
+
+bool LocalDatabaseManager::runTransaction(const std::function<bool()>& body, bool* began)
+{
+    *began = runQuietly("BEGIN IMMEDIATE;");
+    if (!*began)
+        return false;
     if (body() && runQuietly("COMMIT;"))
         return true;
     const DatabaseError cause = m_lastError;
     runQuietly("ROLLBACK;");
     m_lastError = cause;
+    return false;
+}
+
+bool LocalDatabaseManager::inTransaction(const std::function<bool()>& body)
+{
+    if (!m_db || !mayWrite()) {
+        if (!m_db)
+            m_lastError = {QStringLiteral("database is not open"), SQLITE_MISUSE, SQLITE_MISUSE};
+        return false;
+    }
+    // SQLite's own busy wait is not fair: a writer can sleep through every moment the lock was free while
+    // others take it. Starting over after a randomised pause gives every process its turn.
+    bool began = false;
+    for (int attempt = 1;; ++attempt) {
+        if (runTransaction(body, &began))
+            return true;
+        const bool busy = m_lastError.code == SQLITE_BUSY || m_lastError.code == SQLITE_LOCKED;
+        if (!busy || attempt >= busyAttempts || m_busyTimeoutMs == 0)
+            break;
+        const int pauseMs = (10 << attempt) / 2 + int(QRandomGenerator::global()->bounded(10 << attempt));
+        log(QStringLiteral("⚠️ 数据库被占用，%1 ms 后重试 (第 %2 次)")
+                .arg(pauseMs)
+                .arg(attempt));
+        QThread::msleep(pauseMs);
+    }
+    // A failed statement of `body` has said why already.
+    if (!began)
+        log(QStringLiteral("❌ SQL 执行失败: %1 (错误代码: %2, 扩展错误代码: %3)")
+                .arg(m_lastError.message)
+                .arg(m_lastError.code)
+                .arg(m_lastError.extendedCode));
     return false;
 }
 

@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // lumaro-cli fav as a user runs it: output, messages, exit codes, and two runs at once.
 #include "tests/cli/CliRunner.h"
+#include "tests/library/DamagedDatabase.h"
 #include "tests/support/TempFolder.h"
 
+#include "library/LocalDatabaseManager.h"
 #include "platform/AppPaths.h"
 
 #include <QDir>
 #include <QProcess>
 
 #include <gtest/gtest.h>
+
+#include <array>
+#include <fstream>
 
 using lumaro::testing::runCli;
 using lumaro::testing::TempFolder;
@@ -143,4 +148,91 @@ TEST(FavCommand, TwoProcessesMarkingAtOnceLoseNothing)
     QStringList expected = shared + first + second;
     expected.sort();
     EXPECT_EQ(listed, expected);
+}
+
+// Random damage to fav.db: reading may still work, but a write would bury the damage under new pages. The
+// store is left byte for byte as it was, for the user to recover, and the command says why it wrote nothing.
+TEST(FavCommand, ADamagedDatabaseIsRefusedForWritingAndKept)
+{
+    ASSERT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("list")}).exitCode, 0); // creates the store
+    {
+        lumaro::library::LocalDatabaseManager db;
+        ASSERT_TRUE(db.open(databasePath()));
+        ASSERT_TRUE(db.inTransaction([&] {
+            for (int i = 0; i < 300; ++i)
+                db.execute(
+                    QStringLiteral("INSERT INTO favourites (file_path, file_name, is_favour, favour_type, "
+                                   "created_at, updated_at)\nVALUES (?, ?, 1, NULL, ?, ?);"),
+                    {QStringLiteral("/old/shoot/IMG_%1.JPG").arg(i, 4, 10, QLatin1Char('0')),
+                     QStringLiteral("IMG_%1.JPG").arg(i, 4, 10, QLatin1Char('0')), 1.0 + i, 1.0 + i});
+            return true;
+        }));
+    }
+    ASSERT_TRUE(lumaro::testing::damageTablePageHolding(databasePath(), "/old/shoot/IMG_0001.JPG"));
+    QFile file(databasePath());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray damaged = file.readAll();
+    file.close();
+
+    TempFolder folder;
+    const auto result =
+        runCli({QStringLiteral("fav"), QStringLiteral("add"), folder.writePicture(QStringLiteral("a.jpg"))});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("lumaro-cli fav: the favourites database ") +
+                                          databasePath() +
+                                          QStringLiteral(" is damaged, nothing was written")))
+        << result.errText().toStdString();
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), damaged);
+}
+
+// Four scripts marking pictures on a store none of them has seen yet: every process waits its turn (the lock
+// taken at once, the store created once) and every mark lands.
+TEST(FavCommand, FourProcessesMarkingAtOnceAllSucceed)
+{
+    TempFolder folder;
+    QStringList expected;
+    std::array<QProcess, 4> processes;
+    for (int p = 0; p < int(processes.size()); ++p) {
+        QStringList pictures;
+        for (int i = 0; i < 40; ++i)
+            pictures << folder.write(QStringLiteral("p%1_%2.jpg").arg(p).arg(i));
+        expected += pictures;
+        processes[p].setProgram(QStringLiteral(LUMARO_CLI_PATH));
+        processes[p].setArguments(
+            QStringList{QStringLiteral("fav"), QStringLiteral("add"), QStringLiteral("--quiet")} + pictures);
+    }
+    for (QProcess& process : processes)
+        process.start();
+    for (QProcess& process : processes) {
+        ASSERT_TRUE(process.waitForFinished(60'000));
+        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+    }
+    QStringList listed = lines(runCli({QStringLiteral("fav"), QStringLiteral("list")}).outText());
+    listed.sort();
+    expected.sort();
+    EXPECT_EQ(listed, expected);
+}
+
+// A picture from an old camera or a Latin-1 archive whose name is not UTF-8: marked under its real bytes, so
+// the store names the same file, and listed with that byte escaped.
+TEST(FavCommand, ANameThatIsNotUtf8IsMarkedUnderItsRealBytes)
+{
+    TempFolder folder;
+    const QByteArray picture = QFile::encodeName(folder.path()) + QByteArrayLiteral("/caf\xE9.jpg");
+    std::ofstream(picture.constData()) << "picture";
+    QProcess shell; // QProcess hands arguments over as UTF-8: the shell writes the byte itself
+    shell.start(QStringLiteral("sh"),
+                {QStringLiteral("-c"), QStringLiteral("exec \"$0\" fav add \"$1/$(printf 'caf\\351.jpg')\""),
+                 QStringLiteral(LUMARO_CLI_PATH), folder.path()});
+    ASSERT_TRUE(shell.waitForFinished(20'000));
+    EXPECT_EQ(shell.exitCode(), 0) << shell.readAllStandardError().toStdString();
+
+    EXPECT_EQ(lines(runCli({QStringLiteral("fav"), QStringLiteral("list")}).outText()),
+              QStringList{folder.path() + QStringLiteral("/caf\\xe9.jpg")});
+    lumaro::library::LocalDatabaseManager db;
+    ASSERT_TRUE(db.open(databasePath()));
+    const auto rows = db.query(QStringLiteral("SELECT CAST(file_path AS BLOB) AS bytes FROM favourites;"));
+    ASSERT_TRUE(rows && rows->size() == 1);
+    EXPECT_EQ(rows->constFirst().value(QStringLiteral("bytes")).toByteArray(), picture);
 }

@@ -2,6 +2,8 @@
 #include "library/LocalDatabaseManager.h"
 
 #include "platform/AppPaths.h"
+#include "platform/Log.h"
+#include "tests/library/DamagedDatabase.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
 
@@ -10,6 +12,10 @@
 #include <QRandomGenerator>
 
 #include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+#include <thread>
 
 using namespace lumaro::library;
 using lumaro::testing::LogCapture;
@@ -178,4 +184,77 @@ TEST(LocalDatabaseManager, AWriterThatCannotGetTheLockInTimeFailsWithBusy)
         return true;
     });
     EXPECT_TRUE(other.execute(QStringLiteral("INSERT INTO t (v) VALUES (1);")));
+}
+
+TEST(LocalDatabaseManager, ADamagedDatabaseIsNeverWrittenTo)
+{
+    TempFolder folder;
+    const QString path = folder.filePath(QStringLiteral("fav.db"));
+    {
+        LocalDatabaseManager db;
+        ASSERT_TRUE(db.open(path));
+        ASSERT_TRUE(db.execute(QStringLiteral("CREATE TABLE t (v TEXT);")));
+        ASSERT_TRUE(db.inTransaction([&] {
+            for (int i = 0; i < 300; ++i)
+                db.execute(
+                    QStringLiteral("INSERT INTO t (v) VALUES (?);"),
+                    {QStringLiteral("old-%1-").arg(i, 4, 10, QLatin1Char('0')).leftJustified(100, 'x')});
+            return true;
+        }));
+    }
+    ASSERT_TRUE(lumaro::testing::damageTablePageHolding(path, "old-0001-"));
+    const QByteArray damaged = folder.read(QStringLiteral("fav.db"));
+
+    LogCapture log;
+    LocalDatabaseManager db;
+    ASSERT_TRUE(db.open(path)); // opening reads only the schema, which is whole
+    EXPECT_FALSE(db.execute(QStringLiteral("INSERT INTO t (v) VALUES ('new');")));
+    EXPECT_EQ(db.lastError().code, 11); // SQLITE_CORRUPT
+    EXPECT_FALSE(db.inTransaction([&] { return db.execute(QStringLiteral("DELETE FROM t;")); }));
+    EXPECT_FALSE(db.checkIntegrity());
+    EXPECT_EQ(log.countStartingWith(kTag + QStringLiteral("❌ 数据库已损坏: ")),
+              1); // checked once, remembered
+    db.close();
+    EXPECT_EQ(folder.read(QStringLiteral("fav.db")), damaged);
+}
+
+// SQLite's busy wait is not fair: other writers can keep taking the lock until the busy timeout has passed. The
+// transaction then starts over after a pause instead of failing.
+TEST(LocalDatabaseManager, ATransactionOutwaitedByAnotherWriterStartsOverAndCommits)
+{
+    TempFolder folder;
+    const QString path = folder.filePath(QStringLiteral("fav.db"));
+    LocalDatabaseManager db;
+    ASSERT_TRUE(db.open(path));
+    ASSERT_TRUE(db.execute(QStringLiteral("CREATE TABLE t (v);")));
+    db.setBusyTimeout(50);
+
+    std::promise<void> retrying;
+    std::atomic<bool> released{false};
+    const auto release = [&] {
+        if (!released.exchange(true))
+            retrying.set_value();
+    };
+    lumaro::platform::Log::setSink([&](const QString& line) {
+        if (line.startsWith(kTag + QStringLiteral("⚠️ 数据库被占用")))
+            release();
+    });
+    std::promise<void> holding;
+    std::thread other([&] {
+        LocalDatabaseManager writer;
+        writer.open(path);
+        writer.inTransaction([&] {
+            writer.execute(QStringLiteral("INSERT INTO t (v) VALUES ('theirs');"));
+            holding.set_value();
+            retrying.get_future().wait(); // the lock is kept until the first attempt has given up
+            return true;
+        });
+    });
+    holding.get_future().wait();
+    const bool committed = db.inTransaction([&] { return db.execute(QStringLiteral("INSERT INTO t (v) VALUES ('mine');")); });
+    release();
+    other.join();
+    lumaro::platform::Log::setSink(nullptr);
+    EXPECT_TRUE(committed);
+    EXPECT_EQ(db.query(QStringLiteral("SELECT v FROM t;"))->size(), 2);
 }
