@@ -2,7 +2,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # `lumaro-cli thumbs --size 256` against `vipsthumbnail --size 256` on the same folder of 24-megapixel JPEGs,
 # both on 2 threads (lumaro-cli --jobs 2; two vipsthumbnail processes with one thread each), in one run.
-# Two folders: plain JPEGs without an EXIF thumbnail, and camera-style JPEGs carrying a 320-pixel one.
+# Three folders: plain JPEGs without an EXIF thumbnail, camera-style JPEGs carrying a 320-pixel one, and camera
+# JPEGs keeping a 1620×1080 preview in their MPF block (as most cameras do). For plain JPEGs the floor is also
+# printed: `djpeg -scale 1/8` decoding the same files on 2 processes, nothing written.
 set -euo pipefail
 build=${1:-build/release}
 cli="$build/cli/lumaro-cli"
@@ -26,12 +28,15 @@ vips copy "$work/grain.v" "$work/base.jpg[Q=92,strip]"
 rm -f "$work"/*.v
 cp "$work/base.jpg" "$work/camera.jpg"
 "$writer" "$work/camera.jpg" 320
-mkdir -p "$work/plain" "$work/camera"
+vips thumbnail "$work/base.jpg" "$work/preview.jpg[Q=85,strip]" 1620
+python3 "$here/add-mpf-preview.py" "$work/base.jpg" "$work/preview.jpg" "$work/mpf.jpg"
+mkdir -p "$work/plain" "$work/camera" "$work/mpf"
 for i in $(seq -w 1 "$files"); do
   ln "$work/base.jpg" "$work/plain/IMG_$i.jpg"
   ln "$work/camera.jpg" "$work/camera/IMG_$i.jpg"
+  ln "$work/mpf.jpg" "$work/mpf/IMG_$i.jpg"
 done
-cat "$work/base.jpg" "$work/camera.jpg" > /dev/null
+cat "$work/base.jpg" "$work/camera.jpg" "$work/mpf.jpg" > /dev/null
 
 median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
 time_ms() { local s e; s=$(date +%s%N); "$@" > /dev/null 2>&1; e=$(date +%s%N); echo $(( (e - s) / 1000000 )); }
@@ -42,16 +47,24 @@ run_vips() {
     env VIPS_CONCURRENCY=1 vipsthumbnail --size 256 -o "$work/out/%s.jpg"
 }
 
-for kind in plain camera; do
-  lumaro=(); peer=()
+run_djpeg() { find "$1" -name '*.jpg' -print0 | xargs -0 -n 1 -P 2 djpeg -scale 1/8 -outfile /dev/null; }
+
+for kind in plain camera mpf; do
+  lumaro=(); peer=(); floor=()
   for _ in $(seq "$runs"); do
     lumaro+=("$(time_ms run_lumaro "$work/$kind")")
     peer+=("$(time_ms run_vips "$work/$kind")")
+    if [ "$kind" = plain ] && command -v djpeg > /dev/null; then floor+=("$(time_ms run_djpeg "$work/$kind")"); fi
   done
   l=$(printf '%s\n' "${lumaro[@]}" | median)
   p=$(printf '%s\n' "${peer[@]}" | median)
   echo "$kind 6000x4000 JPEGs: $files files, runs: $runs (medians), 2 threads each"
   echo "  lumaro-cli thumbs --size 256:   ${l} ms"
   echo "  vipsthumbnail --size 256:       ${p} ms"
-  awk -v l="$l" -v p="$p" 'BEGIN { printf "  ratio lumaro/vips:              %.2f\n", (p > 0 ? l / p : 0) }'
+  awk -v l="$l" -v p="$p" 'BEGIN { printf "  speed lumaro vs vips:           %.2f×\n", (l > 0 ? p / l : 0) }'
+  if [ ${#floor[@]} -gt 0 ]; then
+    f=$(printf '%s\n' "${floor[@]}" | median)
+    echo "  djpeg -scale 1/8 (floor):       ${f} ms"
+    awk -v l="$l" -v f="$f" 'BEGIN { printf "  speed lumaro vs floor:          %.2f×\n", (l > 0 ? f / l : 0) }'
+  fi
 done

@@ -3,6 +3,7 @@
 
 #include "platform/files/FileNameCodec.h"
 
+#include "platform/picture/CameraPreview.h"
 #include "platform/picture/EmbeddedPreview.h"
 #include "platform/picture/FittedSize.h"
 #include "platform/picture/HeifDecoder.h"
@@ -106,6 +107,10 @@ DecodedPicture readJpeg(const PictureRequest& request)
     if (request.allowEmbedded) {
         if (auto thumb = embeddedThumbnail(exif, request.maxSide))
             return DecodedPicture{applyExifOrientation(*thumb, exif.orientation), DecodeRoute::exifThumbnail, {}};
+        if (auto preview = CameraPreview::decode(file, data, request.maxSide))
+            return DecodedPicture{
+                applyExifOrientation(*preview, exif.orientation), DecodeRoute::cameraPreview, {}};
+        file.seek(data.size());
     }
     data += file.readAll();
     if (!exif.readable)
@@ -175,6 +180,8 @@ QString PictureReader::routeName(DecodeRoute route)
     switch (route) {
     case DecodeRoute::none: return QStringLiteral("none");
     case DecodeRoute::exifThumbnail: return QStringLiteral("exif-thumbnail");
+    case DecodeRoute::cameraPreview:
+        return QStringLiteral("camera-preview");
     case DecodeRoute::jpegScaled: return QStringLiteral("jpeg-dct-scaled");
     case DecodeRoute::rawPreview: return QStringLiteral("raw-preview");
     case DecodeRoute::heifThumbnail: return QStringLiteral("heif-thumbnail");

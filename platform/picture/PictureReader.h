@@ -7,7 +7,17 @@
 
 namespace lumaro::platform {
 
-enum class DecodeRoute { none, exifThumbnail, jpegScaled, rawPreview, heifThumbnail, heif, qt };
+enum class DecodeRoute
+{
+    none,
+    exifThumbnail,
+    cameraPreview,
+    jpegScaled,
+    rawPreview,
+    heifThumbnail,
+    heif,
+    qt
+};
 
 struct PictureRequest
 {
@@ -29,8 +39,10 @@ struct DecodedPicture
 };
 
 // Thread-safe, blocking; meant for pool threads. Routes, by extension:
-//  - JPEG: the EXIF thumbnail when its long side reaches maxSide, else libjpeg-turbo at the smallest DCT scale
-//    that covers maxSide; the EXIF orientation applied. A file whose data ends early decodes to nothing.
+//  - JPEG: the EXIF thumbnail when its long side reaches maxSide, else the smallest camera preview of the MPF
+//  block
+//    that does (CameraPreview), else libjpeg-turbo at the smallest DCT scale that covers maxSide; the EXIF
+//    orientation applied. A file whose data ends early decodes to nothing.
 //  - RAW (cr2, nef, arw, dng, …): the embedded JPEG preview (libraw, exiv2 as the fallback), turned upright.
 //  - HEIC/HEIF: libheif, the embedded thumbnail when big enough.
 //  - PNG, TIFF, BMP, GIF (first frame), WebP and anything else: Qt, with its own orientation handling.
