@@ -196,7 +196,7 @@ std::optional<VisionRecognitionResult> VisionPictureAnalyzer::analyze(const QStr
     }
     const qsizetype labelCount = result.recognizedObjects.size() + result.sceneClassification.size();
     result.confidence = labelCount > 0 ? confidenceSum / double(labelCount) : 0.0;
-    result.recognizedText = signals.textLines;
+    result.recognizedText = signals->textLines;
     result.classificationMark = VisionClassificationEngine::shared().mark(
         result.recognizedObjects, result.sceneClassification, result.pixelWidth, result.pixelHeight);
     return result;
