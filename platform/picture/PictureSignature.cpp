@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/picture/PictureSignature.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include <QFile>
 #include <QImageReader>
 #include <QtEndian>
@@ -66,6 +68,13 @@ int webpFrames(QFile& file)
     return std::max(frames, 2); // flagged as animated: never treated as a still, whatever its chunks say
 }
 
+// Opened by the name's own bytes, so a name that is not UTF-8 is read like any other.
+bool openByName(QFile& file, const QString& path)
+{
+    const int descriptor = FileNameCodec::openForReading(path);
+    return descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+}
+
 } // namespace
 
 PictureKind PictureSignature::kindOf(const QByteArray& head)
@@ -93,16 +102,16 @@ PictureKind PictureSignature::kindOf(const QByteArray& head)
 
 PictureKind PictureSignature::kindOfFile(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    QFile file;
+    if (!openByName(file, path))
         return PictureKind::unknown;
     return kindOf(file.read(kHeadBytes));
 }
 
 int PictureSignature::frameCount(const QString& path, PictureKind kind)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    QFile file;
+    if (!openByName(file, path))
         return 0;
     switch (kind) {
     case PictureKind::png:
