@@ -5,10 +5,10 @@
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
 
+#include "platform/files/FileNameCodec.h"
 #include "platform/picture/PictureReader.h"
 #include "report/ToneHistogram.h"
 
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -59,10 +59,9 @@ int runHistogram(const QStringList& arguments)
     if (words->size() > 1)
         return line.usageError(QStringLiteral("histogram takes one picture"));
     const QString path = words->constFirst();
-    const QFileInfo info(path);
-    if (info.isDir())
+    if (platform::FileNameCodec::isDirectory(path))
         return line.fail(escapedForLine(path) + QStringLiteral(": is a folder, not a picture"), exitUsage);
-    if (!info.isFile())
+    if (!platform::FileNameCodec::isFile(path))
         return line.fail(escapedForLine(path) + QStringLiteral(": no such file"), exitUsage);
 
     const platform::DecodedPicture decoded = platform::PictureReader::read({path, kPreviewSide, true, 0});
