@@ -70,11 +70,9 @@ int runIndex(const QStringList& arguments)
                     QStringLiteral("N")});
     if (const auto stop = line.parse(arguments))
         return *stop;
-    const auto words = line.positional(1);
-    if (!words)
+    const auto checked = line.folderArgument(QStringLiteral("index takes one folder"));
+    if (!checked)
         return exitUsage;
-    if (words->size() > 1)
-        return line.usageError(QStringLiteral("index takes one folder"));
     int jobs = 0;
     if (line.isSet(QStringLiteral("jobs"))) {
         const auto asked = line.number(QStringLiteral("jobs"), 1, 64);
@@ -82,9 +80,7 @@ int runIndex(const QStringList& arguments)
             return line.usageError(QStringLiteral("--jobs takes a number from 1 to 64"));
         jobs = *asked;
     }
-    const QString folder = QDir(words->constFirst()).absolutePath();
-    if (const auto problem = problemWithFolder(folder))
-        return line.fail(*problem, exitUsage);
+    const QString folder = QDir(*checked).absolutePath();
 
     const QStringList names = browse::FileSystemService::shared().loadImageFileNames(folder);
     ProgressBar progress(QStringLiteral("Analysing"), names.size());

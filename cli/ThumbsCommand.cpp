@@ -86,11 +86,9 @@ int runThumbs(const QStringList& arguments)
     line.addJsonOption();
     if (const auto stop = line.parse(arguments))
         return *stop;
-    const auto words = line.positional(1);
-    if (!words)
+    const auto checked = line.folderArgument(QStringLiteral("thumbs takes one folder"));
+    if (!checked)
         return exitUsage;
-    if (words->size() > 1)
-        return line.usageError(QStringLiteral("thumbs takes one folder"));
     const auto size = line.number(QStringLiteral("size"), 16, 4096);
     if (!size)
         return line.usageError(QStringLiteral("--size must be a number from 16 to 4096"));
@@ -101,9 +99,7 @@ int runThumbs(const QStringList& arguments)
         return line.usageError(QStringLiteral("--jobs must be a number from 1 to 64"));
     if (!line.isSet(QStringLiteral("out")))
         return line.usageError(QStringLiteral("--out DIR is required"));
-    const QString folder = words->constFirst();
-    if (const auto problem = problemWithFolder(folder))
-        return line.fail(*problem, exitUsage);
+    const QString folder = *checked;
     const QString out = QFileInfo(line.value(QStringLiteral("out"))).absoluteFilePath();
     if (QFileInfo(out).exists() && !QFileInfo(out).isDir())
         return line.fail(QStringLiteral("--out %1 is a file, not a folder").arg(out), exitUsage);
