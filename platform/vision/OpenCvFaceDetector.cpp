@@ -47,6 +47,20 @@ cv::Mat scaledForDetection(const cv::Mat& bgr, double* scale)
     return small;
 }
 
+// YuNet halves the picture five times and pools once more, so a side that rounds up to one block of 32 ends
+// in an empty layer and OpenCV throws. A black border to the right and below gives a thumbnail-sized picture
+// room without moving any box.
+cv::Mat withRoomForTheNetwork(const cv::Mat& bgr)
+{
+    constexpr int kSmallestSide = 64;
+    if (bgr.cols >= kSmallestSide && bgr.rows >= kSmallestSide)
+        return bgr;
+    cv::Mat framed;
+    cv::copyMakeBorder(bgr, framed, 0, std::max(0, kSmallestSide - bgr.rows), 0,
+                       std::max(0, kSmallestSide - bgr.cols), cv::BORDER_CONSTANT, cv::Scalar::all(0));
+    return framed;
+}
+
 // YuNet alone scores a cat's face (0.78) or a motorcycle's lamps (0.92) above a real small face (0.77), so no
 // threshold separates them. A Haar cascade fails in other ways, so a YuNet face counts only when the cascade
 // also finds a face in the region around it: on the reference photos that keeps every real face and drops
@@ -71,16 +85,13 @@ bool cascadeConfirms(cv::CascadeClassifier& cascade, const cv::Mat& bgr, const c
 
 } // namespace
 
-OpenCvFaceDetector::OpenCvFaceDetector(std::unique_ptr<Backend> backend)
-    : m_backend(std::move(backend))
-{
-}
+OpenCvFaceDetector::OpenCvFaceDetector(std::unique_ptr<Backend> backend) : m_backend(std::move(backend)) {}
 
 OpenCvFaceDetector::~OpenCvFaceDetector() = default;
 
 std::unique_ptr<OpenCvFaceDetector> OpenCvFaceDetector::fromYuNet(const QString& modelPath,
-                                                                   const QString& verifierCascadePath,
-                                                                   float scoreThreshold)
+                                                                  const QString& verifierCascadePath,
+                                                                  float scoreThreshold)
 {
     auto backend = std::make_unique<Backend>();
     try {
@@ -128,7 +139,7 @@ std::vector<FaceBox> OpenCvFaceDetector::detectIn(const QImage& image)
     if (bgr.empty())
         return {};
     double scale = 1.0;
-    const cv::Mat input = scaledForDetection(bgr, &scale);
+    const cv::Mat input = withRoomForTheNetwork(scaledForDetection(bgr, &scale));
     std::vector<FaceBox> boxes;
     if (m_backend->yunet) {
         m_backend->yunet->setInputSize(input.size());
@@ -156,7 +167,8 @@ std::vector<FaceBox> OpenCvFaceDetector::detectIn(const QImage& image)
             boxes.push_back({QRectF(r.x / scale, r.y / scale, r.width / scale, r.height / scale), score});
         }
     }
-    std::sort(boxes.begin(), boxes.end(), [](const FaceBox& a, const FaceBox& b) { return a.score > b.score; });
+    std::sort(boxes.begin(), boxes.end(),
+              [](const FaceBox& a, const FaceBox& b) { return a.score > b.score; });
     return boxes;
 }
 
@@ -177,11 +189,16 @@ std::unique_ptr<FaceDetector> makeFaceDetector()
     }
     if (!cascadePath.isEmpty()) {
         if (auto detector = OpenCvFaceDetector::fromHaarCascade(cascadePath)) {
-            std::call_once(reported, [] { Log::line(kTag, QStringLiteral("⚠️ 未找到 YuNet 人脸模型，使用 Haar 级联检测人脸")); });
+            std::call_once(reported, [] {
+                Log::line(kTag, QStringLiteral(
+                                    "⚠️ 未找到 YuNet 人脸模型，使用 Haar 级联检测人脸"));
+            });
             return detector;
         }
     }
-    std::call_once(reported, [] { Log::line(kTag, QStringLiteral("⚠️ 未找到人脸检测模型，跳过人脸检测")); });
+    std::call_once(reported, [] {
+        Log::line(kTag, QStringLiteral("⚠️ 未找到人脸检测模型，跳过人脸检测"));
+    });
     return nullptr;
 }
 

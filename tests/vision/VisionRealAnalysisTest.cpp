@@ -93,6 +93,21 @@ TEST_F(RealAnalysis, EachPhotoGetsTheMarkAPhotographerExpects)
     }
 }
 
+// A thumbnail-sized picture is too small for the face network's blocks; it is still a picture, never a
+// failure.
+TEST_F(RealAnalysis, PicturesSmallerThanTheNetworksBlocksAreAnalysed)
+{
+    lumaro::testing::TempFolder folder;
+    for (const QSize size : {QSize(48, 32), QSize(32, 48), QSize(8, 8), QSize(400, 20)}) {
+        QImage picture(size, QImage::Format_RGB32);
+        picture.fill(QColor(190, 90, 60));
+        const QString path =
+            folder.filePath(QStringLiteral("small-%1x%2.jpg").arg(size.width()).arg(size.height()));
+        ASSERT_TRUE(picture.save(path, "JPEG"));
+        EXPECT_TRUE(s_analyzer->analyze(path)) << path.toStdString();
+    }
+}
+
 int editDistance(const QString& a, const QString& b)
 {
     std::vector<int> row(size_t(b.size()) + 1);
