@@ -4,6 +4,7 @@
 #include "platform/FileReplacer.h"
 #include "platform/files/FileNameCodec.h"
 #include "platform/ForeignCall.h"
+#include "platform/metadata/Exiv2Setup.h"
 
 #include <QFile>
 
@@ -23,12 +24,6 @@ void setError(QString* error, const QString& text)
         *error = text;
 }
 
-void quieten()
-{
-    static std::once_flag once;
-    std::call_once(once, [] { Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute); });
-}
-
 int orientationOf(const Exiv2::ExifData& exif)
 {
     const auto it = exif.findKey(Exiv2::ExifKey(kOrientationKey));
@@ -42,7 +37,7 @@ int orientationOf(const Exiv2::ExifData& exif)
 
 int ExifOrientation::read(const QString& path, QString* error)
 {
-    quieten();
+    prepareExiv2();
     return guardedForeignCall(
         [&] {
             auto image = Exiv2::ImageFactory::open(FileNameCodec::encode(path).toStdString());
@@ -57,7 +52,7 @@ int ExifOrientation::read(const QString& path, QString* error)
 
 bool ExifOrientation::turnJpeg(const QString& path, int (*turn)(int), QString* error)
 {
-    quieten();
+    prepareExiv2();
     bool read = false;
     const QByteArray original = FileNameCodec::readAll(path, &read);
     if (!read) {

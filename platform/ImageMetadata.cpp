@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ImageMetadata.h"
 
+#include "platform/metadata/Exiv2Setup.h"
+
 #include <QFile>
 
 #include <exiv2/exiv2.hpp>
@@ -10,13 +12,6 @@
 namespace lumaro::platform {
 
 namespace {
-
-void quietenExiv2()
-{
-    // exiv2 prints its own warnings to stderr; the caller reports failures in its own words.
-    static std::once_flag once;
-    std::call_once(once, [] { Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute); });
-}
 
 QString tagText(const Exiv2::ExifData& exif, const char* key)
 {
@@ -34,7 +29,7 @@ QString tagText(const Exiv2::ExifData& exif, const char* key)
 
 ImageMetadata ImageMetadata::read(const QString& path)
 {
-    quietenExiv2();
+    prepareExiv2();
     ImageMetadata result;
     try {
         auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());

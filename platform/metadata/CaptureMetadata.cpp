@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/metadata/CaptureMetadata.h"
 
+#include "platform/metadata/Exiv2Setup.h"
+
 #include <QFile>
 
 #include <exiv2/exiv2.hpp>
@@ -12,31 +14,6 @@
 namespace lumaro::platform {
 
 namespace {
-
-std::mutex xmpToolkitMutex;
-
-void lockXmpToolkit(void*, bool lock)
-{
-    if (lock)
-        xmpToolkitMutex.lock();
-    else
-        xmpToolkitMutex.unlock();
-}
-
-void prepareExiv2()
-{
-    // exiv2 prints its own warnings to stderr, the XMP toolkit keeps global state that pool threads share
-    // (it must be set up once, with a lock, before any thread parses a packet), and CR3/HEIF support is off
-    // until it is asked for.
-    static std::once_flag once;
-    std::call_once(once, [] {
-        Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
-        Exiv2::XmpParser::initialize(&lockXmpToolkit, nullptr);
-#ifdef EXV_ENABLE_BMFF
-        Exiv2::enableBMFF(true);
-#endif
-    });
-}
 
 template <typename Data, typename Key>
 typename Data::const_iterator findFirst(const Data& data, std::initializer_list<const char*> keys)

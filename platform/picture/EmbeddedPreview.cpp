@@ -2,6 +2,7 @@
 #include "platform/picture/EmbeddedPreview.h"
 
 #include "platform/ForeignCall.h"
+#include "platform/metadata/Exiv2Setup.h"
 #include "platform/picture/ImageOrientation.h"
 
 #include <QFile>
@@ -22,15 +23,6 @@ std::mutex& exiv2Mutex()
 {
     static std::mutex mutex;
     return mutex;
-}
-
-void prepareExiv2()
-{
-    static std::once_flag once;
-    std::call_once(once, [] {
-        Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
-        Exiv2::XmpParser::initialize();
-    });
 }
 
 int orientationOf(const Exiv2::ExifData& exif)
