@@ -30,8 +30,8 @@ packages=(
   libglib2.0-bin desktop-file-utils appstream libvips-tools hyperfine
   # the report PDF rendered back in its test
   poppler-utils
-  # model conversion (scripts/)
-  python3 python3-numpy python3-onnx
+  # model download and conversion (scripts/fetch-models.sh: npm packages, converted and checked in Python)
+  python3 python3-numpy python3-onnx python3-opencv npm
 )
 
 if [ "${1:-}" = "--fuzz" ]; then
