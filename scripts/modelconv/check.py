@@ -106,7 +106,7 @@ def verify(model_name, path):
     try:
         outputs = run(model_name, path)
     except cv2.error as error:
-        sys.stderr.write("check: %s does not load in OpenCV %s: %s\n" % (path, cv2.__version__, error))
+        sys.stderr.write("check: %s does not run in OpenCV %s: %s\n" % (path, cv2.__version__, error))
         return 1
     found = differences(recorded, outputs)
     for line in found:
