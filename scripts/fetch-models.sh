@@ -138,10 +138,13 @@ install_converted() {
         install_file "$relative" "$sum" ""
         return
     fi
-    converter_ready || return 1
-    if [ -f "$target" ] && { echo "$sum  $target" | sha256sum --check --status ||
-                             "$python" "$modelconv/check.py" verify "$relative" "$target" 2>/dev/null; }; then
+    if [ -f "$target" ] && echo "$sum  $target" | sha256sum --check --status; then
         echo "ok        $relative (already installed)"
+        return 0
+    fi
+    converter_ready || return 1
+    if [ -f "$target" ] && "$python" "$modelconv/check.py" verify "$relative" "$target" 2>/dev/null; then
+        echo "ok        $relative (already installed, converted here)"
         return 0
     fi
     local source staged="$work/${relative//\//_}"
