@@ -146,10 +146,10 @@ QByteArray selfReferencingCr2()
     return bytes;
 }
 
-QByteArray jpegOfSize(QSize size)
+QByteArray jpegOfSize(QSize size, QColor color)
 {
     QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::darkCyan);
+    image.fill(color);
     return encoded(image, "jpg", 90);
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QColor>
 #include <QSize>
 
 namespace lumaro::testing {
@@ -12,8 +13,8 @@ namespace lumaro::testing {
 // near 0xFFFFFF00 (their sum wraps around 32 bits). exiv2 0.27 throws std::overflow_error on it.
 QByteArray selfReferencingCr2();
 
-// A real baseline JPEG of `size`, encoded by Qt.
-QByteArray jpegOfSize(QSize size);
+// A real baseline JPEG of `size` in one `color`, encoded by Qt.
+QByteArray jpegOfSize(QSize size, QColor color = Qt::darkCyan);
 
 // A small real JPEG whose frame header claims `claimed` as its size; the scan data is that of a tiny picture.
 QByteArray jpegClaimingSize(QSize claimed);
