@@ -4,30 +4,20 @@
 // itself.
 #include "platform/picture/PictureReader.h"
 
+#include "tests/platform/ExifJpeg.h"
+#include "tests/support/HostilePictures.h"
 #include "tests/support/TempFolder.h"
 
-#include <QBuffer>
-#include <QFile>
 #include <QtEndian>
 
-#include <exiv2/exiv2.hpp>
 #include <gtest/gtest.h>
 
 namespace lumaro::platform {
 namespace {
 
+using testing::isNear;
+using testing::jpegOfSize;
 using testing::TempFolder;
-
-QByteArray jpeg(QSize size, QColor color)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(color);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "jpg", 90);
-    return bytes;
-}
 
 QByteArray littleEndian16(quint16 value)
 {
@@ -78,36 +68,21 @@ QByteArray withPreviews(const QByteArray& picture, const QList<QByteArray>& prev
     return file;
 }
 
-QByteArray withOrientation(const QByteArray& picture, int orientation)
-{
-    auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(picture.constData()),
-                                           long(picture.size()));
-    image->readMetadata();
-    image->exifData()["Exif.Image.Orientation"] = uint16_t(orientation);
-    image->writeMetadata();
-    Exiv2::BasicIo& io = image->io();
-    io.seek(0, Exiv2::BasicIo::beg);
-    const Exiv2::DataBuf all = io.read(long(io.size()));
-    return QByteArray(reinterpret_cast<const char*>(all.pData_), qsizetype(all.size_));
-}
-
-bool near(QColor a, QColor b)
-{
-    return std::abs(a.red() - b.red()) < 40 && std::abs(a.green() - b.green()) < 40 &&
-           std::abs(a.blue() - b.blue()) < 40;
-}
-
 const QSize kPicture(1200, 800);
 
 struct PreviewCase
 {
     const char* name;
     QList<QPair<QSize, QColor>> previews;
-    int maxSide;
-    bool allowEmbedded;
-    qint64 shift;
-    QColor expected; // red: the picture itself was decoded
-    DecodeRoute route;
+    int maxSide = 256;
+    bool allowEmbedded = true;
+    qint64 shift = 0;
+    QColor expected = Qt::red; // red: the picture itself was decoded
+
+    DecodeRoute route() const
+    {
+        return expected == Qt::red ? DecodeRoute::jpegScaled : DecodeRoute::cameraPreview;
+    }
 };
 
 class CameraPreviewTest : public ::testing::TestWithParam<PreviewCase>
@@ -119,78 +94,41 @@ TEST_P(CameraPreviewTest, TheSmallestCoveringPreviewOfThePicturesShapeStandsIn)
     const PreviewCase& c = GetParam();
     QList<QByteArray> previews;
     for (const auto& [size, color] : c.previews)
-        previews << jpeg(size, color);
+        previews << jpegOfSize(size, color);
     TempFolder folder;
     const QString path = folder.write(QStringLiteral("IMG_0001.JPG"),
-                                      withPreviews(jpeg(kPicture, Qt::red), previews, c.shift));
+                                      withPreviews(jpegOfSize(kPicture, Qt::red), previews, c.shift));
 
     const DecodedPicture picture = PictureReader::read(PictureRequest{path, c.maxSide, c.allowEmbedded, 0});
     ASSERT_FALSE(picture.isNull()) << picture.error.toStdString();
-    EXPECT_EQ(picture.route, c.route);
+    EXPECT_EQ(picture.route, c.route());
     EXPECT_TRUE(
-        near(picture.image.pixelColor(picture.image.width() / 2, picture.image.height() / 2), c.expected));
+        isNear(picture.image.pixelColor(picture.image.width() / 2, picture.image.height() / 2), c.expected));
     EXPECT_EQ(std::max(picture.image.width(), picture.image.height()), std::min(c.maxSide, kPicture.width()));
 }
 
+const QList<QPair<QSize, QColor>> kOneBluePreview{{{600, 400}, Qt::blue}};
+
 INSTANTIATE_TEST_SUITE_P(
     Cases, CameraPreviewTest,
-    ::testing::Values(PreviewCase{"previewCoversTheGrid",
-                                  {{{600, 400}, Qt::blue}},
-                                  256,
-                                  true,
-                                  0,
-                                  Qt::blue,
-                                  DecodeRoute::cameraPreview},
-                      PreviewCase{"smallestOfThoseThatCover",
-                                  {{{900, 600}, Qt::blue}, {{300, 200}, Qt::green}, {{150, 100}, Qt::yellow}},
-                                  256,
-                                  true,
-                                  0,
-                                  Qt::green,
-                                  DecodeRoute::cameraPreview},
-                      PreviewCase{"tooSmallForThePreviewPane",
-                                  {{{600, 400}, Qt::blue}},
-                                  800,
-                                  true,
-                                  0,
-                                  Qt::red,
-                                  DecodeRoute::jpegScaled},
-                      PreviewCase{"letterboxedPreviewIsNotThePicture",
-                                  {{{640, 360}, Qt::blue}},
-                                  256,
-                                  true,
-                                  0,
-                                  Qt::red,
-                                  DecodeRoute::jpegScaled},
-                      PreviewCase{"embeddedPicturesNotWanted",
-                                  {{{600, 400}, Qt::blue}},
-                                  256,
-                                  false,
-                                  0,
-                                  Qt::red,
-                                  DecodeRoute::jpegScaled},
-                      PreviewCase{"indexPointingPastTheEnd",
-                                  {{{600, 400}, Qt::blue}},
-                                  256,
-                                  true,
-                                  1 << 20,
-                                  Qt::red,
-                                  DecodeRoute::jpegScaled},
-                      PreviewCase{"indexPointingIntoThePicture",
-                                  {{{600, 400}, Qt::blue}},
-                                  256,
-                                  true,
-                                  -4000,
-                                  Qt::red,
-                                  DecodeRoute::jpegScaled}),
+    ::testing::Values(
+        PreviewCase{.name = "previewCoversTheGrid", .previews = kOneBluePreview, .expected = Qt::blue},
+        PreviewCase{.name = "smallestOfThoseThatCover",
+                    .previews = {{{900, 600}, Qt::blue}, {{300, 200}, Qt::green}, {{150, 100}, Qt::yellow}},
+                    .expected = Qt::green},
+        PreviewCase{.name = "tooSmallForThePreviewPane", .previews = kOneBluePreview, .maxSide = 800},
+        PreviewCase{.name = "letterboxedPreviewIsNotThePicture", .previews = {{{640, 360}, Qt::blue}}},
+        PreviewCase{.name = "embeddedPicturesNotWanted", .previews = kOneBluePreview, .allowEmbedded = false},
+        PreviewCase{.name = "indexPointingPastTheEnd", .previews = kOneBluePreview, .shift = 1 << 20},
+        PreviewCase{.name = "indexPointingIntoThePicture", .previews = kOneBluePreview, .shift = -4000}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(CameraPreview, ThePreviewIsTurnedByThePicturesOrientation)
 {
     TempFolder folder;
-    const QByteArray turned = withOrientation(jpeg(kPicture, Qt::red), 6);
-    const QString path =
-        folder.write(QStringLiteral("IMG_0002.JPG"), withPreviews(turned, {jpeg({600, 400}, Qt::blue)}));
+    const QByteArray turned = testing::withExif(jpegOfSize(kPicture, Qt::red), 6);
+    const QString path = folder.write(QStringLiteral("IMG_0002.JPG"),
+                                      withPreviews(turned, {jpegOfSize({600, 400}, Qt::blue)}));
 
     const DecodedPicture picture = PictureReader::read(PictureRequest{path, 256, true, 0});
     ASSERT_EQ(picture.route, DecodeRoute::cameraPreview);

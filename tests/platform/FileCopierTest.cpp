@@ -2,41 +2,26 @@
 #include "platform/FileCopier.h"
 
 #include "tests/support/TempFolder.h"
+#include "tests/support/XdgTags.h"
 
 #include <QFileInfo>
 
 #include <gtest/gtest.h>
 
-#include <sys/xattr.h>
-
 using namespace lumaro::platform;
 using lumaro::testing::TempFolder;
-
-namespace {
-
-bool setTags(const QString& path, const QByteArray& tags)
-{
-    return ::setxattr(QFile::encodeName(path).constData(), "user.xdg.tags", tags.constData(), size_t(tags.size()), 0) == 0;
-}
-
-QByteArray tagsOf(const QString& path)
-{
-    char buffer[256];
-    const ssize_t size = ::getxattr(QFile::encodeName(path).constData(), "user.xdg.tags", buffer, sizeof buffer);
-    return size < 0 ? QByteArray() : QByteArray(buffer, size);
-}
-
-} // namespace
 
 TEST(FileCopier, ATakenNameGetsTheNextFreeOneAndNothingIsOverwritten)
 {
     TempFolder card;
     TempFolder roll;
-    const QString source = card.write(QStringLiteral("DCIM/101CANON/IMG_0001.JPG"), QByteArrayLiteral("second shot"));
+    const QString source =
+        card.write(QStringLiteral("DCIM/101CANON/IMG_0001.JPG"), QByteArrayLiteral("second shot"));
     roll.write(QStringLiteral("IMG_0001.JPG"), QByteArrayLiteral("first shot"));
     roll.write(QStringLiteral("IMG_0001_1.JPG"), QByteArrayLiteral("another"));
 
-    const auto written = FileCopier::copyWithoutOverwriting(source, roll.path(), QStringLiteral("IMG_0001.JPG"));
+    const auto written =
+        FileCopier::copyWithoutOverwriting(source, roll.path(), QStringLiteral("IMG_0001.JPG"));
     ASSERT_TRUE(written);
     EXPECT_EQ(QFileInfo(*written).fileName(), QStringLiteral("IMG_0001_2.JPG"));
     EXPECT_EQ(roll.read(QStringLiteral("IMG_0001.JPG")), QByteArrayLiteral("first shot"));
@@ -49,7 +34,7 @@ TEST(FileCopier, KeepsColourTagsAndTheModificationTime)
 {
     TempFolder folder;
     const QString source = folder.write(QStringLiteral("a b/照片.CR2"), QByteArray(3 << 20, 'r'));
-    if (!setTags(source, "red,Keep"))
+    if (!lumaro::testing::setXdgTags(source, "red,Keep"))
         GTEST_SKIP() << "this file system has no user extended attributes";
     QFile file(source);
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
@@ -60,7 +45,7 @@ TEST(FileCopier, KeepsColourTagsAndTheModificationTime)
     const auto copy = FileCopier::copyWithoutOverwriting(source, folder.makeFolder(QStringLiteral("out")),
                                                          QStringLiteral("照片.CR2"));
     ASSERT_TRUE(copy);
-    EXPECT_EQ(tagsOf(*copy), QByteArrayLiteral("red,Keep"));
+    EXPECT_EQ(lumaro::testing::xdgTags(*copy), QByteArrayLiteral("red,Keep"));
     EXPECT_EQ(QFileInfo(*copy).lastModified(), shot);
     EXPECT_EQ(QFileInfo(*copy).size(), 3 << 20);
 }
@@ -73,12 +58,14 @@ TEST(FileCopier, ACopyAbandonedHalfWayLeavesNothingBehind)
     CopyOptions failHalfWay;
     failHalfWay.progress = [](qint64 copied, qint64 total) { return copied < total / 2; };
     QString error;
-    EXPECT_FALSE(FileCopier::copyWithoutOverwriting(source, out, QStringLiteral("big.jpg"), &error, failHalfWay));
+    EXPECT_FALSE(
+        FileCopier::copyWithoutOverwriting(source, out, QStringLiteral("big.jpg"), &error, failHalfWay));
     EXPECT_FALSE(error.isEmpty());
     EXPECT_TRUE(folder.entries(QStringLiteral("out")).isEmpty());
 
     folder.write(QStringLiteral("out/big.jpg"), QByteArrayLiteral("old"));
-    EXPECT_FALSE(FileCopier::copyReplacing(source, folder.filePath(QStringLiteral("out/big.jpg")), &error, failHalfWay));
+    EXPECT_FALSE(FileCopier::copyReplacing(source, folder.filePath(QStringLiteral("out/big.jpg")), &error,
+                                           failHalfWay));
     EXPECT_EQ(folder.read(QStringLiteral("out/big.jpg")), QByteArrayLiteral("old"));
     EXPECT_EQ(folder.entries(QStringLiteral("out")), QStringList{QStringLiteral("big.jpg")});
 }
@@ -87,7 +74,8 @@ TEST(FileCopier, CopyReplacingReplacesWhole)
 {
     TempFolder folder;
     const QString source = folder.write(QStringLiteral("new.cr2"), QByteArrayLiteral("new"));
-    const QString target = folder.write(QStringLiteral("RAW_PICK/new.cr2"), QByteArrayLiteral("old and longer"));
+    const QString target =
+        folder.write(QStringLiteral("RAW_PICK/new.cr2"), QByteArrayLiteral("old and longer"));
     ASSERT_TRUE(FileCopier::copyReplacing(source, target));
     EXPECT_EQ(folder.read(QStringLiteral("RAW_PICK/new.cr2")), QByteArrayLiteral("new"));
 }

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/ExifOrientation.h"
 #include "platform/ImageRotator.h"
+#include "platform/ExifOrientation.h"
 #include "platform/TiffOrientationPatch.h"
 
 #include "tests/support/HostilePictures.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/XdgTags.h"
 
 #include <QFileInfo>
 #include <QImageReader>
@@ -12,10 +13,9 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/xattr.h>
-
 using namespace lumaro::platform;
 using lumaro::testing::TempFolder;
+using lumaro::testing::xdgTags;
 
 namespace {
 
@@ -33,18 +33,6 @@ void expectTurnedLeft(const QString& path, const char* format = nullptr)
     EXPECT_LT(qGray(image.pixel(42, 58)), 200) << "bottom right should be dark";
 }
 
-bool tag(const QString& path)
-{
-    return ::setxattr(QFile::encodeName(path).constData(), "user.xdg.tags", "red", 3, 0) == 0;
-}
-
-QByteArray tagsOf(const QString& path)
-{
-    char buffer[64];
-    const ssize_t size = ::getxattr(QFile::encodeName(path).constData(), "user.xdg.tags", buffer, sizeof buffer);
-    return size < 0 ? QByteArray() : QByteArray(buffer, size);
-}
-
 class RewrittenFormats : public ::testing::TestWithParam<const char*>
 {
 };
@@ -55,12 +43,12 @@ TEST_P(RewrittenFormats, TurnsLeftAndKeepsTheTags)
 {
     TempFolder folder;
     const QString picture = folder.writePicture(QStringLiteral("shot.") + QString::fromLatin1(GetParam()));
-    const bool tagged = tag(picture);
+    const bool tagged = lumaro::testing::setXdgTags(picture, "red");
     const RotationOutcome outcome = ImageRotator::rotateLeft(picture);
     ASSERT_EQ(outcome.status, RotationOutcome::Status::rotated) << qPrintable(outcome.error);
     expectTurnedLeft(picture);
     if (tagged) {
-        EXPECT_EQ(tagsOf(picture), QByteArrayLiteral("red"));
+        EXPECT_EQ(xdgTags(picture), QByteArrayLiteral("red"));
     }
     EXPECT_EQ(folder.entries().size(), 1); // no temporary left beside it
 }
@@ -126,7 +114,8 @@ TEST(ImageRotator, FormatsThatAreNotRewrittenAskForADisplayRotation)
     TempFolder folder;
     for (const char* name : {"a.heic", "b.HEIF", "c.gif", "d.nef", "e.dng"}) {
         const QString path = folder.write(QString::fromLatin1(name), QByteArrayLiteral("untouched"));
-        EXPECT_EQ(ImageRotator::rotateLeft(path).status, RotationOutcome::Status::needsDisplayRotation) << name;
+        EXPECT_EQ(ImageRotator::rotateLeft(path).status, RotationOutcome::Status::needsDisplayRotation)
+            << name;
         EXPECT_EQ(folder.read(QString::fromLatin1(name)), QByteArrayLiteral("untouched"));
     }
     EXPECT_EQ(ImageRotator::rotateLeft(folder.write(QStringLiteral("notes.txt"))).status,
@@ -163,18 +152,6 @@ INSTANTIATE_TEST_SUITE_P(ImageRotator, MultiFrameFormats,
                                            MultiFrameCase{"pages.tif", &lumaro::testing::multiPageTiff},
                                            MultiFrameCase{"anim.webp", &lumaro::testing::animatedWebp},
                                            MultiFrameCase{"anim.png", &lumaro::testing::animatedPng}));
-
-TEST(ImageRotator, OurMultiFrameFilesHaveThreeFramesForQtToo)
-{
-    TempFolder folder;
-    EXPECT_EQ(
-        QImageReader(folder.write(QStringLiteral("p.tiff"), lumaro::testing::multiPageTiff(3, {16, 12})))
-            .imageCount(),
-        3);
-    EXPECT_EQ(QImageReader(folder.write(QStringLiteral("a.webp"), lumaro::testing::animatedWebp(3, {16, 12})))
-                  .imageCount(),
-              3);
-}
 
 TEST(ImageRotator, AStillOfEachFormatIsStillRewritten)
 {

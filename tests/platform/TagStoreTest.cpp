@@ -3,6 +3,7 @@
 #include "platform/XattrTagStore.h"
 
 #include "tests/support/TempFolder.h"
+#include "tests/support/XdgTags.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -10,38 +11,22 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/xattr.h>
-
 using namespace lumaro::platform;
 using lumaro::testing::TempFolder;
 
-namespace {
-
-QByteArray rawTags(const QString& path)
-{
-    char buffer[512];
-    const ssize_t size = ::getxattr(QFile::encodeName(path).constData(), "user.xdg.tags", buffer, sizeof buffer);
-    return size < 0 ? QByteArray("<none>") : QByteArray(buffer, size);
-}
-
-bool setRawTags(const QString& path, const QByteArray& value)
-{
-    return ::setxattr(QFile::encodeName(path).constData(), "user.xdg.tags", value.constData(), size_t(value.size()), 0)
-        == 0;
-}
-
-} // namespace
+using lumaro::testing::setXdgTags;
+using lumaro::testing::xdgTags;
 
 TEST(XattrTagStore, ReadsTrimmedNamesAndKeepsOtherProgramsTags)
 {
     TempFolder folder;
     const QString picture = folder.write(QStringLiteral("a.jpg"));
-    if (!setRawTags(picture, " Portfolio , red,,client A "))
+    if (!setXdgTags(picture, " Portfolio , red,,client A "))
         GTEST_SKIP() << "no user extended attributes on this file system";
     XattrTagStore store;
     EXPECT_EQ(store.tags(picture), QStringList({"Portfolio", "red", "client A"}));
     ASSERT_TRUE(store.setTags(picture, {"Portfolio", "client A", "blue"}));
-    EXPECT_EQ(rawTags(picture), QByteArrayLiteral("Portfolio,client A,blue"));
+    EXPECT_EQ(xdgTags(picture), QByteArrayLiteral("Portfolio,client A,blue"));
 }
 
 TEST(XattrTagStore, AnotherProgramsTagInAnotherEncodingSurvivesAColourToggleByteForByte)
@@ -49,7 +34,7 @@ TEST(XattrTagStore, AnotherProgramsTagInAnotherEncodingSurvivesAColourToggleByte
     TempFolder folder;
     const QString picture = folder.write(QStringLiteral("a.jpg"));
     // Latin-1 "fö" and a stray 0xFF: not UTF-8, so never ours to re-encode.
-    if (!setRawTags(picture, QByteArrayLiteral("f\xf6\xff,red")))
+    if (!setXdgTags(picture, QByteArrayLiteral("f\xf6\xff,red")))
         GTEST_SKIP() << "no user extended attributes on this file system";
     XattrTagStore store;
     QStringList tags = store.tags(picture).value();
@@ -58,12 +43,12 @@ TEST(XattrTagStore, AnotherProgramsTagInAnotherEncodingSurvivesAColourToggleByte
 
     tags << QStringLiteral("blue");
     ASSERT_TRUE(store.setTags(picture, tags));
-    EXPECT_EQ(rawTags(picture), QByteArrayLiteral("f\xf6\xff,red,blue"));
+    EXPECT_EQ(xdgTags(picture), QByteArrayLiteral("f\xf6\xff,red,blue"));
     tags = store.tags(picture).value();
     tags.removeAll(QStringLiteral("red"));
     tags.removeAll(QStringLiteral("blue"));
     ASSERT_TRUE(store.setTags(picture, tags));
-    EXPECT_EQ(rawTags(picture), QByteArrayLiteral("f\xf6\xff"));
+    EXPECT_EQ(xdgTags(picture), QByteArrayLiteral("f\xf6\xff"));
 }
 
 TEST(XattrTagStore, NamesRoundTripThroughTheAttributesBytes)
@@ -85,11 +70,11 @@ TEST(XattrTagStore, TheAttributeGoesWhenTheLastTagDoes)
 {
     TempFolder folder;
     const QString picture = folder.write(QStringLiteral("a.jpg"));
-    if (!setRawTags(picture, "red"))
+    if (!setXdgTags(picture, "red"))
         GTEST_SKIP() << "no user extended attributes on this file system";
     XattrTagStore store;
     ASSERT_TRUE(store.setTags(picture, {}));
-    EXPECT_EQ(rawTags(picture), QByteArrayLiteral("<none>"));
+    EXPECT_EQ(xdgTags(picture), std::nullopt);
     EXPECT_EQ(store.tags(picture), QStringList());
     EXPECT_TRUE(store.setTags(picture, {})); // removing nothing is fine
 }
@@ -114,9 +99,10 @@ TEST(XattrTagStore, WithoutExtendedAttributesTheFolderTagFileIsUsed)
     ASSERT_TRUE(store.setTags(a, {"red", "green"}));
     ASSERT_TRUE(store.setTags(b, {"blue"}));
     EXPECT_EQ(store.tags(a), QStringList({"red", "green"}));
-    EXPECT_EQ(rawTags(a), QByteArrayLiteral("<none>"));
+    EXPECT_EQ(xdgTags(a), std::nullopt);
 
-    const QJsonObject onDisk = QJsonDocument::fromJson(card.read(QStringLiteral("DCIM/_index/file_tags.json"))).object();
+    const QJsonObject onDisk =
+        QJsonDocument::fromJson(card.read(QStringLiteral("DCIM/_index/file_tags.json"))).object();
     EXPECT_EQ(onDisk.keys(), QStringList({"IMG_0001.JPG", "IMG_0002.JPG"}));
     EXPECT_TRUE(card.read(QStringLiteral("DCIM/.hidden")).contains("_index"));
 
