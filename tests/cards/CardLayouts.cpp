@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/cards/CardLayouts.h"
 
-#include <QBuffer>
-#include <QImage>
+#include "tests/support/HostilePictures.h"
 
 namespace lumaro::testing {
 
@@ -56,13 +55,7 @@ QByteArray exifSegment(const QByteArray& make, const QByteArray& model)
 
 QByteArray plainJpeg()
 {
-    QImage image(32, 24, QImage::Format_RGB32);
-    image.fill(Qt::darkGreen);
-    QByteArray jpeg;
-    QBuffer buffer(&jpeg);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "jpg");
-    return jpeg;
+    return jpegOfSize({32, 24}, Qt::darkGreen);
 }
 
 QByteArray jpegWithCamera(const QByteArray& make, const QByteArray& model)

@@ -55,15 +55,6 @@ INSTANTIATE_TEST_SUITE_P(
                       SuffixCase{"jpg", false, false}, SuffixCase{"a.cr2.txt", false, false},
                       SuffixCase{".CR2", false, true}));
 
-TEST(PairingFileTypes, KeepsTheSeventyTwoRawSuffixesWithTheirRepeats)
-{
-    EXPECT_EQ(PairingFileTypes::rawSuffixes().size(), 72);
-    EXPECT_EQ(PairingFileTypes::rawSuffixes().count(QStringLiteral(".dng")), 3);
-    EXPECT_EQ(PairingFileTypes::jpgSuffixes(),
-              (QStringList{QStringLiteral(".jpg"), QStringLiteral(".jpeg"), QStringLiteral(".JPG"),
-                           QStringLiteral(".JPEG")}));
-}
-
 TEST(PairingAnalyzer, PairsNamesThatDifferOnlyInCaseAndIgnoresMixedCaseSuffixes)
 {
     TempFolder jpg;

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cards/PairingAnalyzer.h"
 #include "cards/RawPicker.h"
+#include "cards/PairingAnalyzer.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
-
-#include <QFile>
+#include "tests/support/XdgTags.h"
 
 #include <gtest/gtest.h>
-
-#include <sys/xattr.h>
 
 using namespace lumaro::cards;
 using lumaro::testing::LogCapture;
@@ -16,16 +13,12 @@ using lumaro::testing::TempFolder;
 
 namespace {
 
-bool setTag(const QString& path, const QByteArray& tags)
+// Picks the RAW files of `shoot`/raw that have a JPG in `shoot`/jpg.
+PickResult pickMatched(const TempFolder& shoot)
 {
-    return ::setxattr(QFile::encodeName(path).constData(), "user.xdg.tags", tags.constData(), size_t(tags.size()), 0) == 0;
-}
-
-QByteArray tagOf(const QString& path)
-{
-    char value[256] = {};
-    const ssize_t got = ::getxattr(QFile::encodeName(path).constData(), "user.xdg.tags", value, sizeof value);
-    return got < 0 ? QByteArray() : QByteArray(value, int(got));
+    const QString raw = shoot.filePath(QStringLiteral("raw"));
+    return RawPicker::pick(PairingAnalyzer::analyze(shoot.filePath(QStringLiteral("jpg")), raw).matchedFiles,
+                           raw);
 }
 
 } // namespace
@@ -45,19 +38,19 @@ TEST(RawPicker, CopiesTheMatchedRawFilesWithTheirTags)
     const QString tagged = shoot.write(QStringLiteral("raw/a.CR2"), "A-raw");
     shoot.write(QStringLiteral("raw/b.cr2"), "B-raw");
     shoot.write(QStringLiteral("raw/c.CR2"), "C-raw");
-    const bool tagsWork = setTag(tagged, "red");
-    const AnalysisResults results =
-        PairingAnalyzer::analyze(shoot.filePath(QStringLiteral("jpg")), shoot.filePath(QStringLiteral("raw")));
+    const bool tagsWork = lumaro::testing::setXdgTags(tagged, "red");
 
-    const PickResult result = RawPicker::pick(results.matchedFiles, shoot.filePath(QStringLiteral("raw")));
+    const PickResult result = pickMatched(shoot);
 
     EXPECT_EQ(result.pickFolder, shoot.filePath(QStringLiteral("RAW_PICK")));
     EXPECT_EQ(result.copiedCount, 2);
-    EXPECT_EQ(shoot.entries(QStringLiteral("RAW_PICK")), (QStringList{QStringLiteral("a.CR2"), QStringLiteral("b.cr2")}));
+    EXPECT_EQ(shoot.entries(QStringLiteral("RAW_PICK")),
+              (QStringList{QStringLiteral("a.CR2"), QStringLiteral("b.cr2")}));
     EXPECT_EQ(shoot.read(QStringLiteral("RAW_PICK/a.CR2")), QByteArray("A-raw"));
     EXPECT_TRUE(shoot.exists(QStringLiteral("raw/a.CR2"))) << "a pick copies, it never moves";
     if (tagsWork) {
-        EXPECT_EQ(tagOf(shoot.filePath(QStringLiteral("RAW_PICK/a.CR2"))), QByteArray("red"));
+        EXPECT_EQ(lumaro::testing::xdgTags(shoot.filePath(QStringLiteral("RAW_PICK/a.CR2"))),
+                  QByteArray("red"));
     }
 }
 
@@ -68,16 +61,12 @@ TEST(RawPicker, PickingTwiceReplacesSameNamedFilesAndKeepsOthers)
     shoot.write(QStringLiteral("raw/a.CR2"), "new");
     shoot.write(QStringLiteral("RAW_PICK/a.CR2"), "old");
     shoot.write(QStringLiteral("RAW_PICK/keep.CR2"), "keep");
-    const QString rawFolder = shoot.filePath(QStringLiteral("raw"));
 
-    for (int round = 0; round < 2; ++round) {
-        const PickResult result = RawPicker::pick(PairingAnalyzer::analyze(shoot.filePath(QStringLiteral("jpg")), rawFolder)
-                                                      .matchedFiles,
-                                                  rawFolder);
-        EXPECT_EQ(result.copiedCount, 1);
-    }
+    for (int round = 0; round < 2; ++round)
+        EXPECT_EQ(pickMatched(shoot).copiedCount, 1);
 
-    EXPECT_EQ(shoot.entries(QStringLiteral("RAW_PICK")), (QStringList{QStringLiteral("a.CR2"), QStringLiteral("keep.CR2")}));
+    EXPECT_EQ(shoot.entries(QStringLiteral("RAW_PICK")),
+              (QStringList{QStringLiteral("a.CR2"), QStringLiteral("keep.CR2")}));
     EXPECT_EQ(shoot.read(QStringLiteral("RAW_PICK/a.CR2")), QByteArray("new"));
     EXPECT_EQ(shoot.read(QStringLiteral("RAW_PICK/keep.CR2")), QByteArray("keep"));
 }
@@ -89,7 +78,8 @@ TEST(RawPicker, AFileNamedRawPickStopsThePickWithoutTouchingIt)
     shoot.write(QStringLiteral("RAW_PICK"), "a plain file");
     LogCapture log;
 
-    const PickResult result = RawPicker::pick({shoot.filePath(QStringLiteral("raw/a.CR2"))}, shoot.filePath(QStringLiteral("raw")));
+    const PickResult result =
+        RawPicker::pick({shoot.filePath(QStringLiteral("raw/a.CR2"))}, shoot.filePath(QStringLiteral("raw")));
 
     EXPECT_TRUE(result.pickFolder.isEmpty());
     EXPECT_EQ(result.errorMessage, QStringLiteral("PICK失败，请检查权限"));
@@ -103,8 +93,8 @@ TEST(RawPicker, AMissingSourceIsLoggedAndTheRestIsCopied)
     const QString present = shoot.write(QStringLiteral("raw/b.CR2"), "b");
     LogCapture log;
 
-    const PickResult result =
-        RawPicker::pick({shoot.filePath(QStringLiteral("raw/gone.CR2")), present}, shoot.filePath(QStringLiteral("raw")));
+    const PickResult result = RawPicker::pick({shoot.filePath(QStringLiteral("raw/gone.CR2")), present},
+                                              shoot.filePath(QStringLiteral("raw")));
 
     EXPECT_EQ(result.copiedCount, 1);
     EXPECT_EQ(result.failedCount, 1);

@@ -17,6 +17,17 @@ using namespace lumaro::cards;
 using namespace lumaro::testing;
 using lumaro::platform::MemorySettingsStore;
 
+namespace {
+
+// Points `session` at `shoot`/jpg and `shoot`/raw.
+void pointAt(PairingSession& session, const TempFolder& shoot)
+{
+    session.setJpgFolder(shoot.filePath(QStringLiteral("jpg")));
+    session.setRawFolder(shoot.filePath(QStringLiteral("raw")));
+}
+
+} // namespace
+
 TEST(PairingSession, RemembersTheChosenFoldersUnderTheirKeys)
 {
     MemorySettingsStore settings;
@@ -55,8 +66,7 @@ TEST(PairingSession, AnalysesThenCleansOffTheMainThreadAndKeepsTheHistory)
     MemorySettingsStore settings;
     FolderTrash trash(trashFolder.path());
     PairingSession session(settings, &trash);
-    session.setJpgFolder(shoot.filePath(QStringLiteral("jpg")));
-    session.setRawFolder(shoot.filePath(QStringLiteral("raw")));
+    pointAt(session, shoot);
 
     ASSERT_TRUE(session.analyze());
     EXPECT_TRUE(session.isAnalyzing());
@@ -79,8 +89,7 @@ TEST(PairingSession, AResultForFoldersChangedMeanwhileIsDropped)
     shoot.write(QStringLiteral("raw/a.CR3"));
     MemorySettingsStore settings;
     PairingSession session(settings, nullptr);
-    session.setJpgFolder(shoot.filePath(QStringLiteral("jpg")));
-    session.setRawFolder(shoot.filePath(QStringLiteral("raw")));
+    pointAt(session, shoot);
     ASSERT_TRUE(session.analyze());
     session.setRawFolder(shoot.filePath(QStringLiteral("jpg")));
     ASSERT_TRUE(waitUntil([&] { return !session.isAnalyzing(); }));
@@ -94,8 +103,7 @@ TEST(PairingSession, PicksIntoRawPick)
     shoot.write(QStringLiteral("raw/a.CR3"));
     MemorySettingsStore settings;
     PairingSession session(settings, nullptr);
-    session.setJpgFolder(shoot.filePath(QStringLiteral("jpg")));
-    session.setRawFolder(shoot.filePath(QStringLiteral("raw")));
+    pointAt(session, shoot);
     ASSERT_TRUE(session.analyze());
     ASSERT_TRUE(waitUntil([&] { return session.analysisResults().isAnalyzed; }));
     ASSERT_TRUE(session.pick());
