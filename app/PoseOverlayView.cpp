@@ -102,7 +102,7 @@ void PoseOverlayView::paintEvent(QPaintEvent*)
             if (joint.location)
                 painter.drawEllipse(onScreen(*joint.location), 3.5, 3.5);
         }
-        const QPointF label = onScreen(QPointF(m_people[i].searchRegion.left(), m_people[i].searchRegion.bottom()));
+        const QPointF label = onScreen(QPointF(m_people[i].box.left(), m_people[i].box.bottom()));
         painter.setPen(colour);
         painter.drawText(label + QPointF(4, 14), QStringLiteral("#%1").arg(i + 1));
     }

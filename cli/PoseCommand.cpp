@@ -35,16 +35,25 @@ QJsonObject jointsJson(const platform::JointDictionary& joints)
     return object;
 }
 
-QJsonObject personJson(const pose::PersonPose& person)
+QJsonObject boxJson(const QRectF& box)
 {
+    return QJsonObject{{QStringLiteral("x"), box.x()},
+                       {QStringLiteral("y"), box.y()},
+                       {QStringLiteral("width"), box.width()},
+                       {QStringLiteral("height"), box.height()}};
+}
+
+QJsonObject personJson(const pose::AnalysedPerson& analysed)
+{
+    const pose::PersonPose& person = analysed.pose;
     const pose::PoseValueLevel1Result& first = person.level1;
     QJsonObject level1{
         {QStringLiteral("pose"), rawValue(first.pose)},
         {QStringLiteral("side"), first.matchedSide ? QJsonValue(rawValue(*first.matchedSide)) : QJsonValue()},
         {QStringLiteral("relation"),
          first.matchedDirection ? QJsonValue(rawValue(first.matchedDirection->relation)) : QJsonValue()},
-        {QStringLiteral("reason"), first.matchedDirection ? QJsonValue(first.matchedDirection->reason)
-                                                          : optionalText(first.reason)},
+        {QStringLiteral("reason"),
+         first.matchedDirection ? QJsonValue(first.matchedDirection->reason) : optionalText(first.reason)},
     };
     QJsonValue level2;
     if (person.level2) {
@@ -58,14 +67,16 @@ QJsonObject personJson(const pose::PersonPose& person)
                        {QStringLiteral("verdict"), person.verdict()},
                        {QStringLiteral("action"), action.id},
                        {QStringLiteral("actionName"), action.displayName},
+                       {QStringLiteral("score"), double(analysed.score)},
+                       {QStringLiteral("box"), boxJson(analysed.box)},
                        {QStringLiteral("joints"), jointsJson(person.joints)}};
 }
 
 void printPerson(QTextStream& out, int number, const pose::PersonPose& person)
 {
     const pose::PoseValueLevel1Result& first = person.level1;
-    out << "  person " << number << ": " << person.verdict() << "  " << pose::ruleDefinition(person.action).displayName
-        << "\n";
+    out << "  person " << number << ": " << person.verdict() << "  "
+        << pose::ruleDefinition(person.action).displayName << "\n";
     out << "    level 1: " << rawValue(first.pose);
     if (first.matchedSide)
         out << "  side " << rawValue(*first.matchedSide);
@@ -75,8 +86,8 @@ void printPerson(QTextStream& out, int number, const pose::PersonPose& person)
         out << "  " << *first.reason;
     out << "\n";
     if (person.level2) {
-        out << "    level 2: " << rawValue(person.level2->pose) << "  " << person.level2->matchedCondition << "  "
-            << person.level2->reason << "\n";
+        out << "    level 2: " << rawValue(person.level2->pose) << "  " << person.level2->matchedCondition
+            << "  " << person.level2->reason << "\n";
     } else {
         out << "    level 2: none (level 1 stands)\n";
     }
@@ -86,11 +97,13 @@ void printPerson(QTextStream& out, int number, const pose::PersonPose& person)
 
 int runPose(const QStringList& arguments)
 {
-    CommandLine line(QStringLiteral("pose"),
-                     QStringLiteral("Name the pose of every person in each picture IMAGE (level 1 and level 2), with "
-                                    "the condition and reason that decided it. Vision tags are read from the "
-                                    "folder's _index when there is one."));
-    line.addPositional(QStringLiteral("IMAGE"), QStringLiteral("The pictures to analyse."), QStringLiteral("IMAGE..."));
+    CommandLine line(
+        QStringLiteral("pose"),
+        QStringLiteral("Name the pose of every person in each picture IMAGE (level 1 and level 2), with "
+                       "the condition and reason that decided it. Vision tags are read from the "
+                       "folder's _index when there is one."));
+    line.addPositional(QStringLiteral("IMAGE"), QStringLiteral("The pictures to analyse."),
+                       QStringLiteral("IMAGE..."));
     line.addJsonOption();
     if (const auto stop = line.parse(arguments))
         return *stop;
@@ -100,7 +113,8 @@ int runPose(const QStringList& arguments)
     for (const QString& file : *files) {
         const QFileInfo info(file);
         if (info.isDir())
-            return line.fail(QStringLiteral("%1: is a folder, not a picture").arg(escapedForLine(file)), exitUsage);
+            return line.fail(QStringLiteral("%1: is a folder, not a picture").arg(escapedForLine(file)),
+                             exitUsage);
         if (!info.isFile())
             return line.fail(QStringLiteral("%1: no such file").arg(escapedForLine(file)), exitUsage);
     }
@@ -118,25 +132,29 @@ int runPose(const QStringList& arguments)
         progress.advance();
         if (const auto* failure = std::get_if<pose::PicturePoseFailure>(&outcome)) {
             ++failed;
-            standardError() << "lumaro-cli pose: " << escapedForLine(file) << ": " << failure->message << "\n";
+            standardError() << "lumaro-cli pose: " << escapedForLine(file) << ": " << failure->message
+                            << "\n";
             continue;
         }
         const auto& analysis = std::get<pose::PicturePoseAnalysis>(outcome);
-        platform::Log::raw(QStringLiteral("PERF-POSE: %1 decode %2 ms, detect %3 ms (faces %4 ms, MoveNet %5 ms), rules %6 ms")
-                               .arg(escapedForLine(QFileInfo(file).fileName()))
-                               .arg(analysis.decodeMs, 0, 'f', 3)
-                               .arg(analysis.detectMs, 0, 'f', 3)
-                               .arg(analysis.personSearchMs, 0, 'f', 3)
-                               .arg(analysis.keypointMs, 0, 'f', 3)
-                               .arg(analysis.rulesMs, 0, 'f', 3));
+        platform::Log::raw(
+            QStringLiteral(
+                "PERF-POSE: %1 decode %2 ms, detect %3 ms (whole %4 ms, tiles %5 ms, %6 runs), rules %7 ms")
+                .arg(escapedForLine(QFileInfo(file).fileName()))
+                .arg(analysis.decodeMs, 0, 'f', 3)
+                .arg(analysis.detectMs, 0, 'f', 3)
+                .arg(analysis.wholePictureMs, 0, 'f', 3)
+                .arg(analysis.tilesMs, 0, 'f', 3)
+                .arg(analysis.passes)
+                .arg(analysis.rulesMs, 0, 'f', 3));
         if (line.json()) {
             QJsonArray people;
             for (const pose::AnalysedPerson& person : analysis.people)
-                people.append(personJson(person.pose));
+                people.append(personJson(person));
             QJsonObject picture{{QStringLiteral("file"), file}, {QStringLiteral("people"), people}};
-            picture.insert(QStringLiteral("visionTags"), analysis.visionTags
-                                                             ? QJsonValue(QJsonArray::fromStringList(*analysis.visionTags))
-                                                             : QJsonValue());
+            picture.insert(QStringLiteral("visionTags"),
+                           analysis.visionTags ? QJsonValue(QJsonArray::fromStringList(*analysis.visionTags))
+                                               : QJsonValue());
             pictures.append(picture);
             continue;
         }

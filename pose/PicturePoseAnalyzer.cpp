@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "pose/PicturePoseAnalyzer.h"
 
-#include "platform/MoveNetBodyPoseDetector.h"
+#include "platform/pose/MultiPoseBodyPoseDetector.h"
 #include "platform/vision/AnalysisImage.h"
+#include "pose/PersonQualityFilter.h"
 #include "pose/PoseVisionTags.h"
 
 #include <QElapsedTimer>
@@ -11,7 +12,7 @@ namespace lumaro::pose {
 
 PicturePoseAnalyzer::PicturePoseAnalyzer()
 {
-    m_detector = platform::MoveNetBodyPoseDetector::load(&m_modelProblem);
+    m_detector = platform::MultiPoseBodyPoseDetector::load(&m_modelProblem);
 }
 
 PicturePoseAnalyzer::PicturePoseAnalyzer(std::unique_ptr<platform::BodyPoseDetector> detector)
@@ -44,14 +45,19 @@ PicturePoseAnalyzer::analyse(const QString& path, const std::optional<std::optio
     if (!detection)
         return PicturePoseFailure{QStringLiteral("姿态检测失败")};
     analysis.detectMs = timer.nsecsElapsed() / 1e6;
-    analysis.personSearchMs = detection->personSearchMs;
-    analysis.keypointMs = detection->keypointMs;
+    analysis.wholePictureMs = detection->wholePictureMs;
+    analysis.tilesMs = detection->tilesMs;
+    analysis.passes = detection->passes;
 
     timer.restart();
     analysis.visionTags = visionTags ? *visionTags : PoseVisionTags::forPicture(path);
+    const PersonQualityFilter filter;
     const PersonPoseEstimator estimator;
-    for (const platform::DetectedPerson& person : detection->people)
-        analysis.people.push_back({estimator.evaluate(person.joints, analysis.visionTags), person.searchRegion});
+    for (const platform::DetectedPerson& sighting : detection->people) {
+        if (const auto person = filter.qualify(sighting))
+            analysis.people.push_back(
+                {estimator.evaluate(person->joints, analysis.visionTags), person->box, person->score});
+    }
     analysis.rulesMs = timer.nsecsElapsed() / 1e6;
     return analysis;
 }

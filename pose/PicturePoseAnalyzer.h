@@ -2,7 +2,7 @@
 // Everything the pose panel and `lumaro-cli pose` show for one picture: each person's joints and verdicts.
 #pragma once
 
-#include "platform/BodyPoseDetector.h"
+#include "platform/pose/BodyPoseDetector.h"
 #include "pose/PersonPoseEstimator.h"
 
 #include <QRectF>
@@ -20,20 +20,22 @@ namespace lumaro::pose {
 struct AnalysedPerson
 {
     PersonPose pose;
-    QRectF searchRegion; // normalised, y upward
+    QRectF box;         // normalised, y upward
+    float score = 0.0f; // how sure the detector is of the person
 };
 
 struct PicturePoseAnalysis
 {
     QString path;
-    QSize pixelSize;                      // the picture's own size, upright
+    QSize pixelSize; // the picture's own size, upright
     std::vector<AnalysedPerson> people;
     std::optional<QStringList> visionTags; // nullopt: no index entry for the picture
     double decodeMs = 0.0;
-    double detectMs = 0.0;       // person search and keypoints together
-    double personSearchMs = 0.0; // of which the face detector
-    double keypointMs = 0.0;     // of which MoveNet
-    double rulesMs = 0.0;
+    double detectMs = 0.0;       // every network run together
+    double wholePictureMs = 0.0; // of which the look at the whole picture
+    double tilesMs = 0.0;        // of which the tiles (0: none were needed)
+    int passes = 0;              // network runs made
+    double rulesMs = 0.0;        // quality filter and pose rules
 };
 
 struct PicturePoseFailure
@@ -43,12 +45,12 @@ struct PicturePoseFailure
 
 // Blocking; one analyser per thread (the detector it holds is serialised). Without a pose model every
 // call fails with the same clear message and nothing else happens; an unreadable picture fails with the
-// reader's reason. The long side analysed is at most kAnalysisSide pixels, enough for MoveNet's 192-pixel
-// input even for a person a fifth of the picture tall.
+// reader's reason. The long side analysed is at most kAnalysisSide pixels: the detector's tiles are seen at
+// 256 pixels, so more would only cost decoding time.
 class PicturePoseAnalyzer
 {
 public:
-    static constexpr int kAnalysisSide = 1280;
+    static constexpr int kAnalysisSide = 1024;
 
     // Loads the installed models; modelProblem() says why when there is none.
     PicturePoseAnalyzer();

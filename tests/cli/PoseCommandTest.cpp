@@ -58,7 +58,7 @@ TEST(PoseCommand, WithoutAModelSaysSoAndExitsOne)
     ModelsDir models(folder.makeFolder(QStringLiteral("no models here")));
     const CliResult result = runCli({QStringLiteral("pose"), picture});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.errText().contains(QStringLiteral("movenet_singlepose_lightning_v4.onnx")))
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("movenet_multipose_lightning_256.onnx")))
         << result.errText().toStdString();
 }
 
@@ -69,7 +69,7 @@ protected:
     {
         m_models = sharedModelsDir();
         if (m_models.isEmpty())
-            GTEST_SKIP() << "../shared/models is not there; the pose command needs its MoveNet file";
+            GTEST_SKIP() << "../shared/models is not there; the pose command needs its MultiPose file";
     }
 
     QString photo(const char* name) const { return m_models + QStringLiteral("/test-images/") + QString::fromLatin1(name); }
@@ -83,7 +83,7 @@ TEST_F(PoseCommandOnPhotos, PrintsVerdictsReasonsAndActionNames)
     const CliResult result = runCli({QStringLiteral("pose"), QStringLiteral("--quiet"), photo("basketball1.png")});
     ASSERT_EQ(result.exitCode, 0) << result.errText().toStdString();
     const QString out = result.outText();
-    EXPECT_TRUE(out.contains(QStringLiteral(": 1 person\n")));
+    EXPECT_TRUE(out.contains(QStringLiteral(": 2 people\n")));
     EXPECT_TRUE(out.contains(QStringLiteral("level 1: POSE_STAND  side ")));
     EXPECT_TRUE(out.contains(QStringLiteral("A 高于 B，且向量位于向下 40.0° 锥内")));
     EXPECT_TRUE(out.contains(QStringLiteral("站立 Stand")));

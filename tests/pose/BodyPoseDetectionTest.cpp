@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Body-pose detection on real photos: the people are found, their joints land on them, a standing man stands.
-#include "platform/MoveNetBodyPoseDetector.h"
-#include "platform/vision/OpenCvFaceDetector.h"
-#include "pose/PersonPoseEstimator.h"
+// Every person in real photos, found without a face: how many, where their joints land, and that each gets a
+// verdict; animals, objects and pages give nobody.
+#include "platform/pose/MultiPoseBodyPoseDetector.h"
+#include "pose/PicturePoseAnalyzer.h"
 
 #include "tests/support/TempFolder.h"
 
@@ -14,153 +14,136 @@
 namespace lumaro::pose {
 namespace {
 
-class BodyPoseDetection : public ::testing::Test
+QString photoPath(const QString& models, const char* name)
+{
+    const QString file = QString::fromLatin1(name);
+    if (file.startsWith(QStringLiteral("data/")))
+        return QStringLiteral(LUMARO_TEST_DATA_DIR "/pose/") + file.mid(5);
+    return models + QStringLiteral("/test-images/") + file;
+}
+
+class PeopleInPhotos : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
         m_models = testing::sharedModelsDir();
         if (m_models.isEmpty())
-            GTEST_SKIP() << "../shared/models is not there; detection on real photos needs its MoveNet and YuNet files";
+            GTEST_SKIP() << "../shared/models is not there; finding people needs its MultiPose file";
         QString error;
-        m_detector = platform::MoveNetBodyPoseDetector::loadFrom(
-            m_models + QStringLiteral("/pose/movenet_singlepose_lightning_v4.onnx"),
-            platform::OpenCvFaceDetector::fromYuNet(m_models + QStringLiteral("/face/face_detection_yunet_2022mar.onnx")),
-            &error);
-        ASSERT_TRUE(m_detector) << error.toStdString();
+        auto detector = platform::MultiPoseBodyPoseDetector::loadFrom(
+            m_models + QStringLiteral("/pose/movenet_multipose_lightning_256.onnx"), &error);
+        ASSERT_TRUE(detector) << error.toStdString();
+        m_analyzer = std::make_unique<PicturePoseAnalyzer>(std::move(detector));
     }
 
-    std::vector<platform::DetectedPerson> peopleIn(const char* photo, QSize* size = nullptr)
+    PicturePoseAnalysis analyse(const QString& path)
     {
-        const QImage image(m_models + QStringLiteral("/test-images/") + QString::fromLatin1(photo));
-        EXPECT_FALSE(image.isNull()) << photo;
-        if (size)
-            *size = image.size();
-        const auto detection = m_detector->detect(image);
-        EXPECT_TRUE(detection.has_value()) << photo;
-        return detection ? detection->people : std::vector<platform::DetectedPerson>{};
+        auto outcome = m_analyzer->analyse(path, std::optional<QStringList>());
+        const auto* failure = std::get_if<PicturePoseFailure>(&outcome);
+        EXPECT_FALSE(failure) << (failure ? failure->message.toStdString() : std::string());
+        return failure ? PicturePoseAnalysis{} : std::get<PicturePoseAnalysis>(std::move(outcome));
     }
 
     QString m_models;
-    std::unique_ptr<platform::MoveNetBodyPoseDetector> m_detector;
+    std::unique_ptr<PicturePoseAnalyzer> m_analyzer;
 };
 
-// Every located joint of `person` inside `box` (picture pixels, y downward, as one reads it off the photo).
-void expectJointsInside(const platform::DetectedPerson& person, QSize size, const QRectF& box, int minimumLocated)
+struct PhotoCase
 {
-    int located = 0;
-    for (const platform::JointSample& joint : person.joints) {
-        if (!joint.location)
-            continue;
-        ++located;
-        const QPointF pixel(joint.location->x() * size.width(), (1.0 - joint.location->y()) * size.height());
-        EXPECT_TRUE(box.contains(pixel)) << joint.name.toStdString() << " at " << pixel.x() << "," << pixel.y();
+    const char* photo;
+    int people;
+    const char* firstLevel1; // the surest person's level-1 verdict, or nullptr
+};
+
+class PeopleCount : public PeopleInPhotos, public ::testing::WithParamInterface<PhotoCase>
+{
+};
+
+TEST_P(PeopleCount, FindsEveryPersonAndNobodyElse)
+{
+    const PhotoCase& row = GetParam();
+    const PicturePoseAnalysis analysis = analyse(photoPath(m_models, row.photo));
+    ASSERT_EQ(int(analysis.people.size()), row.people) << row.photo;
+    if (row.firstLevel1)
+        EXPECT_EQ(rawValue(analysis.people.front().pose.level1.pose), QString::fromLatin1(row.firstLevel1));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Photos, PeopleCount,
+    ::testing::Values(PhotoCase{"data/person.jpg", 1, "POSE_STAND"}, // from behind: no face at all
+                      PhotoCase{"data/kite.jpg", 2, "POSE_STAND"},   // two small walkers
+                      PhotoCase{"basketball1.png", 2, "POSE_STAND"}, // the second half out of the frame
+                      PhotoCase{"messi5.jpg", 1, "POSE_STAND"}, PhotoCase{"astronaut.png", 1, "POSE_DIVERSE"},
+                      PhotoCase{"horses.jpg", 0, nullptr}, PhotoCase{"dog.jpg", 0, nullptr},
+                      PhotoCase{"eagle.jpg", 0, nullptr}, PhotoCase{"chelsea.png", 0, nullptr},
+                      PhotoCase{"coffee.png", 0, nullptr}, PhotoCase{"building.jpg", 0, nullptr},
+                      PhotoCase{"imageTextN.png", 0, nullptr}),
+    [](const auto& info) {
+        return QString::fromLatin1(info.param.photo).section(u'/', -1).section(u'.', 0, 0).toStdString();
+    });
+
+TEST_F(PeopleInPhotos, AGroupOfTwelveGivesTwelveVerdicts)
+{
+    // More people than the network names in one look: the tiles must find the rest, and a player seen in two
+    // overlapping tiles must stay one person.
+    const QImage player = QImage(photoPath(m_models, "basketball1.png")).copy(28, 72, 140, 408);
+    QImage group(1200, 900, QImage::Format_RGB888);
+    group.fill(QColor(0x7a, 0x8a, 0x70));
+    {
+        QPainter painter(&group);
+        for (int i = 0; i < 12; ++i)
+            painter.drawImage(20 + (i % 6) * 200, 20 + (i / 6) * 450 + (i % 3) * 10, player);
     }
-    EXPECT_GE(located, minimumLocated);
+    testing::TempFolder folder;
+    const QString path = folder.filePath(QStringLiteral("group.jpg"));
+    ASSERT_TRUE(group.save(path));
+    const PicturePoseAnalysis analysis = analyse(path);
+    ASSERT_EQ(analysis.people.size(), 12u);
+    for (const AnalysedPerson& person : analysis.people)
+        EXPECT_EQ(person.pose.level1.pose, PoseValueLevel1Pose::stand);
 }
 
-TEST_F(BodyPoseDetection, TheStandingPlayerStandsAndHisJointsAreOnHim)
+TEST_F(PeopleInPhotos, JointsOutOfTheFrameHaveNoLocation)
 {
-    QSize size;
-    const auto people = peopleIn("basketball1.png", &size);
-    ASSERT_EQ(people.size(), 1u) << "the frontal face opens one region; the profile face is not found";
-    // The man on the left, from his hair to his shoes.
-    expectJointsInside(people[0], size, QRectF(QPointF(30, 75), QPointF(165, 480)), 13);
-    const PersonPose pose = PersonPoseEstimator().evaluate(people[0].joints, std::nullopt);
-    EXPECT_EQ(pose.level1.pose, PoseValueLevel1Pose::stand);
-}
-
-TEST_F(BodyPoseDetection, TheKickingFootballerIsFoundWholeWithHisLeftAndRightKept)
-{
-    QSize size;
-    const auto people = peopleIn("messi5.jpg", &size);
-    ASSERT_EQ(people.size(), 1u);
-    const platform::JointDictionary& joints = people[0].joints;
-    expectJointsInside(people[0], size, QRectF(QPointF(60, 55), QPointF(465, 342)), 17);
-    // He faces the camera, so his left shoulder is on the picture's right; y grows upward.
-    ASSERT_TRUE(joints.value(QStringLiteral("left_shoulder")).location && joints.value(QStringLiteral("right_shoulder")).location);
-    EXPECT_GT(joints.value(QStringLiteral("left_shoulder")).location->x(),
-              joints.value(QStringLiteral("right_shoulder")).location->x());
-    EXPECT_GT(joints.value(QStringLiteral("left_eye")).location->y(), joints.value(QStringLiteral("left_foot")).location->y());
-}
-
-TEST_F(BodyPoseDetection, JointsOutOfTheFrameHaveNoLocation)
-{
-    QSize size;
-    const auto people = peopleIn("astronaut.png", &size);
-    ASSERT_EQ(people.size(), 1u);
-    const platform::JointDictionary& joints = people[0].joints;
-    for (const char* key : {"left_leg", "right_leg", "left_foot", "right_foot"}) {
-        ASSERT_TRUE(joints.contains(QString::fromLatin1(key))) << key;
+    const PicturePoseAnalysis analysis = analyse(photoPath(m_models, "astronaut.png"));
+    ASSERT_EQ(analysis.people.size(), 1u);
+    const platform::JointDictionary& joints = analysis.people[0].pose.joints;
+    for (const char* key : {"left_leg", "right_leg", "left_foot", "right_foot"})
         EXPECT_FALSE(joints.value(QString::fromLatin1(key)).location.has_value()) << key;
-    }
     for (const char* key : {"left_eye", "right_eye", "left_shoulder", "right_shoulder"})
         EXPECT_TRUE(joints.value(QString::fromLatin1(key)).location.has_value()) << key;
-    const PersonPose pose = PersonPoseEstimator().evaluate(joints, std::nullopt);
-    EXPECT_EQ(pose.level1.pose, PoseValueLevel1Pose::diverse);
 }
 
-TEST_F(BodyPoseDetection, EachFaceOpensItsOwnPerson)
+TEST_F(PeopleInPhotos, TheFootballerFacingUsKeepsHisLeftOnThePicturesRight)
 {
-    // Two real photos side by side. Messi's spectators have faces too, and a region around one of them shows
-    // MoveNet Messi again: that second sighting must not become a second person.
-    const QImage left(m_models + QStringLiteral("/test-images/messi5.jpg"));
-    const QImage right(m_models + QStringLiteral("/test-images/astronaut.png"));
-    QImage both(left.width() + right.width(), std::max(left.height(), right.height()), QImage::Format_RGB888);
-    both.fill(Qt::black);
-    {
-        QPainter painter(&both);
-        painter.drawImage(0, 0, left);
-        painter.drawImage(left.width(), 0, right);
-    }
-    const auto detection = m_detector->detect(both);
-    ASSERT_TRUE(detection.has_value());
-    ASSERT_EQ(detection->people.size(), 2u);
-    const double border = double(left.width()) / both.width();
-    int onLeft = 0;
-    for (const platform::DetectedPerson& person : detection->people) {
-        const bool leftPerson = person.searchRegion.center().x() < border;
-        onLeft += leftPerson ? 1 : 0;
-        for (const platform::JointSample& joint : person.joints) {
-            if (joint.location) {
-                EXPECT_EQ(joint.location->x() < border, leftPerson) << joint.name.toStdString();
-            }
-        }
-    }
-    EXPECT_EQ(onLeft, 1);
+    const PicturePoseAnalysis analysis = analyse(photoPath(m_models, "messi5.jpg"));
+    ASSERT_EQ(analysis.people.size(), 1u);
+    const platform::JointDictionary& joints = analysis.people[0].pose.joints;
+    const auto left = joints.value(QStringLiteral("left_shoulder")).location;
+    const auto right = joints.value(QStringLiteral("right_shoulder")).location;
+    ASSERT_TRUE(left && right);
+    EXPECT_GT(left->x(), right->x());
+    EXPECT_GT(joints.value(QStringLiteral("left_eye")).location->y(),
+              joints.value(QStringLiteral("left_foot")).location->y())
+        << "y grows upward";
 }
 
-class NobodyThere : public BodyPoseDetection, public ::testing::WithParamInterface<const char*>
-{
-};
-
-TEST_P(NobodyThere, FindsNoPerson)
-{
-    EXPECT_TRUE(peopleIn(GetParam()).empty()) << GetParam();
-}
-
-INSTANTIATE_TEST_SUITE_P(Photos, NobodyThere,
-                         ::testing::Values("horses.jpg", "dog.jpg", "eagle.jpg", "chelsea.png", "coffee.png",
-                                           "building.jpg"),
-                         [](const auto& info) { return QString::fromLatin1(info.param).section(u'.', 0, 0).toStdString(); });
-
-TEST(BodyPoseDetectorLoading, AMissingModelSaysWhatIsMissing)
+TEST(BodyPoseDetectorLoading, AMissingOrBrokenModelSaysWhatIsWrong)
 {
     qputenv("LUMARO_MODELS_DIR", QByteArrayLiteral("/nonexistent-lumaro-models"));
     QString error;
-    const auto detector = platform::MoveNetBodyPoseDetector::load(&error);
+    EXPECT_FALSE(platform::MultiPoseBodyPoseDetector::load(&error));
     qunsetenv("LUMARO_MODELS_DIR");
-    EXPECT_FALSE(detector);
-    EXPECT_TRUE(error.contains(QStringLiteral("movenet_singlepose_lightning_v4.onnx"))) << error.toStdString();
-}
+    EXPECT_TRUE(error.contains(QStringLiteral("movenet_multipose_lightning_256.onnx")))
+        << error.toStdString();
 
-TEST(BodyPoseDetectorLoading, AFileThatIsNoModelFailsCleanly)
-{
     testing::TempFolder folder;
-    const QString bogus = folder.write(QStringLiteral("pose/movenet_singlepose_lightning_v4.onnx"), "not a network");
-    QString error;
-    EXPECT_FALSE(platform::MoveNetBodyPoseDetector::loadFrom(bogus, nullptr, &error));
-    EXPECT_FALSE(error.isEmpty());
+    const QString bogus =
+        folder.write(QStringLiteral("pose/movenet_multipose_lightning_256.onnx"), "not a network");
+    error.clear();
+    EXPECT_FALSE(platform::MultiPoseBodyPoseDetector::loadFrom(bogus, &error));
+    EXPECT_TRUE(error.contains(bogus)) << error.toStdString();
 }
 
 } // namespace

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The human body-pose detector: every person in a picture as a dictionary of joints.
+// The human body-pose detector: every person in a picture as a box, a score and a dictionary of joints.
 #pragma once
 
 #include "platform/JointSample.h"
 
 #include <QImage>
 #include <QRectF>
-#include <QSize>
-#include <QString>
 
 #include <optional>
 #include <vector>
@@ -16,17 +14,22 @@ namespace lumaro::platform {
 
 struct DetectedPerson
 {
+    // Every joint of the model, each with its location and the detector's own score: deciding which joints
+    // are sure enough to count is the caller's business (the pose module's quality filter).
     JointDictionary joints;
-    // The part of the picture the person was looked for in, normalised like the joints (y upward).
-    QRectF searchRegion;
+    // The person's box, normalised like the joints (0–1, y upward).
+    QRectF box;
+    // How sure the detector is that this is a person at all, 0–1.
+    float score = 0.0f;
 };
 
 struct BodyPoseDetection
 {
-    std::vector<DetectedPerson> people;
+    std::vector<DetectedPerson> people; // surest first
     // Each part is in milliseconds, for the PERF- lines and the benchmarks.
-    double personSearchMs = 0.0;
-    double keypointMs = 0.0;
+    double wholePictureMs = 0.0;
+    double tilesMs = 0.0; // 0 when the picture was not searched in tiles
+    int passes = 0;       // network runs made
 };
 
 // Implementations say which threads may call them.
