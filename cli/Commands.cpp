@@ -23,6 +23,7 @@ const std::vector<Command>& commands()
         {QStringLiteral("report"), QStringLiteral("The shooting report of a folder: exposures, pace, lenses, culling"), &runReport,
          true},
         {QStringLiteral("histogram"), QStringLiteral("The tone histogram of a picture and its clipped shares"), &runHistogram},
+        {QStringLiteral("roll"), QStringLiteral("Publish a folder as an online album on your own storage (rclone)"), &runRoll},
     };
     return table;
 }

@@ -41,4 +41,6 @@ int runImport(const QStringList& arguments);
 int runReport(const QStringList& arguments);
 int runHistogram(const QStringList& arguments);
 
+int runRoll(const QStringList& arguments);
+
 } // namespace lumaro::cli

@@ -11,6 +11,11 @@ bool Terminal::isStandardErrorTerminal()
     return ::isatty(STDERR_FILENO) == 1;
 }
 
+bool Terminal::isStandardInputTerminal()
+{
+    return ::isatty(STDIN_FILENO) == 1;
+}
+
 int Terminal::standardErrorColumns()
 {
     winsize size{};

@@ -8,6 +8,8 @@ class Terminal
 {
 public:
     static bool isStandardErrorTerminal();
+    // A person can answer a question: standard input is a terminal.
+    static bool isStandardInputTerminal();
     // Columns of the terminal on standard error, 80 when unknown.
     static int standardErrorColumns();
 };

@@ -30,6 +30,8 @@ packages=(
   libglib2.0-bin desktop-file-utils appstream libvips-tools hyperfine
   # the report PDF rendered back in its test
   poppler-utils
+  # online albums: rclone speaks every storage protocol (S3, B2, WebDAV, SFTP, Drive …) and serves WebDAV in tests
+  rclone
   # model download and conversion (scripts/fetch-models.sh: npm packages, converted and checked in Python)
   python3 python3-numpy python3-onnx python3-opencv npm
 )

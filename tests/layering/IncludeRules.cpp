@@ -19,12 +19,15 @@ const QMap<QString, QSet<QString>>& allowedModules()
         {QStringLiteral("cards"), {QStringLiteral("cards"), QStringLiteral("platform")}},
         {QStringLiteral("library"), {QStringLiteral("library"), QStringLiteral("platform")}},
         {QStringLiteral("report"), {QStringLiteral("report"), QStringLiteral("platform")}},
+        {QStringLiteral("rolls"), {QStringLiteral("rolls"), QStringLiteral("browse"), QStringLiteral("platform")}},
         {QStringLiteral("cli"),
          {QStringLiteral("cli"), QStringLiteral("browse"), QStringLiteral("vision"), QStringLiteral("pose"),
-          QStringLiteral("cards"), QStringLiteral("library"), QStringLiteral("report"), QStringLiteral("platform")}},
+          QStringLiteral("cards"), QStringLiteral("library"), QStringLiteral("report"), QStringLiteral("rolls"),
+          QStringLiteral("platform")}},
         {QStringLiteral("app"),
          {QStringLiteral("app"), QStringLiteral("browse"), QStringLiteral("vision"), QStringLiteral("pose"),
-          QStringLiteral("cards"), QStringLiteral("library"), QStringLiteral("report"), QStringLiteral("platform")}},
+          QStringLiteral("cards"), QStringLiteral("library"), QStringLiteral("report"), QStringLiteral("rolls"),
+          QStringLiteral("platform")}},
     };
     return table;
 }

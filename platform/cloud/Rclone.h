@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// rclone as a child process: the one way Lumaro talks to the photographer's own storage (S3, B2, WebDAV,
+// SFTP, Drive, Dropbox …). It is run without a shell, its JSON log is read for progress and errors, and no
+// storage protocol is spoken here.
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <functional>
+#include <optional>
+
+namespace lumaro::platform {
+
+struct RcloneProgress
+{
+    qint64 bytes = 0;      // sent so far
+    qint64 totalBytes = 0; // to send, as rclone knows it so far
+    int transfers = 0;     // files sent
+    int errors = 0;
+};
+
+struct RcloneResult
+{
+    bool started = false; // false: rclone is not installed or could not be run
+    int exitCode = -1;
+    bool cancelled = false;
+    QByteArray output;   // what rclone wrote to standard output (lsjson, about, link)
+    QStringList errors;  // the messages of its error-level log lines, in order
+    RcloneProgress last; // the last statistics it reported
+    bool ok() const { return started && !cancelled && exitCode == 0; }
+    // The most telling reason for a failure, for a message.
+    QString reason() const;
+};
+
+class Rclone
+{
+public:
+    // `environment` is added to the process' own: remotes defined as RCLONE_CONFIG_<NAME>_<KEY>, secrets that
+    // must never reach a file or the command line.
+    explicit Rclone(QMap<QString, QString> environment = {});
+
+    // Runs `rclone ARGUMENTS…` with a JSON log, calling `progress` on each statistics line (from this
+    // thread); `cancel` stops the child. Blocking.
+    RcloneResult run(const QStringList& arguments,
+                     const std::function<void(const RcloneProgress&)>& progress = {},
+                     const std::atomic_bool* cancel = nullptr) const;
+
+    // `rclone about REMOTE: --json`: the free bytes, when the backend tells.
+    std::optional<qint64> freeBytes(const QString& remote, QString* error = nullptr) const;
+
+    static bool isInstalled();
+
+private:
+    QMap<QString, QString> m_environment;
+};
+
+} // namespace lumaro::platform
