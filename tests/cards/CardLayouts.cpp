@@ -2,46 +2,35 @@
 #include "tests/cards/CardLayouts.h"
 
 #include "tests/support/HostilePictures.h"
+#include "tests/support/LittleEndian.h"
 
 namespace lumaro::testing {
 
 namespace {
 
-void putLittle16(QByteArray& bytes, quint16 value)
-{
-    bytes.append(char(value & 0xff));
-    bytes.append(char(value >> 8));
-}
-
-void putLittle32(QByteArray& bytes, quint32 value)
-{
-    for (int shift = 0; shift < 32; shift += 8)
-        bytes.append(char((value >> shift) & 0xff));
-}
-
 QByteArray exifSegment(const QByteArray& make, const QByteArray& model)
 {
     QByteArray tiff("II*\0", 4);
-    putLittle32(tiff, 8);
-    putLittle16(tiff, 2);
+    tiff += littleEndian32(8);
+    tiff += littleEndian16(2);
     QByteArray data;
     const quint32 dataStart = 8 + 2 + 2 * 12 + 4;
     // An ASCII value of up to four bytes sits in the entry itself; a longer one lives after the IFD.
     const auto entry = [&](quint16 tag, const QByteArray& value) {
         const QByteArray text = value + '\0';
-        putLittle16(tiff, tag);
-        putLittle16(tiff, 2);
-        putLittle32(tiff, quint32(text.size()));
+        tiff += littleEndian16(tag);
+        tiff += littleEndian16(2);
+        tiff += littleEndian32(quint32(text.size()));
         if (text.size() <= 4) {
             tiff += text + QByteArray(4 - text.size(), '\0');
             return;
         }
-        putLittle32(tiff, dataStart + quint32(data.size()));
+        tiff += littleEndian32(dataStart + quint32(data.size()));
         data += text;
     };
     entry(0x010f, make);
     entry(0x0110, model);
-    putLittle32(tiff, 0);
+    tiff += littleEndian32(0);
     tiff += data;
     const QByteArray payload = QByteArray("Exif\0\0", 6) + tiff;
     QByteArray segment("\xff\xe1", 2);

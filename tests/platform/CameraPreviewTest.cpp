@@ -6,6 +6,7 @@
 
 #include "tests/platform/ExifJpeg.h"
 #include "tests/support/HostilePictures.h"
+#include "tests/support/LittleEndian.h"
 #include "tests/support/TempFolder.h"
 
 #include <QtEndian>
@@ -17,21 +18,9 @@ namespace {
 
 using testing::isNear;
 using testing::jpegOfSize;
+using testing::littleEndian16;
+using testing::littleEndian32;
 using testing::TempFolder;
-
-QByteArray littleEndian16(quint16 value)
-{
-    QByteArray bytes(2, '\0');
-    qToLittleEndian(value, bytes.data());
-    return bytes;
-}
-
-QByteArray littleEndian32(quint32 value)
-{
-    QByteArray bytes(4, '\0');
-    qToLittleEndian(value, bytes.data());
-    return bytes;
-}
 
 // What a camera writes: the picture with an APP2 "MPF" block right after its start, listing itself and each
 // preview; the previews follow the picture's end as whole JPEGs. `shift` moves the listed preview offsets (a

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/HostilePictures.h"
 
+#include "tests/support/LittleEndian.h"
+
 #include <QBuffer>
 #include <QImage>
 #include <QtEndian>
@@ -10,17 +12,6 @@
 namespace lumaro::testing {
 
 namespace {
-
-void appendLittle16(QByteArray& bytes, quint16 value)
-{
-    bytes.append(char(value & 0xFF)).append(char(value >> 8));
-}
-
-void appendLittle32(QByteArray& bytes, quint32 value)
-{
-    appendLittle16(bytes, quint16(value & 0xFFFF));
-    appendLittle16(bytes, quint16(value >> 16));
-}
 
 void appendLittle24(QByteArray& bytes, quint32 value)
 {
@@ -35,10 +26,10 @@ void appendBig32(QByteArray& bytes, quint32 value)
 
 void appendIfdEntry(QByteArray& bytes, quint16 tag, quint16 type, quint32 count, quint32 value)
 {
-    appendLittle16(bytes, tag);
-    appendLittle16(bytes, type);
-    appendLittle32(bytes, count);
-    appendLittle32(bytes, value);
+    bytes += littleEndian16(tag);
+    bytes += littleEndian16(type);
+    bytes += littleEndian32(count);
+    bytes += littleEndian32(value);
 }
 
 QByteArray encoded(const QImage& image, const char* format, int quality = -1)
@@ -119,7 +110,7 @@ QByteArray webpImageChunk(const QByteArray& webp)
 QByteArray riffChunk(const QByteArray& type, const QByteArray& data)
 {
     QByteArray chunk = type;
-    appendLittle32(chunk, quint32(data.size()));
+    chunk += littleEndian32(quint32(data.size()));
     chunk += data;
     if (data.size() & 1)
         chunk.append(char(0));
@@ -133,16 +124,16 @@ QByteArray selfReferencingCr2()
     constexpr quint32 kIfd = 16;
     constexpr quint32 kWrapping = 0xFFFFFF00u;
     QByteArray bytes("II*\0", 4);
-    appendLittle32(bytes, kIfd);
+    bytes += littleEndian32(kIfd);
     bytes += QByteArray("CR\x02\0", 4);
-    appendLittle32(bytes, 0); // no raw IFD
-    appendLittle16(bytes, 5);
+    bytes += littleEndian32(0); // no raw IFD
+    bytes += littleEndian16(5);
     appendIfdEntry(bytes, 0x0100, 4, 1, 8);         // width
     appendIfdEntry(bytes, 0x0101, 4, 1, 8);         // height
     appendIfdEntry(bytes, 0x0103, 3, 1, 6);         // old-style JPEG compression
     appendIfdEntry(bytes, 0x0201, 4, 1, kWrapping); // JPEG preview offset
     appendIfdEntry(bytes, 0x0202, 4, 1, kWrapping); // JPEG preview length
-    appendLittle32(bytes, kIfd);                    // the next IFD is this one again
+    bytes += littleEndian32(kIfd);                    // the next IFD is this one again
     return bytes;
 }
 
@@ -173,13 +164,13 @@ QByteArray multiPageTiff(int frames, QSize size)
     constexpr quint16 kEntries = 10;
     constexpr quint32 kIfdBytes = 2 + kEntries * 12 + 4;
     QByteArray bytes("II*\0", 4);
-    appendLittle32(bytes, 8);
+    bytes += littleEndian32(8);
     for (int frame = 0; frame < frames; ++frame) {
         const auto ifd = quint32(bytes.size());
         const quint32 bits = ifd + kIfdBytes;
         const quint32 pixels = bits + 6;
         const quint32 next = frame + 1 < frames ? pixels + pixelBytes : 0;
-        appendLittle16(bytes, kEntries);
+        bytes += littleEndian16(kEntries);
         appendIfdEntry(bytes, 256, 4, 1, quint32(size.width()));
         appendIfdEntry(bytes, 257, 4, 1, quint32(size.height()));
         appendIfdEntry(bytes, 258, 3, 3, bits); // 8 bits per sample, three samples
@@ -190,9 +181,9 @@ QByteArray multiPageTiff(int frames, QSize size)
         appendIfdEntry(bytes, 278, 4, 1, quint32(size.height()));
         appendIfdEntry(bytes, 279, 4, 1, pixelBytes);
         appendIfdEntry(bytes, 284, 3, 1, 1); // chunky
-        appendLittle32(bytes, next);
+        bytes += littleEndian32(next);
         for (int sample = 0; sample < 3; ++sample)
-            appendLittle16(bytes, 8);
+            bytes += littleEndian16(8);
         bytes += QByteArray(qsizetype(pixelBytes), char(40 + 60 * frame % 200));
     }
     return bytes;
@@ -235,8 +226,8 @@ QByteArray animatedWebp(int frames, QSize size)
     appendLittle24(canvas, quint32(size.width() - 1));
     appendLittle24(canvas, quint32(size.height() - 1));
     QByteArray animation;
-    appendLittle32(animation, 0xFFFFFFFFu); // background
-    appendLittle16(animation, 0);           // loop for ever
+    animation += littleEndian32(0xFFFFFFFFu); // background
+    animation += littleEndian16(0);           // loop for ever
     QByteArray body = QByteArray("WEBP") + riffChunk("VP8X", canvas) + riffChunk("ANIM", animation);
     for (int frame = 0; frame < frames; ++frame) {
         QByteArray header;
@@ -249,7 +240,7 @@ QByteArray animatedWebp(int frames, QSize size)
         body += riffChunk("ANMF", header + webpImageChunk(encoded(greyFrame(size, frame), "webp", 100)));
     }
     QByteArray file("RIFF");
-    appendLittle32(file, quint32(body.size()));
+    file += littleEndian32(quint32(body.size()));
     return file + body;
 }
 
