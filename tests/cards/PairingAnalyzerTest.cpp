@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 using namespace lumaro::cards;
@@ -184,25 +185,15 @@ TEST(PairingAnalyzer, HashedMatchingAgreesWithTheListScan)
         }
         int matchedJpgs = 0;
         const std::vector<bool> matched = PairingAnalyzer::matchRawNames(jpgs, raws, &matchedJpgs);
-        int expectedJpgs = 0;
-        for (const QString& j : jpgs) {
-            for (const QString& r : raws) {
-                if (PairingFileTypes::stem(j).toLower() == PairingFileTypes::stem(r).toLower()) {
-                    ++expectedJpgs;
-                    break;
-                }
-            }
-        }
-        for (qsizetype r = 0; r < raws.size(); ++r) {
-            bool expected = false;
-            for (const QString& j : jpgs) {
-                if (PairingFileTypes::stem(j).toLower() == PairingFileTypes::stem(raws.at(r)).toLower()) {
-                    expected = true;
-                    break;
-                }
-            }
-            EXPECT_EQ(matched[size_t(r)], expected) << raws.at(r).toStdString();
-        }
+        const auto hasTwin = [](const QString& name, const QStringList& others) {
+            return std::any_of(others.begin(), others.end(), [&](const QString& other) {
+                return PairingFileTypes::stem(name).toLower() == PairingFileTypes::stem(other).toLower();
+            });
+        };
+        const int expectedJpgs =
+            int(std::count_if(jpgs.begin(), jpgs.end(), [&](const QString& j) { return hasTwin(j, raws); }));
+        for (qsizetype r = 0; r < raws.size(); ++r)
+            EXPECT_EQ(matched[size_t(r)], hasTwin(raws.at(r), jpgs)) << raws.at(r).toStdString();
         EXPECT_EQ(matchedJpgs, expectedJpgs);
     }
 }

@@ -20,11 +20,6 @@ using lumaro::testing::TempFolder;
 
 namespace {
 
-QString homeTrash()
-{
-    return TrashDirectories::homeTrash();
-}
-
 // The .trashinfo's lines as written, so that they are checked by a reader other than ours.
 QMap<QString, QByteArray> infoFields(const QString& infoPath)
 {
@@ -46,9 +41,7 @@ class ScopedEnv
 {
 public:
     ScopedEnv(const char* name, const QByteArray& value)
-        : m_name(name)
-        , m_old(qgetenv(name))
-        , m_had(qEnvironmentVariableIsSet(name))
+        : m_name(name), m_old(qgetenv(name)), m_had(qEnvironmentVariableIsSet(name))
     {
         qputenv(name, value);
     }
@@ -84,7 +77,8 @@ TEST_P(TrashedNames, RoundTripThroughTheTrashInfoPath)
     ASSERT_TRUE(item) << qPrintable(error);
 
     EXPECT_FALSE(QFileInfo::exists(path));
-    EXPECT_EQ(QFileInfo(item->trashedPath).absolutePath(), homeTrash() + QStringLiteral("/files"));
+    EXPECT_EQ(QFileInfo(item->trashedPath).absolutePath(),
+              TrashDirectories::homeTrash() + QStringLiteral("/files"));
     QFile trashed(item->trashedPath);
     ASSERT_TRUE(trashed.open(QIODevice::ReadOnly));
     EXPECT_EQ(trashed.readAll(), QByteArrayLiteral("picture"));
@@ -99,8 +93,9 @@ TEST_P(TrashedNames, RoundTripThroughTheTrashInfoPath)
     }
     EXPECT_EQ(QUrl::fromPercentEncoding(raw), QFileInfo(path).absoluteFilePath());
 
-    const QDateTime when = QDateTime::fromString(QString::fromLatin1(fields.value(QStringLiteral("DeletionDate"))),
-                                                 QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
+    const QDateTime when =
+        QDateTime::fromString(QString::fromLatin1(fields.value(QStringLiteral("DeletionDate"))),
+                              QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
     ASSERT_TRUE(when.isValid());
     EXPECT_LE(qAbs(when.secsTo(QDateTime::currentDateTime())), 120); // local time, not UTC
 }
@@ -134,8 +129,8 @@ TEST(FreedesktopTrash, AnOrphanInFilesIsNeverOverwritten)
     FreedesktopTrash trash;
     QString error;
     // A leftover of a trasher that stopped half-way: files/x.jpg with no record.
-    ASSERT_TRUE(TrashDirectories::ensure(homeTrash(), &error)) << qPrintable(error);
-    QFile orphan(homeTrash() + QStringLiteral("/files/x.jpg"));
+    ASSERT_TRUE(TrashDirectories::ensure(TrashDirectories::homeTrash(), &error)) << qPrintable(error);
+    QFile orphan(TrashDirectories::homeTrash() + QStringLiteral("/files/x.jpg"));
     ASSERT_TRUE(orphan.open(QIODevice::WriteOnly));
     orphan.write("orphan");
     orphan.close();
@@ -164,7 +159,9 @@ TEST(FreedesktopTrash, AMissingDataHomeIsCreatedAndNothingLandsInTheWorkingDirec
     ASSERT_TRUE(item) << qPrintable(error);
     EXPECT_TRUE(item->trashedPath.startsWith(home + QStringLiteral("/.local/share/Trash/files/")));
     EXPECT_TRUE(QDir(work).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
-    struct stat info {};
+    struct stat info
+    {
+    };
     ASSERT_EQ(::stat(QFile::encodeName(home + QStringLiteral("/.local/share")).constData(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0700u);
 }
@@ -215,10 +212,11 @@ TEST(FreedesktopTrash, AnAdministratorsStickyTrashIsUsedButNotALinkedOne)
     const QString shared = card.makeFolder(QStringLiteral(".Trash"));
     ASSERT_EQ(::chmod(QFile::encodeName(shared).constData(), 01777), 0);
     QString error;
-    const auto item = FreedesktopTrash(pretendVolume(card.path()))
-                          .moveToTrash(card.write(QStringLiteral("a.jpg")), &error);
+    const auto item =
+        FreedesktopTrash(pretendVolume(card.path())).moveToTrash(card.write(QStringLiteral("a.jpg")), &error);
     ASSERT_TRUE(item) << qPrintable(error);
-    EXPECT_TRUE(item->trashedPath.startsWith(shared + QLatin1Char('/') + QString::number(::getuid()) + "/files/"));
+    EXPECT_TRUE(
+        item->trashedPath.startsWith(shared + QLatin1Char('/') + QString::number(::getuid()) + "/files/"));
 
     TempFolder other;
     const QString elsewhere = other.makeFolder(QStringLiteral("target"));
@@ -235,12 +233,14 @@ TEST(TrashRestorer, FindsTheNewestItemFromAnOriginalPath)
     TempFolder folder;
     const QString original = folder.filePath(QStringLiteral("IMG 7.jpg"));
     QString error;
-    ASSERT_TRUE(TrashDirectories::ensure(homeTrash(), &error));
+    ASSERT_TRUE(TrashDirectories::ensure(TrashDirectories::homeTrash(), &error));
     const auto put = [&](const QString& name, const QByteArray& date) {
-        QFile info(homeTrash() + QStringLiteral("/info/") + name + QStringLiteral(".trashinfo"));
+        QFile info(TrashDirectories::homeTrash() + QStringLiteral("/info/") + name +
+                   QStringLiteral(".trashinfo"));
         EXPECT_TRUE(info.open(QIODevice::WriteOnly));
-        info.write("[Trash Info]\nPath=" + FreedesktopTrash::encodedPath(original) + "\nDeletionDate=" + date + "\n");
-        QFile file(homeTrash() + QStringLiteral("/files/") + name);
+        info.write("[Trash Info]\nPath=" + FreedesktopTrash::encodedPath(original) +
+                   "\nDeletionDate=" + date + "\n");
+        QFile file(TrashDirectories::homeTrash() + QStringLiteral("/files/") + name);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     };
     put(QStringLiteral("IMG 7.jpg"), "2024-01-01T10:00:00");
