@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The HTML is self-contained (inline SVG, no script) and the PDF renders; neither replaces someone's file.
+// The HTML is self-contained (inline SVG, no script) and the PDF renders;
+// neither replaces someone's file.
 #include "tests/report/ShootPictures.h"
+#include "tests/report/ShootReport.h"
 
-#include "platform/FileTagStore.h"
-#include "report/ReportBuilder.h"
 #include "report/ReportExport.h"
 
 #include <QImage>
@@ -15,13 +15,6 @@
 namespace lumaro::report {
 namespace {
 
-class NoTags final : public platform::FileTagStore
-{
-public:
-    std::optional<QStringList> tags(const QString&, QString*) const override { return QStringList(); }
-    bool setTags(const QString&, const QStringList&, QString*) override { return false; }
-};
-
 ShootingReport smallShoot(testing::TempFolder& folder)
 {
     for (int i = 0; i < 4; ++i) {
@@ -32,9 +25,7 @@ ShootingReport smallShoot(testing::TempFolder& folder)
         shot.insert(QStringLiteral("Exif.Photo.FNumber"), QStringLiteral("4/1"));
         testing::writeShot(folder, QStringLiteral("shoot/<b>IMG_%1.JPG").arg(i), shot);
     }
-    NoTags tags;
-    const auto scan = ShootScanner(tags).scan(folder.filePath(QStringLiteral("shoot")), false, nullptr, {});
-    return ReportBuilder::build(folder.filePath(QStringLiteral("shoot")), false, *scan);
+    return testing::reportOf(folder.filePath(QStringLiteral("shoot")));
 }
 
 TEST(ReportExport, HtmlIsSelfContainedWithEveryChartInline)
@@ -45,7 +36,8 @@ TEST(ReportExport, HtmlIsSelfContainedWithEveryChartInline)
     EXPECT_FALSE(html.contains(QStringLiteral("http://"), Qt::CaseInsensitive) &&
                  html.count(QStringLiteral("http://")) !=
                      html.count(QStringLiteral("xmlns=\"http://www.w3.org/2000/svg\"")));
-    // Timeline, focal lengths, orientation, ISO, aperture (no shutter speeds in these files).
+    // Timeline, focal lengths, orientation, ISO, aperture (no shutter speeds in
+    // these files).
     EXPECT_EQ(html.count(QStringLiteral("<svg ")), 5);
     EXPECT_TRUE(html.contains(QStringLiteral("Focal lengths (35 mm equivalent)")));
     EXPECT_FALSE(html.contains(QStringLiteral("<b>IMG"))); // names are escaped

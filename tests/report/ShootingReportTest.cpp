@@ -1,42 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The report's figures on a shoot written with known EXIF: pace, bursts, breaks, orientation, gear, culling.
+// The report's figures on a shoot written with known EXIF: pace, bursts,
+// breaks, orientation, gear, culling.
 #include "tests/report/ShootPictures.h"
-
-#include "platform/FileTagStore.h"
-#include "report/ReportBuilder.h"
-
-#include <QMap>
+#include "tests/report/ShootReport.h"
 
 #include <gtest/gtest.h>
+
+#include <array>
 
 namespace lumaro::report {
 namespace {
 
 using testing::cameraShot;
 using testing::ExifTags;
-
-class MapTags final : public platform::FileTagStore
-{
-public:
-    std::optional<QStringList> tags(const QString& path, QString*) const override
-    {
-        return m_tags.value(path);
-    }
-    bool setTags(const QString& path, const QStringList& tags, QString*) override
-    {
-        m_tags.insert(path, tags);
-        return true;
-    }
-
-private:
-    QMap<QString, QStringList> m_tags;
-};
-
-ShootingReport reportOf(const testing::TempFolder& folder, const platform::FileTagStore& tags)
-{
-    const auto scan = ShootScanner(tags).scan(folder.path(), false, nullptr, {});
-    return ReportBuilder::build(folder.path(), false, *scan);
-}
+using testing::MapTags;
+using testing::reportOf;
 
 QString at(int second, int minute = 0, int hour = 10)
 {
@@ -49,9 +27,9 @@ QString at(int second, int minute = 0, int hour = 10)
 TEST(ShootingReport, PaceBurstsAndBreaks)
 {
     testing::TempFolder folder;
-    MapTags tags;
     int n = 0;
-    // A burst of five frames a tenth of a second apart, JPEG + RAW each: 5 exposures, 10 files.
+    // A burst of five frames a tenth of a second apart, JPEG + RAW each: 5
+    // exposures, 10 files.
     for (int i = 0; i < 5; ++i) {
         const ExifTags shot = cameraShot(at(0), QStringLiteral("%1").arg(i), ++n);
         testing::writeShot(folder, QStringLiteral("B_%1.JPG").arg(i), shot);
@@ -63,7 +41,7 @@ TEST(ShootingReport, PaceBurstsAndBreaks)
     // After a 25-minute break, a frame at 10:26:12.
     testing::writeShot(folder, QStringLiteral("L_1.JPG"), cameraShot(at(12, 26), QStringLiteral("0"), ++n));
 
-    const ShootingReport report = reportOf(folder, tags);
+    const ShootingReport report = reportOf(folder.path());
     EXPECT_EQ(report.files, 13);
     EXPECT_EQ(report.exposures, 8);
     ASSERT_EQ(report.bursts.size(), 1);
@@ -90,7 +68,6 @@ TEST(ShootingReport, PaceBurstsAndBreaks)
 TEST(ShootingReport, OrientationAfterExifRotationWithSquareApart)
 {
     testing::TempFolder folder;
-    MapTags tags;
     struct Case
     {
         const char* name;
@@ -105,48 +82,35 @@ TEST(ShootingReport, OrientationAfterExifRotationWithSquareApart)
         shot.insert(QStringLiteral("Exif.Image.Orientation"), QString::number(c.orientation));
         testing::writeShot(folder, QString::fromUtf8(c.name), shot, c.size);
     }
-    const ShootingReport report = reportOf(folder, tags);
+    const ShootingReport report = reportOf(folder.path());
     EXPECT_EQ(report.landscape, 1);
     EXPECT_EQ(report.portrait, 4);
     EXPECT_EQ(report.square, 1);
     EXPECT_EQ(report.orientationUnknown, 0);
+    EXPECT_FALSE(report.hasRatings); // and says so when no file carries a rating
+    EXPECT_EQ(report.rated, 0);
 }
 
 TEST(ShootingReport, GearAndExposureSettings)
 {
     testing::TempFolder folder;
-    MapTags tags;
-    struct Case
-    {
-        const char* lens;
-        const char* lensSerial;
-        const char* focal;
-        const char* focal35;
-        const char* iso;
-        const char* f;
-        const char* t;
-        const char* flash;
-    };
-    const Case cases[] = {
+    const char* const keys[] = {
+        "LensModel",       "LensSerialNumber", "FocalLength",  "FocalLengthIn35mmFilm",
+        "ISOSpeedRatings", "FNumber",          "ExposureTime", "Flash"};
+    const std::array<const char*, 8> shots[] = {
         {"RF24-70mm F2.8 L IS USM", "L1", "24/1", "24", "100", "28/10", "1/250", "0"},
         {"RF24-70mm F2.8 L IS USM", "L1", "70/1", "70", "400", "28/10", "1/250", "1"},
         {"RF24-70mm F2.8 L IS USM", "L1", "70/1", "70", "400", "4/1", "1/60", "16"},
         {"RF85mm F1.2 L USM", "L2", "85/1", "85", "1600", "12/10", "2/1", "25"},
     };
     int second = 0;
-    for (const Case& c : cases) {
+    for (const auto& values : shots) {
         ExifTags shot = cameraShot(at(second++ * 5));
-        shot.insert(QStringLiteral("Exif.Photo.LensModel"), QString::fromUtf8(c.lens));
-        shot.insert(QStringLiteral("Exif.Photo.LensSerialNumber"), QString::fromUtf8(c.lensSerial));
-        shot.insert(QStringLiteral("Exif.Photo.FocalLength"), QString::fromUtf8(c.focal));
-        shot.insert(QStringLiteral("Exif.Photo.FocalLengthIn35mmFilm"), QString::fromUtf8(c.focal35));
-        shot.insert(QStringLiteral("Exif.Photo.ISOSpeedRatings"), QString::fromUtf8(c.iso));
-        shot.insert(QStringLiteral("Exif.Photo.FNumber"), QString::fromUtf8(c.f));
-        shot.insert(QStringLiteral("Exif.Photo.ExposureTime"), QString::fromUtf8(c.t));
-        shot.insert(QStringLiteral("Exif.Photo.Flash"), QString::fromUtf8(c.flash));
+        for (size_t i = 0; i < values.size(); ++i)
+            shot.insert(QStringLiteral("Exif.Photo.") + QLatin1String(keys[i]), QString::fromUtf8(values[i]));
         testing::writeShot(folder, QStringLiteral("G_%1.JPG").arg(second), shot);
     }
-    const ShootingReport report = reportOf(folder, tags);
+    const ShootingReport report = reportOf(folder.path());
     auto labels = [](const QList<CountedValue>& values) {
         QStringList out;
         for (const CountedValue& v : values)
@@ -173,8 +137,9 @@ TEST(ShootingReport, CullingCountsExposuresByColourAndRating)
 {
     testing::TempFolder folder;
     MapTags tags;
-    // A pair tagged on its RAW only, a pair tagged red on both (one exposure), a JPEG with 4 stars in its
-    // XMP, a RAW whose sidecar gives 2 stars over the file's own 5, and an untagged, unrated frame.
+    // A pair tagged on its RAW only, a pair tagged red on both (one exposure), a
+    // JPEG with 4 stars in its XMP, a RAW whose sidecar gives 2 stars over the
+    // file's own 5, and an untagged, unrated frame.
     const ExifTags a = cameraShot(at(1), QStringLiteral("0"), 1);
     testing::writeShot(folder, QStringLiteral("A.JPG"), a);
     tags.setTags(testing::writeShot(folder, QStringLiteral("A.CR2"), a), {QStringLiteral("green")}, nullptr);
@@ -189,14 +154,15 @@ TEST(ShootingReport, CullingCountsExposuresByColourAndRating)
     d.insert(QStringLiteral("Xmp.xmp.Rating"), QStringLiteral("5"));
     testing::writeShot(folder, QStringLiteral("D.NEF"), d);
     folder.write(QStringLiteral("D.xmp"),
-                 QByteArrayLiteral(
-                     "<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta xmlns:x='adobe:ns:meta/'>"
-                     "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
-                     "<rdf:Description rdf:about='' xmlns:xmp='http://ns.adobe.com/xap/1.0/' xmp:Rating='2'/>"
-                     "</rdf:RDF></x:xmpmeta><?xpacket end='w'?>"));
+                 QByteArrayLiteral("<?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?><x:xmpmeta "
+                                   "xmlns:x='adobe:ns:meta/'>"
+                                   "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
+                                   "<rdf:Description rdf:about='' "
+                                   "xmlns:xmp='http://ns.adobe.com/xap/1.0/' xmp:Rating='2'/>"
+                                   "</rdf:RDF></x:xmpmeta><?xpacket end='w'?>"));
     testing::writeShot(folder, QStringLiteral("E.JPG"), cameraShot(at(5), QStringLiteral("0"), 5));
 
-    const ShootingReport report = reportOf(folder, tags);
+    const ShootingReport report = reportOf(folder.path(), false, tags);
     EXPECT_EQ(report.exposures, 5);
     EXPECT_EQ(report.kept, 5);
     EXPECT_EQ(report.tagged, 2);
@@ -207,16 +173,6 @@ TEST(ShootingReport, CullingCountsExposuresByColourAndRating)
     EXPECT_EQ(report.ratings.value(4), 1);
     EXPECT_EQ(report.ratings.value(2), 1);
     EXPECT_EQ(report.ratings.value(5), 0);
-}
-
-TEST(ShootingReport, SaysSoWhenNoFileCarriesARating)
-{
-    testing::TempFolder folder;
-    MapTags tags;
-    testing::writeShot(folder, QStringLiteral("A.JPG"), cameraShot(at(1)));
-    const ShootingReport report = reportOf(folder, tags);
-    EXPECT_FALSE(report.hasRatings);
-    EXPECT_EQ(report.rated, 0);
 }
 
 } // namespace
