@@ -15,19 +15,14 @@ using namespace lumaro::browse;
 using lumaro::platform::MemorySettingsStore;
 using lumaro::testing::LogCapture;
 
-TEST(HotkeyAction, SeventeenActionsWithTheirStoredNamesAndColours)
+// Bindings are stored under the actions' names, and colours are written to disk as tag names.
+TEST(HotkeyAction, EveryStoredNameReadsBackAsItsAction)
 {
-    ASSERT_EQ(allHotkeyActions().size(), 17);
-    QSet<QString> raws;
     for (HotkeyAction action : allHotkeyActions()) {
-        raws.insert(rawValue(action));
         EXPECT_EQ(hotkeyActionFromRawValue(rawValue(action)), action);
         EXPECT_FALSE(displayName(action).isEmpty());
         EXPECT_EQ(symbolColor(action).isValid(), colorName(action).has_value());
     }
-    EXPECT_EQ(raws.size(), 17);
-    EXPECT_EQ(rawValue(HotkeyAction::navigatePrevious), QStringLiteral("navigate_previous"));
-    EXPECT_EQ(rawValue(HotkeyAction::toggleDirPanel), QStringLiteral("toggle_dir_panel"));
     EXPECT_EQ(colorName(HotkeyAction::annotateOrange), QStringLiteral("orange"));
     EXPECT_EQ(colorName(HotkeyAction::deleteFile), std::nullopt);
     EXPECT_EQ(hotkeyActionFromRawValue(QStringLiteral("delete")), std::nullopt);
@@ -35,8 +30,8 @@ TEST(HotkeyAction, SeventeenActionsWithTheirStoredNamesAndColours)
 
 TEST(Hotkey, EncodesWithExactlyKeyAndModifiers)
 {
-    const QJsonObject json = Hotkey(QStringLiteral("z"), Qt::ControlModifier | Qt::ShiftModifier | Qt::KeypadModifier)
-                                 .toJson();
+    const QJsonObject json =
+        Hotkey(QStringLiteral("z"), Qt::ControlModifier | Qt::ShiftModifier | Qt::KeypadModifier).toJson();
     EXPECT_EQ(json.keys(), QStringList({"key", "modifiers"}));
     const auto back = Hotkey::fromJson(json);
     ASSERT_TRUE(back);
@@ -56,8 +51,10 @@ TEST(HotkeyManager, BindingsSurviveARestartThroughTheSettingsStore)
     HotkeyManager restarted(store);
     EXPECT_EQ(restarted.hotkey(HotkeyAction::deleteFile), Hotkey(QStringLiteral("x"), Qt::AltModifier));
     EXPECT_EQ(restarted.hotkey(HotkeyAction::toggleDirPanel), Hotkey(QStringLiteral("f5")));
-    EXPECT_EQ(restarted.hotkey(HotkeyAction::navigateNext), HotkeyManager::defaultHotkeys()[HotkeyAction::navigateNext]);
-    const QJsonObject stored = QJsonDocument::fromJson(*store.bytes(QStringLiteral("HotkeyManager_Hotkeys"))).object();
+    EXPECT_EQ(restarted.hotkey(HotkeyAction::navigateNext),
+              HotkeyManager::defaultHotkeys()[HotkeyAction::navigateNext]);
+    const QJsonObject stored =
+        QJsonDocument::fromJson(*store.bytes(QStringLiteral("HotkeyManager_Hotkeys"))).object();
     EXPECT_EQ(stored.size(), 17);
     EXPECT_EQ(stored.value(QStringLiteral("delete_file")).toObject().value(QStringLiteral("key")).toString(),
               QStringLiteral("x"));
@@ -77,8 +74,9 @@ TEST(HotkeyManager, OlderEncodingIsMigratedAndStoredAgain)
 {
     MemorySettingsStore store;
     // An array of alternating action and hotkey, modifiers as the old platform's mask (1 << 20 was Command).
-    store.setBytes(QStringLiteral("HotkeyManager_Hotkeys"),
-                   R"(["delete_file", {"key": "k", "modifiers": 1048576}, "rotate_left", {"key": "l", "modifiers": 0},
+    store.setBytes(
+        QStringLiteral("HotkeyManager_Hotkeys"),
+        R"(["delete_file", {"key": "k", "modifiers": 1048576}, "rotate_left", {"key": "l", "modifiers": 0},
                        "no_such_action", {"key": "q", "modifiers": 0}])");
     LogCapture log;
     HotkeyManager manager(store);

@@ -1,22 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One press, one action: key presses into the dispatcher with a held key's repeats and a doubled delete press,
-// on a real folder and the real Trash, with the clock injected.
+// One press, one action: key presses into the dispatcher with a held key's repeats and a doubled delete
+// press, on a real folder and the real Trash, with the clock injected.
 #include "browse/hotkeys/HotkeyDispatcher.h"
 
-#include "browse/hotkeys/BrowseChrome.h"
-#include "browse/hotkeys/HotkeyManager.h"
-#include "browse/state/LMRModeState.h"
-#include "browse/thumbnails/ThumbnailCache.h"
-#include "browse/thumbnails/ThumbnailReloadService.h"
-#include "browse/trash/FileDeleteService.h"
 #include "platform/FileTagStore.h"
-#include "platform/NotificationCenter.h"
-#include "platform/XattrTagStore.h"
-#include "platform/fakes/MemorySettingsStore.h"
-
-#include "tests/support/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/browse/hotkeys/DispatcherRig.h"
 
 using namespace lumaro::browse;
 using namespace lumaro::platform;
@@ -24,23 +12,6 @@ using lumaro::testing::TempFolder;
 using lumaro::testing::waitUntil;
 
 namespace {
-
-FileDeleteService::Options withoutGio()
-{
-    FileDeleteService::Options options;
-    options.useGio = false;
-    return options;
-}
-
-class MessageChrome : public BrowseChrome
-{
-public:
-    void toggleFullScreen() override {}
-    void toggleFolderPanel() override {}
-    void showAlert(const QString&, const QString& message) override { messages << message; }
-    void showMessage(const QString& message) override { messages << message; }
-    QStringList messages;
-};
 
 // Tags that cannot be written, as on a read-only card.
 class RefusingTagStore : public FileTagStore
@@ -55,44 +26,19 @@ public:
     }
 };
 
-class KeyPresses : public ::testing::Test
+class KeyPresses : public DispatcherRig
 {
 protected:
-    void SetUp() override
-    {
-        for (int i = 0; i < 6; ++i)
-            names << folder.writePicture(QStringLiteral("IMG_%1.jpg").arg(i)).section(QLatin1Char('/'), -1);
-        state.setFolderPath(folder.path(), folder.path(), folder.path());
-        state.setImageFiles(names);
-        state.select(0);
-    }
+    void SetUp() override { open(6); }
 
     // A key press at time `at` (seconds); waits until the file work it started is done.
-    void press(int key, double at, bool isAutoRepeat = false, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    void press(int key, double at, bool isAutoRepeat = false,
+               Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         now = at;
         EXPECT_TRUE(dispatcher.handleKey(key, modifiers, isAutoRepeat));
         ASSERT_TRUE(waitUntil([this] { return !dispatcher.isBusy(); }));
     }
-
-    TempFolder folder;
-    QStringList names;
-    MemorySettingsStore settings;
-    HotkeyManager manager{settings};
-    ThumbnailCache cache;
-    LMRModeState state{&cache};
-    FileDeleteService service{withoutGio()};
-    XattrTagStore tags;
-    NotificationCenter center;
-    double now = 1000;
-    ThumbnailReloadService reload{[this] { return now; }, &center};
-    MessageChrome chrome;
-    HotkeyDispatcher dispatcher{state, manager, &chrome,
-                                [this] {
-                                    DispatcherServices services{&service, &tags, &cache, &reload};
-                                    services.clock = [this] { return now; };
-                                    return services;
-                                }()};
 };
 
 } // namespace
@@ -102,7 +48,7 @@ TEST_F(KeyPresses, AHeldDeleteKeyDeletesOnePicture)
     press(Qt::Key_D, 1000.0);
     for (int i = 1; i <= 30; ++i)
         press(Qt::Key_D, 1000.0 + i * 0.033, true); // a second of the key's repeats
-    EXPECT_EQ(state.imageFiles(), names.mid(1));
+    EXPECT_EQ(state.imageFiles(), original.mid(1));
     EXPECT_EQ(folder.entries().size(), 5);
     EXPECT_EQ(state.deletedFilesHistory().size(), 1);
 }
@@ -111,9 +57,9 @@ TEST_F(KeyPresses, DeletePressedTwiceWithin150MsDeletesOnePictureAndALaterPressA
 {
     press(Qt::Key_D, 1000.0);
     press(Qt::Key_D, 1000.15);
-    EXPECT_EQ(state.imageFiles(), names.mid(1));
+    EXPECT_EQ(state.imageFiles(), original.mid(1));
     press(Qt::Key_D, 1000.6);
-    EXPECT_EQ(state.imageFiles(), names.mid(2));
+    EXPECT_EQ(state.imageFiles(), original.mid(2));
     EXPECT_EQ(state.deletedFilesHistory().size(), 2);
 }
 
@@ -126,22 +72,24 @@ TEST_F(KeyPresses, HeldKeysRepeatOnlyMoves)
     press(Qt::Key_Right, 1002.03, true);
     press(Qt::Key_1, 1003.0);
     press(Qt::Key_1, 1003.03, true); // a repeat would take the red tag off again
-    EXPECT_EQ(state.imageFiles(), names);
+    EXPECT_EQ(state.imageFiles(), original);
     EXPECT_EQ(state.selectedImageIndex(), 2);
-    EXPECT_EQ(state.imageAnnotations().value(names.at(2)).colors, QStringList{QStringLiteral("red")});
+    EXPECT_EQ(state.imageAnnotations().value(original.at(2)).colors, QStringList{QStringLiteral("red")});
 }
 
 TEST_F(KeyPresses, WhatCouldNotBeDoneIsToldInChinese)
 {
     RefusingTagStore refusing;
-    DispatcherServices services{&service, &refusing, &cache, &reload};
-    HotkeyDispatcher readOnly(state, manager, &chrome, services);
+    DispatcherServices readOnlyTags = services();
+    readOnlyTags.tags = &refusing;
+    HotkeyDispatcher readOnly(state, manager, &chrome, readOnlyTags);
     readOnly.perform(HotkeyAction::annotateRed);
     readOnly.perform(HotkeyAction::restoreFile);
     ASSERT_EQ(chrome.messages.size(), 2);
-    EXPECT_TRUE(chrome.messages.at(0).startsWith(QStringLiteral("无法写入标签"))) << chrome.messages.at(0).toStdString();
+    EXPECT_TRUE(chrome.messages.at(0).startsWith(QStringLiteral("无法写入标签")))
+        << chrome.messages.at(0).toStdString();
     EXPECT_EQ(chrome.messages.at(1), QStringLiteral("没有可恢复的删除文件"));
-    EXPECT_TRUE(state.imageAnnotations().value(names.at(0)).colors.isEmpty());
+    EXPECT_TRUE(state.imageAnnotations().value(original.at(0)).colors.isEmpty());
 }
 
 TEST_F(KeyPresses, TheFirstAndLastFolderAreToldAtTheEdges)
@@ -155,5 +103,6 @@ TEST_F(KeyPresses, TheFirstAndLastFolderAreToldAtTheEdges)
     const QString first = parent.filePath(QStringLiteral("a"));
     state.setFolderPath(first, first, first);
     dispatcher.perform(HotkeyAction::navigateFolderPrevious);
-    EXPECT_EQ(chrome.messages, QStringList({QStringLiteral("已经是最后一个文件夹"), QStringLiteral("已经是第一个文件夹")}));
+    EXPECT_EQ(chrome.messages,
+              QStringList({QStringLiteral("已经是最后一个文件夹"), QStringLiteral("已经是第一个文件夹")}));
 }

@@ -87,16 +87,16 @@ TEST_P(RemoveFileSelection, MovesTheSelectionByTheDeleteRule)
     EXPECT_EQ(f.state.imageFiles().size(), c.remaining);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rules, RemoveFileSelection,
-    ::testing::Values(RemoveCase{5, 4, 4, 3, 4},             // last removed: the new last
-                      RemoveCase{5, 2, 2, 2, 4},             // the next file slides in
-                      RemoveCase{1, 0, 0, std::nullopt, 0},  // the only file
-                      RemoveCase{5, 3, 1, 3, 4},             // after the removed one: number kept
-                      RemoveCase{5, 1, 3, 1, 4},             // before the removed one: unchanged
-                      RemoveCase{5, std::nullopt, 2, std::nullopt, 4},
-                      RemoveCase{5, 2, 5, 2, 5},             // out of range: nothing changes
-                      RemoveCase{5, 2, -1, 2, 5}));
+INSTANTIATE_TEST_SUITE_P(Rules, RemoveFileSelection,
+                         ::testing::Values(RemoveCase{5, 4, 4, 3, 4},            // last removed: the new last
+                                           RemoveCase{5, 2, 2, 2, 4},            // the next file slides in
+                                           RemoveCase{1, 0, 0, std::nullopt, 0}, // the only file
+                                           RemoveCase{5, 3, 1, 3, 4}, // after the removed one: number kept
+                                           RemoveCase{5, 1, 3, 1, 4}, // before the removed one: unchanged
+                                           RemoveCase{5, std::nullopt, 2, std::nullopt, 4},
+                                           RemoveCase{5, 2, 5, 2,
+                                                      5}, // out of range: nothing changes (logged)
+                                           RemoveCase{5, 2, -1, 2, 5}));
 
 TEST(LMRModeState, RemoveFileDropsPerFileDataAndTheCachedThumbnail)
 {
@@ -119,15 +119,6 @@ TEST(LMRModeState, RemoveFileDropsPerFileDataAndTheCachedThumbnail)
     EXPECT_TRUE(f.cache.image(QStringLiteral("/shoot/other.jpg")));
     EXPECT_TRUE(log.contains(QStringLiteral("LMRModeState - 从列表中移除文件: IMG_1.jpg")));
     EXPECT_TRUE(log.contains(QStringLiteral("LMRModeState - 文件删除完成，剩余文件数: 2, 当前选中索引: 1")));
-}
-
-TEST(LMRModeState, OutOfRangeRemoveIsLoggedAndChangesNothing)
-{
-    Fixture f;
-    f.setUp(2, 0);
-    lumaro::testing::LogCapture log;
-    f.state.removeFile(7);
-    EXPECT_EQ(log.lines(), QStringList{QStringLiteral("LMRModeState - 删除文件索引超出范围: 7")});
 }
 
 TEST(LMRModeState, HistoryKeepsTheSixNewestRecords)
@@ -185,17 +176,6 @@ TEST(LMRModeState, RestoreRemovesOnlyTheMatchingRecord)
     ASSERT_EQ(f.state.deletedFilesHistory().size(), 1);
     EXPECT_EQ(f.state.deletedFilesHistory().front().originalIndex, 2);
     EXPECT_TRUE(log.contains(QStringLiteral("LMRModeState - 文件恢复完成，当前文件数: 4, 选中索引: 1")));
-}
-
-TEST(DeletedFileInfo, EqualityIsNameAndOriginalIndexOnly)
-{
-    DeletedFileInfo a{QStringLiteral("x.jpg"), 3, QStringLiteral("/a")};
-    DeletedFileInfo b{QStringLiteral("x.jpg"), 3, QStringLiteral("/b")};
-    b.trashFileURL = QStringLiteral("/t/x.jpg");
-    b.originalTags = {QStringLiteral("red")};
-    EXPECT_EQ(a, b);
-    b.originalIndex = 4;
-    EXPECT_NE(a, b);
 }
 
 TEST(LMRModeState, AChangedAuthorisedFolderResetsNavigationOutsideDeepMode)

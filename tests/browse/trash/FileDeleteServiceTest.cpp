@@ -31,6 +31,35 @@ FileDeleteService::Options withoutGio()
     return options;
 }
 
+// Renames that always cross a device, as onto a card or another disk.
+FileDeleteService::Options crossingDevices()
+{
+    FileDeleteService::Options options = withoutGio();
+    options.rename = [](const QString&, const QString&) {
+        RenameResult result;
+        result.crossDevice = true;
+        result.error = QStringLiteral("Invalid cross-device link");
+        return result;
+    };
+    return options;
+}
+
+// `bytes` put into the home Trash as another trasher would: files/`item` and its record naming `original`.
+QString putInHomeTrash(const QString& item, const QString& original, const QByteArray& bytes)
+{
+    QString error;
+    EXPECT_TRUE(TrashDirectories::ensure(TrashDirectories::homeTrash(), &error)) << qPrintable(error);
+    QFile file(TrashDirectories::homeTrash() + QStringLiteral("/files/") + item);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    QFile info(TrashDirectories::homeTrash() + QStringLiteral("/info/") + item +
+               QStringLiteral(".trashinfo"));
+    EXPECT_TRUE(info.open(QIODevice::WriteOnly));
+    info.write("[Trash Info]\nPath=" + FreedesktopTrash::encodedPath(original) +
+               "\nDeletionDate=2024-05-01T10:00:00\n");
+    return file.fileName();
+}
+
 DeletedFileInfo recordOf(const QString& folder, const QString& name, const TrashOutcome& outcome)
 {
     DeletedFileInfo info;
@@ -62,7 +91,8 @@ TEST(FileDeleteService, ANameThatIsAPathIsRefused)
     TempFolder folder;
     folder.write(QStringLiteral("keep.jpg"));
     FileDeleteService service(withoutGio());
-    EXPECT_FALSE(service.moveToTrash(QStringLiteral("../keep.jpg"), folder.filePath(QStringLiteral("sub")), {}).ok());
+    EXPECT_FALSE(
+        service.moveToTrash(QStringLiteral("../keep.jpg"), folder.filePath(QStringLiteral("sub")), {}).ok());
     EXPECT_FALSE(service.moveToTrash(QStringLiteral(".."), folder.path(), {}).ok());
     EXPECT_TRUE(folder.exists(QStringLiteral("keep.jpg")));
 }
@@ -78,7 +108,8 @@ TEST(FileDeleteService, RestoresFromTheSavedTrashPath)
     ASSERT_TRUE(service.restoreFile(recordOf(folder.path(), QStringLiteral("a b.jpg"), outcome)));
     EXPECT_EQ(folder.read(QStringLiteral("a b.jpg")), QByteArrayLiteral("pixels"));
     EXPECT_FALSE(QFileInfo::exists(TrashRestorer::entryFor(*outcome.trashFilePath).infoPath));
-    EXPECT_TRUE(log.contains(QStringLiteral("FileDeleteService - 成功恢复文件: ") + folder.filePath("a b.jpg")));
+    EXPECT_TRUE(
+        log.contains(QStringLiteral("FileDeleteService - 成功恢复文件: ") + folder.filePath("a b.jpg")));
     EXPECT_TRUE(log.contains(QStringLiteral("FileDeleteService - 文件恢复完成，准备恢复系统标签 (若有)")));
 }
 
@@ -113,14 +144,7 @@ TEST(FileDeleteService, ACrossDeviceItemIsCopiedBackAndThenRemovedFromTheTrash)
 {
     TempFolder folder;
     folder.write(QStringLiteral("far.jpg"), QByteArray(256 * 1024, 'p'));
-    FileDeleteService::Options options = withoutGio();
-    options.rename = [](const QString&, const QString&) {
-        RenameResult result;
-        result.crossDevice = true;
-        result.error = QStringLiteral("Invalid cross-device link");
-        return result;
-    };
-    FileDeleteService service(options);
+    FileDeleteService service(crossingDevices());
     const TrashOutcome outcome = service.moveToTrash(QStringLiteral("far.jpg"), folder.path(), {});
     ASSERT_TRUE(outcome.ok());
     const QString infoPath = TrashRestorer::entryFor(*outcome.trashFilePath).infoPath;
@@ -143,7 +167,8 @@ TEST(FileDeleteService, AfterTheTrashWasEmptiedEveryWayFails)
     ASSERT_TRUE(QDir(TrashDirectories::homeTrash()).removeRecursively());
     LogCapture log;
     EXPECT_FALSE(service.restoreFile(recordOf(folder.path(), QStringLiteral("a.jpg"), outcome)));
-    EXPECT_TRUE(log.contains(QStringLiteral("FileDeleteService - 废纸篓文件不存在: ") + *outcome.trashFilePath));
+    EXPECT_TRUE(
+        log.contains(QStringLiteral("FileDeleteService - 废纸篓文件不存在: ") + *outcome.trashFilePath));
     EXPECT_TRUE(log.contains(QStringLiteral("FileDeleteService - 所有恢复方法都失败了")));
     EXPECT_FALSE(folder.exists(QStringLiteral("a.jpg")));
 }
@@ -224,13 +249,7 @@ TEST(FileDeleteService, ACrossDeviceCopyIsWaitedForEvenWhenThePoolIsBusy)
     // the copy later took the item out of the Trash.
     TempFolder folder;
     folder.write(QStringLiteral("far.jpg"), QByteArrayLiteral("pixels"));
-    FileDeleteService::Options options = withoutGio();
-    options.rename = [](const QString&, const QString&) {
-        RenameResult result;
-        result.crossDevice = true;
-        return result;
-    };
-    FileDeleteService service(options);
+    FileDeleteService service(crossingDevices());
     const TrashOutcome outcome = service.moveToTrash(QStringLiteral("far.jpg"), folder.path(), {});
     ASSERT_TRUE(outcome.ok());
     QThreadPool* pool = QThreadPool::globalInstance();
@@ -256,51 +275,29 @@ TEST(FileDeleteService, AnItemInTheHomeTrashComesBackToAnotherVolume)
     ASSERT_TRUE(QDir().mkpath(folder));
     const QString original = QDir(folder).filePath(QStringLiteral("IMG_9.jpg"));
     // A trasher that could not use the card's own trash copied the file into the home trash.
-    QString error;
-    ASSERT_TRUE(TrashDirectories::ensure(TrashDirectories::homeTrash(), &error)) << qPrintable(error);
-    const QString item = TrashDirectories::homeTrash() + QStringLiteral("/files/IMG_9.jpg");
     const QByteArray pixels(3 * 1024 * 1024, 'c');
-    QFile file(item);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(pixels);
-    file.close();
-    QFile info(TrashDirectories::homeTrash() + QStringLiteral("/info/IMG_9.jpg.trashinfo"));
-    ASSERT_TRUE(info.open(QIODevice::WriteOnly));
-    info.write("[Trash Info]\nPath=" + FreedesktopTrash::encodedPath(original) +
-               "\nDeletionDate=2024-05-01T10:00:00\n");
-    info.close();
+    const QString item = putInHomeTrash(QStringLiteral("IMG_9.jpg"), original, pixels);
+    const QString info = TrashDirectories::homeTrash() + QStringLiteral("/info/IMG_9.jpg.trashinfo");
 
     FileDeleteService service(withoutGio());
     LogCapture log;
-    DeletedFileInfo record;
-    record.fileName = QStringLiteral("IMG_9.jpg");
-    record.folderPath = folder;
-    record.trashFileURL = item;
-    ASSERT_TRUE(service.restoreFile(record));
+    ASSERT_TRUE(service.restoreFile(recordOf(folder, QStringLiteral("IMG_9.jpg"), TrashOutcome{item})));
     QFile back(original);
     ASSERT_TRUE(back.open(QIODevice::ReadOnly));
     EXPECT_EQ(back.readAll(), pixels);
     EXPECT_FALSE(QFileInfo::exists(item));
-    EXPECT_FALSE(info.exists());
+    EXPECT_FALSE(QFileInfo::exists(info));
     EXPECT_TRUE(log.contains(QStringLiteral("FileDeleteService - 现代API恢复成功: IMG_9.jpg")));
 }
 
 TEST(FileDeleteService, ABatchFindsItemsNamedOtherwiseAndReportsEachFile)
 {
     TempFolder folder;
-    const QString kept = folder.write(QStringLiteral("IMG 7.jpg"), QByteArrayLiteral("seven"));
     folder.write(QStringLiteral("IMG 8.jpg"), QByteArrayLiteral("eight"));
     FileDeleteService service(withoutGio());
     ASSERT_TRUE(service.moveToTrash(QStringLiteral("IMG 8.jpg"), folder.path(), {}).ok());
     // Another trasher's naming: "IMG 7 (2).jpg".
-    QString error;
-    ASSERT_TRUE(TrashDirectories::ensure(TrashDirectories::homeTrash(), &error));
-    ASSERT_TRUE(QFile::rename(kept, TrashDirectories::homeTrash() + QStringLiteral("/files/IMG 7 (2).jpg")));
-    QFile info(TrashDirectories::homeTrash() + QStringLiteral("/info/IMG 7 (2).jpg.trashinfo"));
-    ASSERT_TRUE(info.open(QIODevice::WriteOnly));
-    info.write("[Trash Info]\nPath=" + FreedesktopTrash::encodedPath(kept) +
-               "\nDeletionDate=2024-05-01T10:00:00\n");
-    info.close();
+    putInHomeTrash(QStringLiteral("IMG 7 (2).jpg"), folder.filePath(QStringLiteral("IMG 7.jpg")), "seven");
 
     QList<DeletedFileInfo> records;
     for (const QString name :
