@@ -10,6 +10,7 @@
 #include "app/PairingPanel.h"
 #include "app/PosePanel.h"
 #include "app/ReportPanel.h"
+#include "app/RollPanel.h"
 #include "browse/hotkeys/HistogramHotkey.h"
 #include "app/VisionPanel.h"
 
@@ -26,6 +27,7 @@ void installToolPanels(ToolHost& host)
     host.addToolPanel(QStringLiteral("RAW PICK"), new PairingPanel(PairingPanel::Tool::pick, host));
     host.addToolPanel(QStringLiteral("存储卡导入"), new CardMonitorPanel(host));
     host.addToolPanel(QStringLiteral("拍摄报告"), new ReportPanel(host, browse::HistogramHotkey::shared()));
+    host.addToolPanel(QStringLiteral("云端相册"), new RollPanel(host));
 }
 
 } // namespace lumaro::app
