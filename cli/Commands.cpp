@@ -16,6 +16,7 @@ const std::vector<Command>& commands()
         {QStringLiteral("fav"), QStringLiteral("Mark pictures as favourites, list and audit them"), &runFav},
         {QStringLiteral("group"), QStringLiteral("Prefix each run of related pictures with \"_G<n>_\""), &runGroup},
         {QStringLiteral("ungroup"), QStringLiteral("Take the \"_G<n>_\" group prefixes off again"), &runUngroup},
+        {QStringLiteral("watermark"), QStringLiteral("Read poster identifiers off saved pictures; sort them by poster"), &runWatermark},
         {QStringLiteral("clean"), QStringLiteral("Show, or with --yes trash, the RAW files whose JPG was not kept"), &runClean},
         {QStringLiteral("pick"), QStringLiteral("Copy the RAW files that have a JPG into RAW_PICK"), &runPick},
         {QStringLiteral("card"), QStringLiteral("Recognise a memory card's camera family and count its files"), &runCard},

@@ -32,6 +32,7 @@ int runIndex(const QStringList& arguments);
 int runFav(const QStringList& arguments);
 int runGroup(const QStringList& arguments);
 int runUngroup(const QStringList& arguments);
+int runWatermark(const QStringList& arguments);
 
 int runClean(const QStringList& arguments);
 int runPick(const QStringList& arguments);

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/TrashRestorer.h"
 
+#include "platform/files/FileMover.h"
 #include "platform/files/FileNameCodec.h"
-
-#include "platform/FileCopier.h"
 
 #include <QDir>
 #include <QFile>
@@ -31,21 +30,13 @@ void setError(QString* error, const QString& text)
 
 bool isSafeName(const QString& name)
 {
-    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && name != QStringLiteral(".")
-        && name != QStringLiteral("..");
+    return !name.isEmpty() && !name.contains(QLatin1Char('/')) && name != QStringLiteral(".") &&
+           name != QStringLiteral("..");
 }
 
 bool exists(const QString& path)
 {
     return FileNameCodec::exists(path);
-}
-
-std::optional<dev_t> deviceOf(const QString& path)
-{
-    struct stat info {};
-    if (::lstat(FileNameCodec::encode(path).constData(), &info) != 0)
-        return std::nullopt;
-    return info.st_dev;
 }
 
 QString infoPathOf(const QString& trashedPath)
@@ -62,36 +53,8 @@ void removeInfo(const QString& trashedPath)
 
 } // namespace
 
-RenameFunction systemRenameWithoutReplacing()
-{
-    return [](const QString& from, const QString& to) {
-        RenameResult result;
-        const QByteArray source = FileNameCodec::encode(from);
-        const QByteArray target = FileNameCodec::encode(to);
-        if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0) {
-            result.ok = true;
-            return result;
-        }
-        const int code = errno;
-        if (code == EINVAL || code == ENOSYS || code == ENOTSUP) {
-            result.ok = renameWithoutReplacing(from, to, &result.error);
-            if (!result.ok) {
-                result.targetExists = exists(to);
-                result.crossDevice = !result.targetExists
-                    && deviceOf(from) != deviceOf(QFileInfo(to).absolutePath());
-            }
-            return result;
-        }
-        result.crossDevice = code == EXDEV;
-        result.targetExists = code == EEXIST;
-        result.error = QString::fromLocal8Bit(std::strerror(code));
-        return result;
-    };
-}
-
 TrashRestorer::TrashRestorer(RenameFunction rename, VolumeLookup lookup)
-    : m_rename(std::move(rename))
-    , m_lookup(std::move(lookup))
+    : m_rename(std::move(rename)), m_lookup(std::move(lookup))
 {
 }
 
@@ -113,10 +76,11 @@ std::optional<TrashEntry> TrashRestorer::readInfo(const QString& infoPath, const
                 FileNameCodec::decode(QByteArray::fromPercentEncoding(line.mid(5).trimmed()));
             const QString topDir = TrashDirectories::topDirOfTrash(trashDir);
             entry.originalPath = QDir::isAbsolutePath(path) || topDir.isEmpty()
-                ? QDir::cleanPath(path)
-                : QDir::cleanPath(QDir(topDir).filePath(path));
+                                     ? QDir::cleanPath(path)
+                                     : QDir::cleanPath(QDir(topDir).filePath(path));
         } else if (line.startsWith("DeletionDate=")) {
-            entry.deletionDate = QDateTime::fromString(QString::fromLatin1(line.mid(13).trimmed()), Qt::ISODate);
+            entry.deletionDate =
+                QDateTime::fromString(QString::fromLatin1(line.mid(13).trimmed()), Qt::ISODate);
         }
     }
     if (entry.originalPath.isEmpty() || entry.trashedPath.isEmpty())
@@ -217,23 +181,8 @@ bool TrashRestorer::isItemOf(const QString& trashedPath, const QString& original
 
 bool TrashRestorer::copyBack(const QString& trashedPath, const QString& target, QString* error) const
 {
-    if (exists(target)) {
-        setError(error, QStringLiteral("%1 already exists").arg(target));
+    if (!FileMover::copyThenRemove(trashedPath, target, error))
         return false;
-    }
-    const QFileInfo targetInfo(target);
-    const auto copied = FileCopier::copyWithoutOverwriting(trashedPath, targetInfo.absolutePath(),
-                                                           targetInfo.fileName(), error);
-    if (!copied)
-        return false;
-    if (QFileInfo(*copied).absoluteFilePath() != targetInfo.absoluteFilePath()) {
-        // The name was taken while we copied: our copy is surplus (the original is still in the Trash).
-        ::unlink(FileNameCodec::encode(*copied).constData());
-        setError(error, QStringLiteral("%1 already exists").arg(target));
-        return false;
-    }
-    // The complete copy is in place; only now does the trashed original go.
-    ::unlink(FileNameCodec::encode(trashedPath).constData());
     removeInfo(trashedPath);
     return true;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/TrashDirectories.h"
+#include "platform/files/FileMover.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -13,18 +14,6 @@
 #include <optional>
 
 namespace lumaro::platform {
-
-struct RenameResult
-{
-    bool ok = false;
-    bool crossDevice = false;  // the two paths are on different file systems (EXDEV)
-    bool targetExists = false; // something already has the target's name
-    QString error;
-};
-
-// A rename that never replaces anything. Tests inject one that fails with crossDevice.
-using RenameFunction = std::function<RenameResult(const QString& from, const QString& to)>;
-RenameFunction systemRenameWithoutReplacing();
 
 // One item of a trash: the file in files/, its record in info/, and what the record says.
 struct TrashEntry

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Makes a folder of "saved social pictures" for bench/watermark-accuracy.sh: every photo of BACKGROUNDS,
+// resized to a platform's size, stamped with a poster's identifier (Latin and Chinese handles, ID lines;
+// corners and bottom; 40–80 % opacity; with and without shadow and logo; 1–3 % of the height) or left clean.
+// truth.tsv names each picture's identifier (empty for the clean ones).
+//   watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES
+#include "tests/support/WatermarkStamp.h"
+
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QImage>
+#include <QRandomGenerator>
+#include <QTextStream>
+
+#include <cstdio>
+
+using namespace lumaro::testing;
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+    if (argc != 6) {
+        std::fprintf(stderr, "usage: watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES\n");
+        return 2;
+    }
+    const QDir backgrounds(QString::fromLocal8Bit(argv[1]));
+    const QDir out(QString::fromLocal8Bit(argv[2]));
+    QDir().mkpath(out.path());
+    QRandomGenerator random(quint32(QByteArray(argv[3]).toUInt()));
+    QFile postersFile(QString::fromLocal8Bit(argv[4]));
+    if (!postersFile.open(QIODevice::ReadOnly))
+        return 2;
+    // Each line: the identifier, a tab, the text the platform stamps.
+    QList<QStringList> posters;
+    for (const QString& line : QString::fromUtf8(postersFile.readAll()).split(QLatin1Char('\n')))
+        if (line.contains(QLatin1Char('\t')))
+            posters << line.split(QLatin1Char('\t'));
+    const int copies = QByteArray(argv[5]).toInt();
+    QFile truthFile(out.filePath(QStringLiteral("truth.tsv")));
+    truthFile.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    QTextStream truth(&truthFile);
+    int n = 0;
+    for (const QString& name : backgrounds.entryList({"*.jpg", "*.png"}, QDir::Files, QDir::Name)) {
+        const QImage photo(backgrounds.filePath(name));
+        if (photo.isNull())
+            continue;
+        for (int copy = 0; copy < copies; ++copy) {
+            const int longSide = 1080 + int(random.bounded(3)) * 260; // 1080, 1340, 1600
+            QImage picture = photo.scaled(longSide, longSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+            QString identifier;
+            if (random.bounded(5) != 0) { // one in five stays clean
+                const QStringList& poster = posters[int(random.bounded(qsizetype(posters.size())))];
+                identifier = poster[0];
+                WatermarkStyle style;
+                style.place = StampPlace(random.bounded(5));
+                style.opacity = 0.4 + random.bounded(0.4);
+                style.heightShare = 0.01 + random.bounded(0.02);
+                style.shadow = random.bounded(2) == 1;
+                style.logo = random.bounded(3) == 0;
+                picture = stampWatermark(picture, poster[1], style);
+            }
+            const QString file = QStringLiteral("saved_%1.jpg").arg(++n, 3, 10, QLatin1Char('0'));
+            picture.save(out.filePath(file), "JPEG", 90);
+            truth << file << '\t' << identifier << '\n';
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The share of stamped identifiers `lumaro-cli watermark --all` reads right, on two sets of saved-style
+# pictures made by watermark_set_maker: tuned/ (the photos of ../shared/models/test-images, posters of
+# watermark-set/posters-tuned.tsv) and heldout/ (other photos, other posters, another seed), and the time.
+#   watermark-accuracy.sh BUILD_DIR HELDOUT_PHOTOS [SET_DIR]
+# HELDOUT_PHOTOS: a folder of photos the reader was not tuned on (the set used came from Debian's opencv-doc).
+set -euo pipefail
+build=$1
+heldout_photos=$2
+set_dir=${3:-/tmp/lumaro-watermark-set}
+here=$(cd "$(dirname "$0")" && pwd)
+models=${LUMARO_MODELS_DIR:-$here/../../shared/models}
+export LUMARO_MODELS_DIR=$models
+maker=$build/bench/watermark_set_maker
+rm -rf "$set_dir" && mkdir -p "$set_dir"
+"$maker" "$models/test-images" "$set_dir/tuned" 1 "$here/watermark-set/posters-tuned.tsv" 3 2>/dev/null
+"$maker" "$heldout_photos" "$set_dir/heldout" 2 "$here/watermark-set/posters-heldout.tsv" 3 2>/dev/null
+for set in tuned heldout; do
+    mv "$set_dir/$set/truth.tsv" "$set_dir/$set.truth.tsv"
+    start=$(date +%s.%N)
+    "$build/cli/lumaro-cli" watermark "$set_dir/$set" --all --quiet > "$set_dir/$set.out" || true
+    end=$(date +%s.%N)
+    python3 - "$set" "$set_dir/$set.truth.tsv" "$set_dir/$set.out" "$start" "$end" <<'PY'
+import sys
+name, truth_path, out_path, start, end = sys.argv[1:]
+truth = dict(l.rstrip('\n').split('\t') for l in open(truth_path, encoding='utf-8') if '\t' in l)
+got = {}
+for line in open(out_path, encoding='utf-8'):
+    parts = line.rstrip('\n').split('\t')
+    if len(parts) >= 2 and parts[0] in truth:
+        got[parts[0]] = '' if parts[1] == '-' else parts[1]
+stamped = [f for f in truth if truth[f]]
+right = sum(1 for f in stamped if got.get(f) == truth[f])
+wrong = [f for f in truth if got.get(f) and got[f] != truth[f]]
+seconds = float(end) - float(start)
+print(f"{name}: {right}/{len(stamped)} identifiers right ({100 * right / max(1, len(stamped)):.1f} %), "
+      f"{len(wrong)} pictures given a wrong identifier, {len(truth) - len(stamped)} clean; "
+      f"{seconds:.1f} s for {len(truth)} pictures ({seconds / max(1, len(truth)):.2f} s each)")
+for f in wrong:
+    print(f"  wrong: {f}: {got[f]!r} for {truth[f]!r}")
+PY
+done

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Stamps a platform-style identifier over a picture, the way saved social pictures carry their poster's name.
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+namespace lumaro::testing {
+
+enum class StampPlace
+{
+    topLeft,
+    topRight,
+    bottomLeft,
+    bottomRight,
+    bottomCentre
+};
+
+struct WatermarkStyle
+{
+    StampPlace place = StampPlace::bottomRight;
+    double opacity = 0.6;      // 0..1, of the white text
+    double heightShare = 0.02; // text height as a part of the picture's height
+    bool shadow = false;       // a dark copy one step down and right, as platforms draw it
+    bool logo = false;         // a small rounded mark before the text
+};
+
+// Returns `picture` with `text` drawn on it in Noto Sans CJK (any installed sans font when missing).
+QImage stampWatermark(const QImage& picture, const QString& text, const WatermarkStyle& style);
+
+} // namespace lumaro::testing

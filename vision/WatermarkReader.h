@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Reads the identifier a platform stamped on a picture, from its corners and bottom edge enlarged.
+#pragma once
+
+#include "vision/WatermarkIdentifier.h"
+
+#include <QImage>
+#include <QList>
+#include <QRect>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+namespace lumaro::platform {
+class TextRecognizer;
+}
+
+namespace lumaro::vision {
+
+struct WatermarkReading
+{
+    std::optional<WatermarkIdentifier> found;
+    QStringList lines; // every line read in the regions, region by region
+    QString error;     // empty unless the recogniser failed in every region
+};
+
+// Not thread-safe: one per worker (it owns its recogniser). Platforms draw their stamp small (1–3 % of the
+// picture's height) near a corner or the middle of the bottom edge, so only those regions are read, each
+// enlarged until its text is as tall as the line reader wants it. Regions overlap, so a stamp cut by one
+// region's edge is whole in its neighbour. When several identifiers are read, the one read in most regions
+// wins; on a tie an ID line beats a handle (the number is the account, the name can change).
+class WatermarkReader
+{
+public:
+    explicit WatermarkReader(std::unique_ptr<platform::TextRecognizer> recognizer);
+    ~WatermarkReader();
+
+    WatermarkReading read(const QImage& upright);
+
+    // The regions read, in the picture's pixels: the two top corners, the two bottom corners and the middle
+    // of the bottom edge.
+    static QList<QRect> regionsOf(QSize picture);
+
+    static constexpr int kDecodeSide = 2048;      // long side the picture is decoded at
+    static constexpr double kRegionWidth = 0.5;   // of the picture's width
+    static constexpr double kRegionHeight = 0.16; // of its height
+    static constexpr double kMaxEnlargement = 4.0;
+
+private:
+    std::unique_ptr<platform::TextRecognizer> m_recognizer;
+};
+
+} // namespace lumaro::vision
