@@ -24,8 +24,9 @@ namespace {
 const QString kTag = QStringLiteral("POSE_PANEL");
 constexpr int kPreviewSide = 900;
 
-QString describe(int number, const pose::PersonPose& person)
+QString describe(int number, const pose::AnalysedPerson& analysed)
 {
+    const pose::PersonPose& person = analysed.pose;
     QStringList lines;
     const pose::PoseActionRuleDefinition& action = pose::ruleDefinition(person.action);
     lines << QStringLiteral("#%1  %2  %3").arg(number).arg(person.verdict(), action.displayName);
@@ -43,6 +44,11 @@ QString describe(int number, const pose::PersonPose& person)
         lines << QStringLiteral("    ") + person.level2->reason;
     }
     lines << QStringLiteral("  ") + action.summary;
+    QStringList repaired;
+    for (auto it = analysed.repairs.cbegin(); it != analysed.repairs.cend(); ++it)
+        repaired << it.key() + QStringLiteral("（") + rawValue(it.value()) + QStringLiteral("）");
+    if (!repaired.isEmpty())
+        lines << QStringLiteral("  已修复关节: ") + repaired.join(QStringLiteral(", "));
     return lines.join(u'\n');
 }
 
@@ -158,7 +164,7 @@ void PosePanel::present(const QString& path, const Outcome& outcome)
                                               : QStringLiteral("%1: %2 人").arg(name).arg(analysis.people.size()));
     QStringList text;
     for (std::size_t i = 0; i < analysis.people.size(); ++i)
-        text << describe(int(i) + 1, analysis.people[i].pose);
+        text << describe(int(i) + 1, analysis.people[i]);
     m_details->setPlainText(text.join(QStringLiteral("\n\n")));
     m_overlay->show(outcome.preview, analysis.people);
 }

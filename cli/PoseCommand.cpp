@@ -23,13 +23,15 @@ QJsonValue optionalText(const std::optional<QString>& text)
     return text ? QJsonValue(*text) : QJsonValue();
 }
 
-QJsonObject jointsJson(const platform::JointDictionary& joints)
+QJsonObject jointsJson(const platform::JointDictionary& joints, const pose::JointRepairs& repairs)
 {
     QJsonObject object;
     for (const platform::JointSample& joint : joints) {
         QJsonObject sample{{QStringLiteral("confidence"), double(joint.confidence)}};
         sample.insert(QStringLiteral("x"), joint.location ? QJsonValue(joint.location->x()) : QJsonValue());
         sample.insert(QStringLiteral("y"), joint.location ? QJsonValue(joint.location->y()) : QJsonValue());
+        if (repairs.contains(joint.name))
+            sample.insert(QStringLiteral("repair"), rawValue(repairs.value(joint.name)));
         object.insert(joint.name, sample);
     }
     return object;
@@ -69,7 +71,7 @@ QJsonObject personJson(const pose::AnalysedPerson& analysed)
                        {QStringLiteral("actionName"), action.displayName},
                        {QStringLiteral("score"), double(analysed.score)},
                        {QStringLiteral("box"), boxJson(analysed.box)},
-                       {QStringLiteral("joints"), jointsJson(person.joints)}};
+                       {QStringLiteral("joints"), jointsJson(person.joints, analysed.repairs)}};
 }
 
 void printPerson(QTextStream& out, int number, const pose::PersonPose& person)

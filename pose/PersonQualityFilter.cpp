@@ -13,10 +13,11 @@ std::optional<QualifiedPerson> PersonQualityFilter::qualify(const platform::Dete
     for (platform::JointSample joint : sighting.joints) {
         if (joint.confidence < kJointFloor)
             joint.location.reset();
-        if (joint.location)
-            ++person.locatedJoints;
         person.joints.insert(joint.name, joint);
     }
+    person.repairs = SkeletonRepairer().repair(person.joints, person.box);
+    for (const platform::JointSample& joint : person.joints)
+        person.locatedJoints += joint.location ? 1 : 0;
     if (person.locatedJoints < kMinLocatedJoints)
         return std::nullopt;
     return person;

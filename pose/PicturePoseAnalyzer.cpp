@@ -55,8 +55,8 @@ PicturePoseAnalyzer::analyse(const QString& path, const std::optional<std::optio
     const PersonPoseEstimator estimator;
     for (const platform::DetectedPerson& sighting : detection->people) {
         if (const auto person = filter.qualify(sighting))
-            analysis.people.push_back(
-                {estimator.evaluate(person->joints, analysis.visionTags), person->box, person->score});
+            analysis.people.push_back({estimator.evaluate(person->joints, analysis.visionTags),
+                                       person->repairs, person->box, person->score});
     }
     analysis.rulesMs = timer.nsecsElapsed() / 1e6;
     return analysis;

@@ -4,6 +4,7 @@
 
 #include "platform/pose/BodyPoseDetector.h"
 #include "pose/PersonPoseEstimator.h"
+#include "pose/SkeletonRepairer.h"
 
 #include <QRectF>
 #include <QSize>
@@ -20,8 +21,9 @@ namespace lumaro::pose {
 struct AnalysedPerson
 {
     PersonPose pose;
-    QRectF box;         // normalised, y upward
-    float score = 0.0f; // how sure the detector is of the person
+    JointRepairs repairs; // joints put right before the rules saw them
+    QRectF box;           // normalised, y upward
+    float score = 0.0f;   // how sure the detector is of the person
 };
 
 struct PicturePoseAnalysis
