@@ -27,7 +27,15 @@ struct Candidate
 {
     WatermarkIdentifier identifier;
     int regions = 0;
+    QRect firstRegion;
 };
+
+// A region cut out and enlarged `scale` times for the line reader.
+QImage enlargedRegion(const QImage& picture, const QRect& region, double scale)
+{
+    return picture.copy(region).scaled(region.size() * scale, Qt::IgnoreAspectRatio,
+                                       Qt::SmoothTransformation);
+}
 
 bool isBetter(const Candidate& a, const Candidate& b)
 {
@@ -66,10 +74,8 @@ WatermarkReading WatermarkReader::read(const QImage& upright)
     int failedRegions = 0;
     const QList<QRect> regions = regionsOf(upright.size());
     for (const QRect& region : regions) {
-        const double scale = enlargementFor(region.size());
-        const QImage crop = upright.copy(region).scaled(region.size() * scale, Qt::IgnoreAspectRatio,
-                                                        Qt::SmoothTransformation);
-        const platform::TextRecognition text = m_recognizer->recognize(crop);
+        const platform::TextRecognition text =
+            m_recognizer->recognize(enlargedRegion(upright, region, enlargementFor(region.size())));
         if (!text.error.isEmpty()) {
             ++failedRegions;
             reading.error = text.error;
@@ -88,14 +94,27 @@ WatermarkReading WatermarkReader::read(const QImage& upright)
             if (same != candidates.end())
                 ++same->regions;
             else
-                candidates << Candidate{*found, 1};
+                candidates << Candidate{*found, 1, region};
         }
     }
     if (failedRegions < regions.size())
         reading.error.clear();
-    if (!candidates.isEmpty())
-        reading.found = std::min_element(candidates.begin(), candidates.end(), isBetter)->identifier;
+    if (candidates.isEmpty())
+        return reading;
+    const Candidate& best = *std::min_element(candidates.begin(), candidates.end(), isBetter);
+    if (best.regions >= 2 || isConfirmed(upright, best.firstRegion, best.identifier.identifier))
+        reading.found = best.identifier;
     return reading;
+}
+
+bool WatermarkReader::isConfirmed(const QImage& upright, const QRect& region, const QString& identifier)
+{
+    const double scale = enlargementFor(region.size()) * kConfirmationScale;
+    const platform::TextRecognition again = m_recognizer->recognize(enlargedRegion(upright, region, scale));
+    return std::any_of(again.lines.begin(), again.lines.end(), [&](const QString& line) {
+        const std::optional<WatermarkIdentifier> found = WatermarkIdentifier::find(line);
+        return found && found->identifier == identifier;
+    });
 }
 
 } // namespace lumaro::vision

@@ -29,7 +29,10 @@ struct WatermarkReading
 // picture's height) near a corner or the middle of the bottom edge, so only those regions are read, each
 // enlarged until its text is as tall as the line reader wants it. Regions overlap, so a stamp cut by one
 // region's edge is whole in its neighbour. When several identifiers are read, the one read in most regions
-// wins; on a tie an ID line beats a handle (the number is the account, the name can change).
+// wins; on a tie an ID line beats a handle (the number is the account, the name can change). An identifier
+// seen in one region only must be read the same again from that region at another enlargement: a misread
+// character rarely repeats at another scale, and a picture sorted to the wrong poster is worse than one left
+// where it is.
 class WatermarkReader
 {
 public:
@@ -46,8 +49,11 @@ public:
     static constexpr double kRegionWidth = 0.5;   // of the picture's width
     static constexpr double kRegionHeight = 0.16; // of its height
     static constexpr double kMaxEnlargement = 4.0;
+    static constexpr double kConfirmationScale = 1.5; // the second reading's enlargement over the first
 
 private:
+    bool isConfirmed(const QImage& upright, const QRect& region, const QString& identifier);
+
     std::unique_ptr<platform::TextRecognizer> m_recognizer;
 };
 

@@ -120,3 +120,25 @@ TEST(WatermarkService, ReadsRealStampsOnRealPhotos)
     EXPECT_EQ(run.results[2].identifier, QStringLiteral("@橘子汽水"));
     EXPECT_FALSE(run.results[3].isIdentified()) << run.results[3].identifier.toStdString();
 }
+
+TEST(WatermarkReader, AnIdentifierReadOnceAndNotAgainIsLeftUnread)
+{
+    // The first region reads a stamp; every later reading, the confirming one included, sees nothing there.
+    class ReadsOnce final : public lumaro::platform::TextRecognizer
+    {
+    public:
+        lumaro::platform::TextRecognition recognize(const QImage&) override
+        {
+            return {m_calls++ == 0 ? QStringList{QStringLiteral("@lily_ehen")} : QStringList{}, {}};
+        }
+
+    private:
+        int m_calls = 0;
+    };
+    WatermarkReader reader(std::make_unique<ReadsOnce>());
+    QImage picture(400, 300, QImage::Format_RGB32);
+    picture.fill(Qt::gray);
+    const WatermarkReading reading = reader.read(picture);
+    EXPECT_FALSE(reading.found);
+    EXPECT_EQ(reading.lines, QStringList{QStringLiteral("@lily_ehen")});
+}
