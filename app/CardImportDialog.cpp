@@ -138,7 +138,7 @@ void CardImportDialog::showOutcome(const cards::ImportOutcome& outcome)
     QString text = m_service->importStatus();
     if (outcome.failedCount > 0) {
         text += QStringLiteral("\n复制失败 %1 个：").arg(outcome.failedCount);
-        for (const cards::ImportFailure& failure : outcome.failures.mid(0, 10))
+        for (const cards::FileFailure& failure : outcome.failures.mid(0, 10))
             text += QStringLiteral("\n") + QFileInfo(failure.source).fileName() + QStringLiteral("：") +
                     failure.error;
     }

@@ -3,6 +3,7 @@
 // kind.
 #pragma once
 
+#include "cards/FileFailure.h"
 #include "cards/NewFileInfo.h"
 
 #include <QList>
@@ -15,12 +16,6 @@ namespace lumaro::cards {
 
 class CardImportJournal;
 
-struct ImportFailure
-{
-    QString source; // the file on the card
-    QString error;
-};
-
 struct ImportOutcome
 {
     QString destination; // the roll folder; empty when it could not be made
@@ -29,7 +24,7 @@ struct ImportOutcome
     int renamedCount = 0; // copies that took a free name because the name was taken
     bool resumed = false; // an interrupted import of this card was taken up in its own roll
     int partialCopiesRemoved = 0;
-    QList<ImportFailure> failures;
+    QList<FileFailure> failures; // files on the card that were not copied
     QString error; // why nothing was copied (no location, the roll folder could not be made)
 };
 

@@ -2,7 +2,10 @@
 // One finished pairing clean, as kept in the panel's history.
 #pragma once
 
+#include "cards/FileFailure.h"
+
 #include <QDateTime>
+#include <QList>
 #include <QString>
 
 namespace lumaro::cards {
@@ -16,6 +19,7 @@ struct CleanResult
     QString message;           // the text shown to the user
 
     int failedFilesCount = 0;  // files that could not be moved (logged one by one)
+    QList<FileFailure> failures; // as many as failedFilesCount
 };
 
 } // namespace lumaro::cards

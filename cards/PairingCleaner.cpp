@@ -51,6 +51,7 @@ CleanResult PairingCleaner::clean(const QStringList& unmatchedFiles, const Progr
         } else {
             Log::raw(QStringLiteral("Error moving file to trash: ") + error + QStringLiteral(" - ") + path);
             result.failedFilesCount += 1;
+            result.failures.append({path, error});
         }
         if (progress)
             progress(double(i + 1) / double(total));

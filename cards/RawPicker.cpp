@@ -43,11 +43,13 @@ PickResult RawPicker::pick(const QStringList& matchedRawFiles, const QString& ra
         if (QFileInfo(target).isDir()) {
             Log::raw(QStringLiteral("copy error: ") + target + QStringLiteral(" is a folder"));
             result.failedCount += 1;
+            result.failures.append({source, target + QStringLiteral(" is a folder")});
         } else if (platform::FileCopier::copyReplacing(source, target, &error)) {
             result.copiedCount += 1;
         } else {
             Log::raw(QStringLiteral("copy error: ") + error + QStringLiteral(" - ") + source);
             result.failedCount += 1;
+            result.failures.append({source, error});
         }
         if (progress)
             progress(double(i + 1) / double(total));

@@ -2,6 +2,9 @@
 // Copies the RAW files that have a JPG partner into "RAW_PICK" beside the RAW folder.
 #pragma once
 
+#include "cards/FileFailure.h"
+
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +18,7 @@ struct PickResult
     QString pickFolder;   // the RAW_PICK folder; empty when it could not be made
     int copiedCount = 0;
     int failedCount = 0;
+    QList<FileFailure> failures; // as many as failedCount
     QString errorMessage; // the text shown to the user when RAW_PICK could not be made
 };
 

@@ -95,6 +95,8 @@ int runClean(const QStringList& arguments)
             bar.advance();
         });
     bar.finish();
+    for (const cards::FileFailure& failure : result.failures)
+        line.itemFailed(failure.source, failure.error);
     if (line.json()) {
         out << QJsonDocument(QJsonObject{{QStringLiteral("cleaned"), result.cleanedFilesCount},
                                          {QStringLiteral("failed"), result.failedFilesCount},

@@ -133,6 +133,12 @@ int CommandLine::fail(const QString& message, int code) const
     return code;
 }
 
+void CommandLine::itemFailed(const QString& item, const QString& reason) const
+{
+    standardError() << "lumaro-cli " << m_command << ": " << escapedForLine(item) << ": " << escapedForLine(reason)
+                    << Qt::endl;
+}
+
 int CommandLine::usageError(const QString& message) const
 {
     printJsonError(message, 2);

@@ -12,7 +12,8 @@
 
 namespace lumaro::cli {
 
-// Results go to standard output; the system's log lines go to standard error unless --quiet.
+// Results go to standard output; the system's log lines go to standard error unless --quiet; the reason each
+// failed item failed goes to standard error always.
 class CommandLine
 {
 public:
@@ -42,6 +43,9 @@ public:
     // {"error": message, "exitCode": code} on standard output, so a JSON caller always gets JSON.
     int fail(const QString& message, int code) const;
     int usageError(const QString& message) const;
+    // "lumaro-cli COMMAND: ITEM: reason" on standard error for one item of a batch that failed. Printed with
+    // --quiet and --json too: quiet hides the progress, never why a file was left out.
+    void itemFailed(const QString& item, const QString& reason) const;
 
 private:
     QString usage() const;

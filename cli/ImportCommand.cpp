@@ -25,7 +25,7 @@ namespace {
 QJsonObject summary(const cards::NewFileInfo& files, const cards::ImportOutcome& outcome)
 {
     QJsonArray failures;
-    for (const cards::ImportFailure& failure : outcome.failures)
+    for (const cards::FileFailure& failure : outcome.failures)
         failures.append(
             QJsonObject{{QStringLiteral("file"), failure.source}, {QStringLiteral("error"), failure.error}});
     return QJsonObject{
@@ -132,11 +132,12 @@ int runImport(const QStringList& arguments)
             out << "Resumed the interrupted import\n";
         out << "导入的文件已保存到：" << escapedForLine(outcome.destination) << "\n";
         printSkipped(out, files);
-        for (const cards::ImportFailure& failure : outcome.failures)
-            out << "Failed: " << escapedForLine(failure.source) << ": " << escapedForLine(failure.error)
-                << "\n";
+        if (outcome.failedCount > 0)
+            out << "Failed: " << outcome.failedCount << "\n";
     }
     out.flush();
+    for (const cards::FileFailure& failure : outcome.failures)
+        line.itemFailed(failure.source, failure.error);
     return outcome.failedCount > 0 ? exitPartial : exitOk;
 }
 

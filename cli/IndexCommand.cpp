@@ -103,15 +103,22 @@ int runIndex(const QStringList& arguments)
                            "read-only); nothing was written")
                 .arg(QDir(folder).filePath(QStringLiteral("_index"))),
             exitUsage);
+    for (const vision::VisionIndexFailure& failure : run.failures)
+        line.itemFailed(failure.fileName, failure.reason);
     QTextStream& out = standardOutput();
     if (line.json()) {
         QJsonObject marks;
         for (const vision::VisionRecognitionResult& r : run.results)
             marks.insert(r.fileName, r.classificationMark);
+        QJsonArray failures;
+        for (const vision::VisionIndexFailure& failure : run.failures)
+            failures.append(QJsonObject{{QStringLiteral("file"), failure.fileName},
+                                        {QStringLiteral("error"), failure.reason}});
         out << QJsonDocument(QJsonObject{{QStringLiteral("index"), run.indexPath},
                                          {QStringLiteral("summary"), run.summaryPath},
                                          {QStringLiteral("analysed"), int(run.results.size())},
                                          {QStringLiteral("failed"), run.failed},
+                                         {QStringLiteral("failures"), failures},
                                          {QStringLiteral("marks"), marks}})
                    .toJson(QJsonDocument::Compact)
             << "\n";

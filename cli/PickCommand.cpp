@@ -53,6 +53,8 @@ int runPick(const QStringList& arguments)
     const cards::PickResult result =
         cards::RawPicker::pick(results.matchedFiles, folders->raw, [&bar](double) { bar.advance(); });
     bar.finish();
+    for (const cards::FileFailure& failure : result.failures)
+        line.itemFailed(failure.source, failure.error);
     if (line.json()) {
         out << QJsonDocument(QJsonObject{{QStringLiteral("pickFolder"), result.pickFolder},
                                          {QStringLiteral("copied"), result.copiedCount},

@@ -143,10 +143,7 @@ int runThumbs(const QStringList& arguments)
             continue;
         }
         ++(result.outcome == Outcome::skipped ? skipped : failed);
-        platform::Log::line(QStringLiteral("THUMBS"), (result.outcome == Outcome::skipped ? QStringLiteral("⚠️ 跳过: ")
-                                                                                         : QStringLiteral("❌ 失败: "))
-                                                          + escapedForLine(names.at(i)) + QStringLiteral(" - ")
-                                                          + result.error);
+        line.itemFailed(names.at(i), result.error);
     }
     const double seconds = double(timer.nsecsElapsed()) / 1e9;
     platform::Log::raw(QStringLiteral("PERF-THUMBS: %1 张, %2 s").arg(names.size()).arg(seconds, 0, 'f', 3));

@@ -222,8 +222,9 @@ VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStrin
             const QString path = QDir(folderPath).filePath(name);
             std::unique_ptr<VisionPictureAnalyzer> analyzer = analyzers.take();
             std::optional<VisionRecognitionResult> result;
+            QString reason = QStringLiteral("no analyser could be made");
             if (analyzer)
-                result = analyzer->analyze(path, &times);
+                result = analyzer->analyze(path, &times, &reason);
             analyzers.give(std::move(analyzer));
             {
                 std::lock_guard lock(resultsMutex);
@@ -232,6 +233,7 @@ VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStrin
                 else {
                     Log::line(kTag, QStringLiteral("识别失败: ") + name);
                     ++outcome.failed;
+                    outcome.failures.append({name, reason});
                 }
                 ++done;
                 if (options.onPictureFinished)

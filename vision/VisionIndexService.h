@@ -29,6 +29,13 @@ struct VisionIndexRunOptions
     const std::atomic<bool>* cancel = nullptr; // checked before each picture is admitted
 };
 
+// A picture left out of the run, and why.
+struct VisionIndexFailure
+{
+    QString fileName;
+    QString reason;
+};
+
 struct VisionIndexRunResult
 {
     QString indexPath;   // empty when no index file was written
@@ -38,6 +45,7 @@ struct VisionIndexRunResult
     bool cancelled = false;
     bool indexFolderRefused = false;        // `_index` exists but is not a folder, or cannot be made
     QList<VisionRecognitionResult> results; // in the order the pictures finished
+    QList<VisionIndexFailure> failures;     // in the order the pictures failed; as many as `failed`
     // CPU-side seconds per stage, summed over all workers.
     double decodeSeconds = 0, classificationSeconds = 0, objectsSeconds = 0, peopleSeconds = 0,
            facesSeconds = 0, drawingSeconds = 0, textSeconds = 0;

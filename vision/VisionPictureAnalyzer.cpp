@@ -87,7 +87,8 @@ VisionPictureAnalyzer::keptObservations(const std::vector<SceneObservation>& obs
 }
 
 std::optional<std::vector<platform::FaceBox>> VisionPictureAnalyzer::facesIn(const QImage& image,
-                                                                           VisionStageTimes* times)
+                                                                           VisionStageTimes* times,
+                                                                           QString* error)
 {
     if (!m_backends.faces)
         return std::vector<platform::FaceBox>{};
@@ -98,6 +99,7 @@ std::optional<std::vector<platform::FaceBox>> VisionPictureAnalyzer::facesIn(con
     platform::FaceDetection found = m_backends.faces->detect(small);
     if (!found.error.isEmpty()) {
         Log::line(kTag, QStringLiteral("执行 Vision 请求失败: ") + found.error);
+        *error = found.error;
         return std::nullopt;
     }
     const double scaleX = double(image.width()) / small.width();
@@ -110,7 +112,8 @@ std::optional<std::vector<platform::FaceBox>> VisionPictureAnalyzer::facesIn(con
 }
 
 std::optional<PictureSignals> VisionPictureAnalyzer::signalsOf(const QString& filePath, const QImage& image,
-                                                const QSize& pixelSize, VisionStageTimes* times)
+                                                const QSize& pixelSize, VisionStageTimes* times,
+                                                QString* error)
 {
     PictureSignals s;
     s.pixelSize = pixelSize;
@@ -139,7 +142,7 @@ std::optional<PictureSignals> VisionPictureAnalyzer::signalsOf(const QString& fi
         else
             logBackendError(QStringLiteral("人物检测错误: "), found.error);
     }
-    std::optional<std::vector<platform::FaceBox>> faces = facesIn(image, times);
+    std::optional<std::vector<platform::FaceBox>> faces = facesIn(image, times, error);
     if (!faces)
         return std::nullopt;
     s.faces = std::move(*faces);
@@ -166,16 +169,18 @@ std::optional<PictureSignals> VisionPictureAnalyzer::signalsOf(const QString& fi
 }
 
 std::optional<VisionRecognitionResult> VisionPictureAnalyzer::analyze(const QString& filePath,
-                                                                      VisionStageTimes* times)
+                                                                      VisionStageTimes* times, QString* error)
 {
+    QString reason;
+    if (!error)
+        error = &reason;
     std::optional<platform::AnalysisImage> decoded;
-    QString error;
     {
         StageTimer timer(stage(times, &VisionStageTimes::decode));
-        decoded = platform::AnalysisImageReader::read(filePath, kDecodeSide, &error);
+        decoded = platform::AnalysisImageReader::read(filePath, kDecodeSide, error);
     }
     if (!decoded) {
-        Log::line(kTag, QStringLiteral("执行 Vision 请求失败: ") + error);
+        Log::line(kTag, QStringLiteral("执行 Vision 请求失败: ") + *error);
         return std::nullopt;
     }
 
@@ -185,7 +190,7 @@ std::optional<VisionRecognitionResult> VisionPictureAnalyzer::analyze(const QStr
     result.pixelWidth = decoded->pixelSize.width();
     result.pixelHeight = decoded->pixelSize.height();
 
-    const std::optional<PictureSignals> signals = signalsOf(filePath, decoded->image, decoded->pixelSize, times);
+    const std::optional<PictureSignals> signals = signalsOf(filePath, decoded->image, decoded->pixelSize, times, error);
     if (!signals)
         return std::nullopt;
     double confidenceSum = 0.0;

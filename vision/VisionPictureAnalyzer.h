@@ -48,7 +48,8 @@ struct VisionBackends
 };
 
 // Not thread-safe: one analyser per worker thread at a time (the backends keep network state). A picture
-// that cannot be decoded gives nullopt; a backend's error is logged and only empties that backend's part.
+// that cannot be decoded gives nullopt and its reason in `error`; a backend's error is logged and only empties
+// that backend's part.
 class VisionPictureAnalyzer
 {
 public:
@@ -57,8 +58,8 @@ public:
 
     static std::unique_ptr<VisionPictureAnalyzer> withInstalledModels();
 
-    std::optional<VisionRecognitionResult> analyze(const QString& filePath,
-                                                   VisionStageTimes* times = nullptr);
+    std::optional<VisionRecognitionResult> analyze(const QString& filePath, VisionStageTimes* times = nullptr,
+                                                   QString* error = nullptr);
 
     // Of the observations as given (decisive first): at most the first 10, then those strictly above 0.2
     // in single precision.
@@ -73,10 +74,12 @@ public:
     static constexpr float kMinConfidence = 0.2f;
 
 private:
-    // nullopt when the face detector could not look at the picture at all (logged): "no face" would be a guess.
+    // nullopt when the face detector could not look at the picture at all (logged, the reason in `error`): "no
+    // face" would be a guess.
     std::optional<PictureSignals> signalsOf(const QString& filePath, const QImage& image, const QSize& pixelSize,
-                                            VisionStageTimes* times);
-    std::optional<std::vector<platform::FaceBox>> facesIn(const QImage& image, VisionStageTimes* times);
+                                            VisionStageTimes* times, QString* error);
+    std::optional<std::vector<platform::FaceBox>> facesIn(const QImage& image, VisionStageTimes* times,
+                                                          QString* error);
 
     VisionBackends m_backends;
 };

@@ -97,6 +97,15 @@ TEST(CliPick, CopiesIntoRawPickBesideTheRawFolder)
     EXPECT_EQ(result.exitCode, 0) << result.errText().toStdString();
     EXPECT_EQ(folder.entries(QStringLiteral("RAW_PICK")),
               (QStringList{QStringLiteral("IMG_0.CR3"), QStringLiteral("IMG_1.CR3")}));
+
+    // A folder in the way of one copy: that file fails, named with its reason even under -q.
+    QFile::remove(folder.filePath(QStringLiteral("RAW_PICK/IMG_1.CR3")));
+    folder.makeFolder(QStringLiteral("RAW_PICK/IMG_1.CR3"));
+    const CliResult blocked = runCli(pairing(folder, QStringLiteral("pick")));
+    EXPECT_EQ(blocked.exitCode, 1);
+    EXPECT_TRUE(blocked.errText().contains(QStringLiteral("lumaro-cli pick: ") +
+                                           folder.filePath(QStringLiteral("raw/IMG_1.CR3")) + QStringLiteral(": ")))
+        << blocked.errText().toStdString();
 }
 
 TEST(CliCard, NamesTheFamilyAndCounts)
@@ -173,8 +182,10 @@ TEST(CliImport, NamesEachFailedFileAndItsErrorInPlainAndJson)
     EXPECT_EQ(failures.at(0).toObject().value(QStringLiteral("file")).toString(), locked);
     EXPECT_FALSE(failures.at(0).toObject().value(QStringLiteral("error")).toString().isEmpty());
     EXPECT_EQ(plain.exitCode, 1);
-    EXPECT_TRUE(plain.outText().contains(QStringLiteral("Failed: ") + locked + QStringLiteral(": ")))
-        << plain.outText().toStdString();
+    // Quiet hides the log, never the reason a file failed: on standard error in both forms.
+    for (const CliResult& result : {json, plain})
+        EXPECT_TRUE(result.errText().contains(QStringLiteral("lumaro-cli import: ") + locked + QStringLiteral(": ")))
+            << result.errText().toStdString();
 }
 
 TEST(CliJson, EveryCaseAnswersInJson)

@@ -28,6 +28,13 @@ TEST(IndexCommand, WritesBothFilesAndSaysWhichPicturesFailed)
     EXPECT_TRUE(lines[2].endsWith(QStringLiteral("(1 failed)")));
     EXPECT_TRUE(result.errText().contains(QStringLiteral("VISION_INDEX - 识别失败: cut.jpg")));
     EXPECT_EQ(folder.read(QStringLiteral("cut.jpg")), whole.left(whole.size() / 2));
+
+    // Quiet hides the log lines, never which picture failed and why.
+    const auto quiet = runCli({QStringLiteral("index"), QStringLiteral("-q"), folder.path()});
+    EXPECT_EQ(quiet.exitCode, 1);
+    EXPECT_FALSE(quiet.errText().contains(QStringLiteral("VISION_INDEX - ")));
+    EXPECT_TRUE(quiet.errText().contains(QStringLiteral("lumaro-cli index: cut.jpg: ")))
+        << quiet.errText().toStdString();
 }
 
 TEST(IndexCommand, BadFoldersAndABlockingIndexFileAreBadInput)

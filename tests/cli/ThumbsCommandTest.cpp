@@ -53,6 +53,8 @@ TEST(CliThumbs, ABrokenPictureIsCountedAndTheRestAreWritten)
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(out.entries(), QStringList{QStringLiteral("good.jpg.jpg")});
     EXPECT_TRUE(result.outText().contains(QStringLiteral("1 failed")));
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("lumaro-cli thumbs: cut.jpg: "))) // despite --quiet
+        << result.errText().toStdString();
 }
 
 TEST(CliThumbs, KeepsForeignFilesAndReplacesItsOwnEarlierThumbnails)
