@@ -21,6 +21,23 @@ bool isSamePicture(const QFileInfo& a, const QFileInfo& b)
     return a.size() == b.size() && a.lastModified() == b.lastModified();
 }
 
+// The copy of `source` already in `folder`: under its own name, or under one of the "stem_N.ext" names a copy
+// takes when another picture had the name first.
+std::optional<QString> earlierCopy(const QDir& folder, const QFileInfo& source)
+{
+    const QString name = source.fileName();
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    const QString stem = dot > 0 ? name.left(dot) : name;
+    const QString suffix = dot > 0 ? name.mid(dot) : QString();
+    for (int n = 0;; ++n) {
+        const QFileInfo candidate(folder.filePath(n == 0 ? name : QStringLiteral("%1_%2%3").arg(stem).arg(n).arg(suffix)));
+        if (!candidate.exists())
+            return std::nullopt;
+        if (isSamePicture(candidate, source))
+            return candidate.absoluteFilePath();
+    }
+}
+
 } // namespace
 
 const QString FavourCopier::enabledKey = QStringLiteral("LMR_FlowFavCopyEnabled");
@@ -64,9 +81,8 @@ std::optional<QString> FavourCopier::copy(const QString& picturePath) const
         platform::Log::line(kTag, QStringLiteral("⚠️ favcp PNG 移动失败: cannot create ") + folder);
         return std::nullopt;
     }
-    const QFileInfo existing(QDir(folder).filePath(source.fileName()));
-    if (existing.exists() && isSamePicture(existing, source))
-        return existing.absoluteFilePath();
+    if (const auto existing = earlierCopy(QDir(folder), source))
+        return existing;
 
     QString error;
     const auto written = platform::FileCopier::copyWithoutOverwriting(source.absoluteFilePath(), folder,

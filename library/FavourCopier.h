@@ -14,7 +14,9 @@ namespace lumaro::library {
 
 // The copy is the original file, byte for byte, with its colour tags and modification time (no re-encoding:
 // a RAW stays a RAW). It never replaces a file: a different picture of the same name gets the next free
-// "stem_1.ext" name, while the same picture marked again (same name, size and time) is not copied twice.
+// "stem_1.ext" name, while the same picture marked again (same name, size and time, under its name or such a
+// suffixed one) is not copied twice. Each mark makes a copy that is missing, so a mark cut short is completed by
+// the next.
 // Blocking and thread-safe; the settings are read on each call, so a change in the settings page applies at once.
 class FavourCopier
 {

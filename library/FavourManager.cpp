@@ -319,16 +319,23 @@ bool FavourManager::remove(qint64 id)
 }
 
 FavourResult FavourManager::change(const QString& path, const std::function<bool(FavourRecord&)>& apply,
-                                   const std::function<std::optional<FavourRecord>()>& fresh)
+                                   const std::function<std::optional<FavourRecord>()>& fresh, bool marksFavourite)
 {
     if (path.isEmpty()) {
         log(QStringLiteral("❌ [DB] 更新失败: empty path"));
         return {};
     }
     const QString clean = cleanedPath(path);
+    // The copy comes before the row: a process stopped in between leaves a copy that the next mark finds
+    // (the copier never copies a picture twice), never a favourite without its copy. Every mark makes a
+    // missing copy, so a run cut short completes when it is run again.
+    if (marksFavourite) {
+        const FavourCopier copier(m_settings);
+        if (copier.isEnabled())
+            m_copyRunner([copier, clean] { copier.copy(clean); });
+    }
     const double now = m_clock();
     std::optional<FavourRecord> saved;
-    bool wasFavour = false;
     bool wasStored = false;
     const bool ok = m_dbManager.inTransaction([&] {
         const auto rows = probe(path);
@@ -354,7 +361,6 @@ FavourResult FavourManager::change(const QString& path, const std::function<bool
             return false;
         FavourRecord record = *found.record;
         wasStored = true;
-        wasFavour = record.isFavour;
         apply(record);
         record.filePath = clean;
         record.fileName = QFileInfo(clean).fileName();
@@ -370,11 +376,6 @@ FavourResult FavourManager::change(const QString& path, const std::function<bool
         return {true, std::nullopt};
     applyToRecords(*saved, path, wasStored);
     announce(*saved);
-    if (saved->isFavour && !wasFavour) {
-        const FavourCopier copier(m_settings);
-        if (copier.isEnabled())
-            m_copyRunner([copier, picture = saved->filePath] { copier.copy(picture); });
-    }
     return {true, saved};
 }
 
@@ -388,7 +389,8 @@ FavourResult FavourManager::setFavour(const QString& path, bool isFavour)
             FavourRecord record;
             record.isFavour = true;
             return record;
-        });
+        },
+        isFavour);
 }
 
 FavourResult FavourManager::setType(const QString& path, std::optional<FavourType> type)
@@ -408,7 +410,8 @@ FavourResult FavourManager::setType(const QString& path, std::optional<FavourTyp
             record.isFavour = true;
             record.favourType = type;
             return record;
-        });
+        },
+        type.has_value());
     if (!type)
         log(result ? QStringLiteral("✅ 收藏类型已清除") : QStringLiteral("❌ 清除收藏类型失败"));
     return result;

@@ -95,8 +95,9 @@ private:
     std::optional<FavourRecord> insertRow(const FavourRecord& record);
     bool updateRow(const FavourRecord& record, const QString& givenPath);
     void checkSameName(const FavourRecord& record);
+    // `marksFavourite`: the change makes the picture a favourite (its favourites copy is made first).
     FavourResult change(const QString& path, const std::function<bool(FavourRecord&)>& apply,
-                        const std::function<std::optional<FavourRecord>()>& fresh);
+                        const std::function<std::optional<FavourRecord>()>& fresh, bool marksFavourite);
     void applyToRecords(const FavourRecord& saved, const QString& givenPath, bool mergedAway);
     void announce(const FavourRecord& record);
 

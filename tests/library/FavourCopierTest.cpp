@@ -62,6 +62,30 @@ TEST_F(FavourCopierTest, AnotherPictureOfTheSameNameIsNeverOverwritten)
     ASSERT_TRUE(manager.setFavour(photo, true));
     EXPECT_EQ(folder.read(QStringLiteral("chosen/Favourites/IMG_0001.jpg")), theirs);
     EXPECT_EQ(folder.read(QStringLiteral("chosen/Favourites/IMG_0001_1.jpg")), folder.read(QStringLiteral("shoot/IMG_0001.jpg")));
+    // Marked again: its copy under the suffixed name is found, not made a second time.
+    ASSERT_TRUE(manager.setFavour(photo, false));
+    ASSERT_TRUE(manager.setFavour(photo, true));
+    EXPECT_EQ(folder.entries(QStringLiteral("chosen/Favourites")),
+              (QStringList{QStringLiteral("IMG_0001.jpg"), QStringLiteral("IMG_0001_1.jpg")}));
+}
+
+TEST_F(FavourCopierTest, TheCopyComesBeforeTheRowAndAMissingCopyIsMadeByTheNextMark)
+{
+    const QString other = folder.writePicture(QStringLiteral("shoot/IMG_0002.jpg"));
+    std::optional<bool> rowAtCopy;
+    manager.setCopyRunner([&](const std::function<void()>& copy) {
+        rowAtCopy = manager.find(other).record.has_value();
+        copy();
+    });
+    ASSERT_TRUE(manager.setFavour(other, true));
+    EXPECT_EQ(rowAtCopy, std::optional<bool>(false)); // copied while the picture had no row yet
+
+    // A favourite without its copy, as a mark stopped between the two used to leave it.
+    settings.setBoolean(FavourCopier::enabledKey, false);
+    ASSERT_TRUE(manager.setFavour(photo, true));
+    settings.setBoolean(FavourCopier::enabledKey, true);
+    ASSERT_TRUE(manager.setFavour(photo, true));
+    EXPECT_EQ(folder.read(QStringLiteral("chosen/Favourites/IMG_0001.jpg")), folder.read(QStringLiteral("shoot/IMG_0001.jpg")));
 }
 
 TEST_F(FavourCopierTest, MarkingAgainOrSettingATypeDoesNotCopyTwice)

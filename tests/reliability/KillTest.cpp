@@ -153,6 +153,11 @@ std::vector<KillCase> killCases()
              const CliRun list =
                  s.cli().run({QStringLiteral("fav"), QStringLiteral("list"), QStringLiteral("-q")});
              EXPECT_EQ(QString::fromUtf8(list.out).split(QLatin1Char('\n'), Qt::SkipEmptyParts).size(), 3);
+             // Every favourite has its copy, also the one whose mark was stopped before the copy.
+             const auto copies = Inventory::count(s.inventory().scan()).value(QStringLiteral("favourites"));
+             for (const QString& name : kShootNames.mid(0, 3))
+                 EXPECT_EQ(copies.value(QStringLiteral("shoot-") + QFileInfo(name).completeBaseName()), 1)
+                     << name.toStdString();
          }});
     cases.push_back(
         {"trash",
