@@ -29,7 +29,10 @@ QString describe(int number, const pose::AnalysedPerson& analysed)
     const pose::PersonPose& person = analysed.pose;
     QStringList lines;
     const pose::PoseActionRuleDefinition& action = pose::ruleDefinition(person.action);
-    lines << QStringLiteral("#%1  %2  %3").arg(number).arg(person.verdict(), action.displayName);
+    lines << QStringLiteral("#%1  %2  %3  %4")
+                 .arg(number)
+                 .arg(person.verdict(), action.displayName,
+                      analysed.shotSize ? pose::displayName(*analysed.shotSize) : QString());
     QString first = QStringLiteral("  LEV1 ") + rawValue(person.level1.pose);
     if (person.level1.matchedSide)
         first += QStringLiteral("（") + rawValue(*person.level1.matchedSide) + QStringLiteral("侧）");
@@ -161,7 +164,11 @@ void PosePanel::present(const QString& path, const Outcome& outcome)
                            .arg(analysis.detectMs, 0, 'f', 3)
                            .arg(analysis.rulesMs, 0, 'f', 3));
     m_status->setText(analysis.people.empty() ? QStringLiteral("%1: 未发现人物").arg(name)
-                                              : QStringLiteral("%1: %2 人").arg(name).arg(analysis.people.size()));
+                                              : QStringLiteral("%1: %2 人 · %3")
+                                                    .arg(name)
+                                                    .arg(analysis.people.size())
+                                                    .arg(analysis.shotSize ? pose::displayName(*analysis.shotSize)
+                                                                           : QString()));
     QStringList text;
     for (std::size_t i = 0; i < analysis.people.size(); ++i)
         text << describe(int(i) + 1, analysis.people[i]);

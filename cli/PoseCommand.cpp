@@ -9,10 +9,13 @@
 #include "platform/Log.h"
 #include "pose/PicturePoseAnalyzer.h"
 
+#include <QCommandLineOption>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <algorithm>
 
 namespace lumaro::cli {
 
@@ -35,6 +38,16 @@ QJsonObject jointsJson(const platform::JointDictionary& joints, const pose::Join
         object.insert(joint.name, sample);
     }
     return object;
+}
+
+QJsonValue shotJson(const std::optional<pose::ShotSize>& shot)
+{
+    return shot ? QJsonValue(rawValue(*shot)) : QJsonValue();
+}
+
+QString shotText(const std::optional<pose::ShotSize>& shot)
+{
+    return shot ? displayName(*shot) + u' ' + rawValue(*shot) : QStringLiteral("-");
 }
 
 QJsonObject boxJson(const QRectF& box)
@@ -70,15 +83,17 @@ QJsonObject personJson(const pose::AnalysedPerson& analysed)
                        {QStringLiteral("action"), action.id},
                        {QStringLiteral("actionName"), action.displayName},
                        {QStringLiteral("score"), double(analysed.score)},
+                       {QStringLiteral("shotSize"), shotJson(analysed.shotSize)},
                        {QStringLiteral("box"), boxJson(analysed.box)},
                        {QStringLiteral("joints"), jointsJson(person.joints, analysed.repairs)}};
 }
 
-void printPerson(QTextStream& out, int number, const pose::PersonPose& person)
+void printPerson(QTextStream& out, int number, const pose::AnalysedPerson& analysed)
 {
+    const pose::PersonPose& person = analysed.pose;
     const pose::PoseValueLevel1Result& first = person.level1;
     out << "  person " << number << ": " << person.verdict() << "  "
-        << pose::ruleDefinition(person.action).displayName << "\n";
+        << pose::ruleDefinition(person.action).displayName << "  shot " << shotText(analysed.shotSize) << "\n";
     out << "    level 1: " << rawValue(first.pose);
     if (first.matchedSide)
         out << "  side " << rawValue(*first.matchedSide);
@@ -107,8 +122,16 @@ int runPose(const QStringList& arguments)
     line.addPositional(QStringLiteral("IMAGE"), QStringLiteral("The pictures to analyse."),
                        QStringLiteral("IMAGE..."));
     line.addJsonOption();
+    line.addOption(QCommandLineOption(QStringLiteral("sort"),
+                                      QStringLiteral("List the pictures by KEY instead of as given; \"shot\": from "
+                                                     "the closest framing to the widest, pictures with nobody last."),
+                                      QStringLiteral("KEY")));
     if (const auto stop = line.parse(arguments))
         return *stop;
+    const bool byShot = line.isSet(QStringLiteral("sort"));
+    if (byShot && line.value(QStringLiteral("sort")) != QStringLiteral("shot"))
+        return line.fail(QStringLiteral("--sort takes \"shot\", not \"%1\"").arg(escapedForLine(line.value(QStringLiteral("sort")))),
+                         exitUsage);
     const auto files = line.positional(1);
     if (!files)
         return exitUsage;
@@ -126,7 +149,9 @@ int runPose(const QStringList& arguments)
         return line.fail(analyzer.modelProblem(), exitPartial);
 
     QTextStream& out = standardOutput();
-    QJsonArray pictures;
+    // Each picture's output with its framing's rank, so the list can be sorted by shot size when asked.
+    std::vector<std::pair<int, QJsonObject>> pictures;
+    std::vector<std::pair<int, QString>> texts;
     int failed = 0;
     ProgressBar progress(QStringLiteral("pose"), files->size());
     for (const QString& file : *files) {
@@ -149,26 +174,50 @@ int runPose(const QStringList& arguments)
                 .arg(analysis.tilesMs, 0, 'f', 3)
                 .arg(analysis.passes)
                 .arg(analysis.rulesMs, 0, 'f', 3));
+        const int rank = analysis.shotSize ? int(*analysis.shotSize) : int(pose::ShotSize::long_) + 1;
         if (line.json()) {
             QJsonArray people;
             for (const pose::AnalysedPerson& person : analysis.people)
                 people.append(personJson(person));
-            QJsonObject picture{{QStringLiteral("file"), file}, {QStringLiteral("people"), people}};
+            QJsonObject picture{{QStringLiteral("file"), file},
+                                {QStringLiteral("shotSize"), shotJson(analysis.shotSize)},
+                                {QStringLiteral("people"), people}};
             picture.insert(QStringLiteral("visionTags"),
                            analysis.visionTags ? QJsonValue(QJsonArray::fromStringList(*analysis.visionTags))
                                                : QJsonValue());
-            pictures.append(picture);
+            pictures.emplace_back(rank, picture);
             continue;
         }
-        out << escapedForLine(file) << ": " << analysis.people.size()
-            << (analysis.people.size() == 1 ? " person" : " people") << "\n";
+        QString text;
+        QTextStream block(&text);
+        block << escapedForLine(file) << ": " << analysis.people.size()
+            << (analysis.people.size() == 1 ? " person" : " people");
+        if (analysis.shotSize)
+            block << ", shot " << shotText(analysis.shotSize);
+        block << "\n";
         int number = 0;
         for (const pose::AnalysedPerson& person : analysis.people)
-            printPerson(out, ++number, person.pose);
+            printPerson(block, ++number, person);
+        block.flush();
+        if (byShot)
+            texts.emplace_back(rank, text); // held back until every picture is known
+        else
+            out << text;
     }
     progress.finish();
-    if (line.json())
-        out << QJsonDocument(pictures).toJson(QJsonDocument::Indented);
+    const auto byRank = [](const auto& a, const auto& b) { return a.first < b.first; };
+    if (byShot) {
+        std::stable_sort(pictures.begin(), pictures.end(), byRank);
+        std::stable_sort(texts.begin(), texts.end(), byRank);
+    }
+    for (const auto& [rank, text] : texts)
+        out << text;
+    if (line.json()) {
+        QJsonArray array;
+        for (const auto& [rank, picture] : pictures)
+            array.append(picture);
+        out << QJsonDocument(array).toJson(QJsonDocument::Indented);
+    }
     out.flush();
     standardError().flush();
     return failed > 0 ? exitPartial : exitOk;

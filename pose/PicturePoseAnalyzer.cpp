@@ -53,11 +53,18 @@ PicturePoseAnalyzer::analyse(const QString& path, const std::optional<std::optio
     analysis.visionTags = visionTags ? *visionTags : PoseVisionTags::forPicture(path);
     const PersonQualityFilter filter;
     const PersonPoseEstimator estimator;
+    const ShotSizeEstimator framing;
+    std::vector<std::pair<std::optional<ShotSize>, float>> shots;
     for (const platform::DetectedPerson& sighting : detection->people) {
-        if (const auto person = filter.qualify(sighting))
-            analysis.people.push_back({estimator.evaluate(person->joints, analysis.visionTags),
-                                       person->repairs, person->box, person->score});
+        const auto person = filter.qualify(sighting);
+        if (!person)
+            continue;
+        AnalysedPerson analysed{estimator.evaluate(person->joints, analysis.visionTags), person->repairs,
+                                person->box, person->score, framing.classify(person->joints, person->box)};
+        shots.emplace_back(analysed.shotSize, analysed.score);
+        analysis.people.push_back(std::move(analysed));
     }
+    analysis.shotSize = ShotSizeEstimator::forPicture(shots);
     analysis.rulesMs = timer.nsecsElapsed() / 1e6;
     return analysis;
 }

@@ -4,6 +4,7 @@
 
 #include "platform/pose/BodyPoseDetector.h"
 #include "pose/PersonPoseEstimator.h"
+#include "pose/ShotSize.h"
 #include "pose/SkeletonRepairer.h"
 
 #include <QRectF>
@@ -24,6 +25,7 @@ struct AnalysedPerson
     JointRepairs repairs; // joints put right before the rules saw them
     QRectF box;           // normalised, y upward
     float score = 0.0f;   // how sure the detector is of the person
+    std::optional<ShotSize> shotSize;
 };
 
 struct PicturePoseAnalysis
@@ -31,6 +33,7 @@ struct PicturePoseAnalysis
     QString path;
     QSize pixelSize; // the picture's own size, upright
     std::vector<AnalysedPerson> people;
+    std::optional<ShotSize> shotSize;      // the framing of its surest person; nullopt with nobody
     std::optional<QStringList> visionTags; // nullopt: no index entry for the picture
     double decodeMs = 0.0;
     double detectMs = 0.0;       // every network run together

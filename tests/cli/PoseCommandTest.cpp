@@ -48,7 +48,8 @@ TEST_P(PoseCommandUsage, RefusesBadArgumentsWithExitTwo)
 INSTANTIATE_TEST_SUITE_P(Cases, PoseCommandUsage,
                          ::testing::Values(UsageCase{"noPicture", {}, "IMAGE"},
                                            UsageCase{"missingFile", {QStringLiteral("gone.jpg")}, "no such file"},
-                                           UsageCase{"folder", {QStringLiteral("a folder")}, "is a folder"}),
+                                           UsageCase{"folder", {QStringLiteral("a folder")}, "is a folder"},
+                                           UsageCase{"unknownSortKey", {QStringLiteral("--sort=size"), QStringLiteral("p.jpg")}, "--sort takes \"shot\""}),
                          [](const auto& info) { return std::string(info.param.label); });
 
 TEST(PoseCommand, WithoutAModelSaysSoAndExitsOne)
@@ -83,7 +84,7 @@ TEST_F(PoseCommandOnPhotos, PrintsVerdictsReasonsAndActionNames)
     const CliResult result = runCli({QStringLiteral("pose"), QStringLiteral("--quiet"), photo("basketball1.png")});
     ASSERT_EQ(result.exitCode, 0) << result.errText().toStdString();
     const QString out = result.outText();
-    EXPECT_TRUE(out.contains(QStringLiteral(": 2 people\n")));
+    EXPECT_TRUE(out.contains(QStringLiteral(": 2 people, shot 全景 full\n")));
     EXPECT_TRUE(out.contains(QStringLiteral("level 1: POSE_STAND  side ")));
     EXPECT_TRUE(out.contains(QStringLiteral("A 高于 B，且向量位于向下 40.0° 锥内")));
     EXPECT_TRUE(out.contains(QStringLiteral("站立 Stand")));

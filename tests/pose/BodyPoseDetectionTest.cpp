@@ -54,6 +54,7 @@ struct PhotoCase
     const char* photo;
     int people;
     const char* firstLevel1; // the surest person's level-1 verdict, or nullptr
+    const char* shotSize;    // the picture's, or nullptr
 };
 
 class PeopleCount : public PeopleInPhotos, public ::testing::WithParamInterface<PhotoCase>
@@ -67,18 +68,19 @@ TEST_P(PeopleCount, FindsEveryPersonAndNobodyElse)
     ASSERT_EQ(int(analysis.people.size()), row.people) << row.photo;
     if (row.firstLevel1)
         EXPECT_EQ(rawValue(analysis.people.front().pose.level1.pose), QString::fromLatin1(row.firstLevel1));
+    EXPECT_EQ(analysis.shotSize ? rawValue(*analysis.shotSize) : QString(), QString::fromLatin1(row.shotSize));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Photos, PeopleCount,
-    ::testing::Values(PhotoCase{"data/person.jpg", 1, "POSE_STAND"}, // from behind: no face at all
-                      PhotoCase{"data/kite.jpg", 2, "POSE_STAND"},   // two small walkers
-                      PhotoCase{"basketball1.png", 2, "POSE_STAND"}, // the second half out of the frame
-                      PhotoCase{"messi5.jpg", 1, "POSE_STAND"}, PhotoCase{"astronaut.png", 1, "POSE_DIVERSE"},
-                      PhotoCase{"horses.jpg", 0, nullptr}, PhotoCase{"dog.jpg", 0, nullptr},
-                      PhotoCase{"eagle.jpg", 0, nullptr}, PhotoCase{"chelsea.png", 0, nullptr},
-                      PhotoCase{"coffee.png", 0, nullptr}, PhotoCase{"building.jpg", 0, nullptr},
-                      PhotoCase{"imageTextN.png", 0, nullptr}),
+    ::testing::Values(PhotoCase{"data/person.jpg", 1, "POSE_STAND", "full"}, // from behind: no face at all
+                      PhotoCase{"data/kite.jpg", 2, "POSE_STAND", "long"},   // two small walkers
+                      PhotoCase{"basketball1.png", 2, "POSE_STAND", "full"}, // the second half out of the frame
+                      PhotoCase{"messi5.jpg", 1, "POSE_STAND", "full"}, PhotoCase{"astronaut.png", 1, "POSE_DIVERSE", "closeUp"},
+                      PhotoCase{"horses.jpg", 0, nullptr, nullptr}, PhotoCase{"dog.jpg", 0, nullptr, nullptr},
+                      PhotoCase{"eagle.jpg", 0, nullptr, nullptr}, PhotoCase{"chelsea.png", 0, nullptr, nullptr},
+                      PhotoCase{"coffee.png", 0, nullptr, nullptr}, PhotoCase{"building.jpg", 0, nullptr, nullptr},
+                      PhotoCase{"imageTextN.png", 0, nullptr, nullptr}),
     [](const auto& info) {
         return QString::fromLatin1(info.param.photo).section(u'/', -1).section(u'.', 0, 0).toStdString();
     });
