@@ -3,6 +3,7 @@
 
 #include "app/ToolHost.h"
 #include "browse/state/LMRModeState.h"
+#include "rolls/StorageAccounts.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -156,8 +157,10 @@ void RollPanel::publish()
                 },
                 Qt::QueuedConnection);
         };
+        // The accounts' secrets come from the keyring here, off the main thread, and only for this run.
         const rolls::PublishOutcome outcome =
-            rolls::RollPublisher(rclone).publish(request, progress, cancelled.get());
+            rolls::RollPublisher(rclone.with(rolls::StorageAccounts::environment(rclone)))
+                .publish(request, progress, cancelled.get());
         QMetaObject::invokeMethod(
             qApp,
             [self, cancelled, outcome] {
@@ -243,7 +246,8 @@ void RollPanel::unpublishSelected()
     if (answer != QMessageBox::Yes)
         return;
     QString error;
-    m_status->setText(rolls::RollPublisher(m_rclone).unpublish(*roll, &error)
+    m_status->setText(rolls::RollPublisher(m_rclone.with(rolls::StorageAccounts::environment(m_rclone)))
+                              .unpublish(*roll, &error)
                           ? tr("已删除线上相册: %1").arg(roll->target)
                           : tr("❌ 删除失败: %1").arg(error.toHtmlEscaped()));
     listRolls();

@@ -38,6 +38,7 @@ public:
     // The option's value as a whole number in low…high, or nullopt when it is not one.
     std::optional<int> number(const QString& name, int low, int high) const;
     QString value(const QString& name) const { return m_parser.value(name); }
+    QStringList values(const QString& name) const { return m_parser.values(name); }
 
     // Prints "lumaro-cli COMMAND: message" on standard error and returns `code`; with --json, also
     // {"error": message, "exitCode": code} on standard output, so a JSON caller always gets JSON.

@@ -7,6 +7,7 @@
 
 #include "platform/Terminal.h"
 #include "rolls/RollPublisher.h"
+#include "rolls/StorageAccounts.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -27,6 +28,18 @@ QJsonObject rollJson(const rolls::PublishedRoll& roll)
             {QStringLiteral("bytes"), double(roll.bytes)},
             {QStringLiteral("link"), roll.link},
             {QStringLiteral("publishedAt"), roll.publishedAt.toString(Qt::ISODate)}};
+}
+
+// rclone with the accounts set up in Lumaro, their secrets from the keyring; one that cannot be read is
+// named.
+platform::Rclone withAccounts()
+{
+    QStringList problems;
+    const platform::Rclone rclone;
+    const platform::Rclone withSecrets = rclone.with(rolls::StorageAccounts::environment(rclone, &problems));
+    for (const QString& problem : problems)
+        standardError() << "lumaro-cli roll: the keyring has no password for " << problem << "\n";
+    return withSecrets;
 }
 
 int exitCodeOf(rolls::PublishStatus status)
@@ -82,7 +95,7 @@ int publish(const QStringList& arguments)
     rolls::RollProgress::Step shown = rolls::RollProgress::Step::finishing;
     qint64 drawn = 0;
     const rolls::PublishOutcome outcome =
-        rolls::RollPublisher().publish(request, [&](const rolls::RollProgress& p) {
+        rolls::RollPublisher(withAccounts()).publish(request, [&](const rolls::RollProgress& p) {
             if (p.step != shown) {
                 bar.reset();
                 bar.emplace(p.step == rolls::RollProgress::Step::preparing ? QStringLiteral("preparing")
@@ -166,9 +179,69 @@ int unpublish(const QStringList& arguments)
     if (!line.isSet(QStringLiteral("yes")) && !userAgrees(*roll))
         return line.fail(QStringLiteral("not removed (answer y, or pass --yes)"), exitUsage);
     QString error;
-    if (!rolls::RollPublisher().unpublish(*roll, &error))
+    if (!rolls::RollPublisher(withAccounts()).unpublish(*roll, &error))
         return line.fail(roll->target + QStringLiteral(": ") + error, exitPartial);
     standardOutput() << "removed " << roll->target << "\n";
+    return exitOk;
+}
+
+int account(const QStringList& arguments)
+{
+    const QString action = arguments.value(0);
+    CommandLine line(
+        QStringLiteral("roll account ") + action,
+        QStringLiteral("Storage accounts for rolls: settings in Lumaro's data folder, the password "
+                       "or secret key in the desktop keyring (read from standard input)."));
+    if (action == QLatin1String("add")) {
+        line.addPositional(QStringLiteral("NAME"), QStringLiteral("The remote's name, used as NAME:path."));
+        line.addOption({QStringLiteral("type"), QStringLiteral("rclone's backend: webdav, sftp, s3, b2, …"),
+                        QStringLiteral("TYPE")});
+        line.addOption({QStringLiteral("set"),
+                        QStringLiteral("A setting of the backend (url=…, user=…, host=…)."),
+                        QStringLiteral("KEY=VALUE")});
+        line.addOption(
+            {QStringLiteral("secret-stdin"),
+             QStringLiteral("Read the password (or secret key) from the first line of standard input.")});
+    } else if (action == QLatin1String("remove")) {
+        line.addPositional(QStringLiteral("NAME"), QStringLiteral("The account to remove."));
+    } else if (action != QLatin1String("list")) {
+        return line.usageError(QStringLiteral("roll account add|list|remove"));
+    }
+    if (const auto stop = line.parse(arguments.mid(1)))
+        return *stop;
+    if (action == QLatin1String("list")) {
+        for (const rolls::StorageAccount& account : rolls::StorageAccounts::all())
+            standardOutput() << account.name << ":\t" << account.type << "\n";
+        return exitOk;
+    }
+    const auto words = line.positional(1);
+    if (!words)
+        return exitUsage;
+    QString error;
+    if (action == QLatin1String("remove"))
+        return rolls::StorageAccounts::remove(words->constFirst(), &error) ? exitOk
+                                                                           : line.fail(error, exitUsage);
+    if (!line.isSet(QStringLiteral("type")))
+        return line.usageError(QStringLiteral("--type is needed"));
+    rolls::StorageAccount account{words->constFirst(), line.value(QStringLiteral("type")), {}};
+    for (const QString& setting : line.values(QStringLiteral("set"))) {
+        const qsizetype equals = setting.indexOf(QLatin1Char('='));
+        if (equals <= 0)
+            return line.usageError(QStringLiteral("--set takes KEY=VALUE"));
+        account.options.insert(setting.left(equals), setting.mid(equals + 1));
+    }
+    QString secret;
+    if (line.isSet(QStringLiteral("secret-stdin"))) {
+        char buffer[4096] = {};
+        if (std::fgets(buffer, sizeof buffer, stdin))
+            secret = QString::fromUtf8(buffer).remove(QLatin1Char('\n')).remove(QLatin1Char('\r'));
+        if (secret.isEmpty())
+            return line.usageError(QStringLiteral("no secret on standard input"));
+    }
+    if (!rolls::StorageAccounts::add(account, secret, &error))
+        return line.fail(error, exitUsage);
+    standardOutput() << "account " << account.name << ": saved"
+                     << (secret.isEmpty() ? "" : ", secret in the keyring") << "\n";
     return exitOk;
 }
 
@@ -183,10 +256,15 @@ int runRoll(const QStringList& arguments)
         return list(arguments.mid(1));
     if (sub == QLatin1String("unpublish"))
         return unpublish(arguments.mid(1));
-    standardError() << "usage: lumaro-cli roll publish FOLDER --to REMOTE:PATH [--name NAME] [--budget MB] "
-                       "[--originals] [--keep-location] [--json]\n"
-                       "       lumaro-cli roll list [--json]\n"
-                       "       lumaro-cli roll unpublish ROLL [--yes]\n";
+    if (sub == QLatin1String("account"))
+        return account(arguments.mid(1));
+    standardError()
+        << "usage: lumaro-cli roll publish FOLDER --to REMOTE:PATH [--name NAME] [--budget MB] "
+           "[--originals] [--keep-location] [--json]\n"
+           "       lumaro-cli roll list [--json]\n"
+           "       lumaro-cli roll unpublish ROLL [--yes]\n"
+           "       lumaro-cli roll account add NAME --type TYPE [--set KEY=VALUE]... [--secret-stdin]\n"
+           "       lumaro-cli roll account list | remove NAME\n";
     return sub == QLatin1String("--help") || sub == QLatin1String("-h") ? exitOk : exitUsage;
 }
 

@@ -32,6 +32,8 @@ packages=(
   poppler-utils
   # online albums: rclone speaks every storage protocol (S3, B2, WebDAV, SFTP, Drive …) and serves WebDAV in tests
   rclone
+  # storage accounts' secrets in the desktop keyring (Secret Service); a private GNOME Keyring for its tests
+  libsecret-1-dev gnome-keyring
   # model download and conversion (scripts/fetch-models.sh: npm packages, converted and checked in Python)
   python3 python3-numpy python3-onnx python3-opencv npm
 )

@@ -72,7 +72,7 @@ bool Rclone::isInstalled()
 
 RcloneResult Rclone::run(const QStringList& arguments,
                          const std::function<void(const RcloneProgress&)>& progress,
-                         const std::atomic_bool* cancel) const
+                         const std::atomic_bool* cancel, const QByteArray& input) const
 {
     RcloneResult result;
     const QString rclone = program();
@@ -91,6 +91,8 @@ RcloneResult Rclone::run(const QStringList& arguments,
     if (!process.waitForStarted())
         return result;
     result.started = true;
+    if (!input.isEmpty())
+        process.write(input);
     process.closeWriteChannel();
 
     QByteArray pending;
@@ -122,6 +124,23 @@ RcloneResult Rclone::run(const QStringList& arguments,
     if (result.exitCode != 0 && result.errors.isEmpty() && !plainLines.isEmpty())
         result.errors.append(plainLines.constLast());
     return result;
+}
+
+Rclone Rclone::with(const QMap<QString, QString>& more) const
+{
+    QMap<QString, QString> environment = m_environment;
+    environment.insert(more);
+    return Rclone(environment);
+}
+
+std::optional<QString> Rclone::obscured(const QString& secret) const
+{
+    // Through standard input: a secret on the command line is visible to every user in the process list.
+    const RcloneResult result =
+        run({QStringLiteral("obscure"), QStringLiteral("-")}, {}, nullptr, secret.toUtf8());
+    if (!result.ok())
+        return std::nullopt;
+    return QString::fromUtf8(result.output).trimmed();
 }
 
 std::optional<qint64> Rclone::freeBytes(const QString& remote, QString* error) const

@@ -47,7 +47,11 @@ public:
     // thread); `cancel` stops the child. Blocking.
     RcloneResult run(const QStringList& arguments,
                      const std::function<void(const RcloneProgress&)>& progress = {},
-                     const std::atomic_bool* cancel = nullptr) const;
+                     const std::atomic_bool* cancel = nullptr, const QByteArray& input = {}) const;
+    // This rclone with `more` variables on top of its own.
+    Rclone with(const QMap<QString, QString>& more) const;
+    // A password in the obscured form rclone's config and environment take for `pass` keys.
+    std::optional<QString> obscured(const QString& secret) const;
 
     // `rclone about REMOTE: --json`: the free bytes, when the backend tells.
     std::optional<qint64> freeBytes(const QString& remote, QString* error = nullptr) const;
