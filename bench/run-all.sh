@@ -8,6 +8,8 @@ export LUMARO_BUILD_DIR=$build
 
 echo "== ThumbnailCache get/set"
 "$build/bench/thumbnail_cache_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+echo "== start-up of the short lumaro-cli commands vs ls, getfattr, sqlite3, gio trash"
+bash "$here/startup-vs-coreutils.sh" "$build"
 echo "== lumaro-cli list vs find | sort"
 bash "$here/list-vs-find.sh" "$build"
 echo "== lumaro-cli thumbs vs vipsthumbnail (24 MP JPEGs, 256 px)"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The table of lumaro-cli commands. Each command lives in its own file and is a thin call into a module.
+// The table of lumaro-cli commands (the list itself is cli/CommandTable.h). Each command lives in its own
+// file and is a thin call into a module.
 #pragma once
 
 #include <QString>
@@ -9,39 +10,28 @@
 
 namespace lumaro::cli {
 
+using RunCommand = int (*)(const QStringList& arguments);
+
 struct Command
 {
     QString name;
     QString summary;
-    // Takes the words after the command's name; returns the process exit code (ExitCode.h).
-    int (*run)(const QStringList& arguments);
-    // Paints (a PDF needs fonts), so main() makes a QGuiApplication, on the offscreen platform, for it.
+    // Takes the words after the command's name; returns the process exit code (ExitCode.h). Null in
+    // `lumaro-cli` for a heavy command: main() hands it over to `lumaro-cli-heavy`.
+    RunCommand run = nullptr;
+    // Paints (a PDF needs fonts), so lumaro-cli-heavy makes a QGuiApplication, on the offscreen platform, for it.
     bool paints = false;
 };
 
 const std::vector<Command>& commands();
 
 // One declaration per command file.
-int runList(const QStringList& arguments);
-int runPose(const QStringList& arguments);
-int runThumbs(const QStringList& arguments);
-int runTrash(const QStringList& arguments);
-int runTags(const QStringList& arguments);
-int runRotate(const QStringList& arguments);
-int runIndex(const QStringList& arguments);
-int runFav(const QStringList& arguments);
-int runGroup(const QStringList& arguments);
-int runUngroup(const QStringList& arguments);
-int runWatermark(const QStringList& arguments);
-
-int runClean(const QStringList& arguments);
-int runPick(const QStringList& arguments);
-int runCard(const QStringList& arguments);
-int runImport(const QStringList& arguments);
-
-int runReport(const QStringList& arguments);
-int runHistogram(const QStringList& arguments);
-
-int runRoll(const QStringList& arguments);
+#define LIGHT(name, summary, run) int run(const QStringList& arguments);
+#define HEAVY(name, summary, run) int run(const QStringList& arguments);
+#define PAINTING(name, summary, run) int run(const QStringList& arguments);
+#include "cli/CommandTable.h"
+#undef LIGHT
+#undef HEAVY
+#undef PAINTING
 
 } // namespace lumaro::cli

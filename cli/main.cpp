@@ -1,17 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// lumaro-cli COMMAND [options]: Lumaro's batch tools, without a window.
+// lumaro-cli COMMAND [options]: Lumaro's batch tools, without a window. Built twice from this file:
+// `lumaro-cli` runs the light commands itself and hands the heavy ones to `lumaro-cli-heavy` (see
+// cli/CommandTable.h).
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
 
 #include "platform/files/FileNameCodec.h"
+#include "platform/process/ProcessHandOver.h"
 
 #include <QCoreApplication>
+#ifdef LUMARO_CLI_HEAVY_SIDE
 #include <QGuiApplication>
+#endif
 
 #include <memory>
 
 using namespace lumaro::cli;
+using lumaro::platform::FileNameCodec;
 
 namespace {
 
@@ -26,17 +32,43 @@ void printOverview()
     out.flush();
 }
 
-// Most commands need no GUI application and start faster without one; a command that paints gets one, on the
-// offscreen platform, since the command line never shows a window.
-std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[])
+const Command* findCommand(const QString& name)
 {
     for (const Command& command : commands()) {
-        if (command.paints && argc > 1 && command.name == QLatin1String(argv[1])) {
-            if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-                qputenv("QT_QPA_PLATFORM", "offscreen");
-            return std::make_unique<QGuiApplication>(argc, argv);
-        }
+        if (command.name == name)
+            return &command;
     }
+    return nullptr;
+}
+
+// Beside this program in a build tree, in <prefix>/libexec/lumaro once installed. Returns only when neither
+// could be started; no Qt application exists yet, so the helper starts as if it had been run directly.
+int handOver(int argc, char* argv[])
+{
+    const QString folder = lumaro::platform::runningProgramFolder();
+    QString reason;
+    const QStringList helpers{folder + QStringLiteral("/lumaro-cli-heavy"),
+                              folder + QStringLiteral("/" LUMARO_CLI_HELPER_FROM_BIN "/lumaro-cli-heavy")};
+    for (const QString& helper : helpers)
+        reason = lumaro::platform::handOverProcess(helper, argc, argv);
+    standardError() << "lumaro-cli: cannot start lumaro-cli-heavy beside " << folder << " or in "
+                    << LUMARO_CLI_HELPER_FROM_BIN << ": " << reason << "\n";
+    return exitUsage;
+}
+
+// Most commands need no GUI application and start faster without one; in lumaro-cli-heavy a command that
+// paints gets one, on the offscreen platform, since the command line never shows a window.
+std::unique_ptr<QCoreApplication> makeApplication(const Command* command, int& argc, char* argv[])
+{
+#ifdef LUMARO_CLI_HEAVY_SIDE
+    if (command && command->paints) {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        return std::make_unique<QGuiApplication>(argc, argv);
+    }
+#else
+    Q_UNUSED(command);
+#endif
     return std::make_unique<QCoreApplication>(argc, argv);
 }
 
@@ -44,26 +76,27 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char* argv[])
 
 int main(int argc, char* argv[])
 {
-    const std::unique_ptr<QCoreApplication> application = makeApplication(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("lumaro-cli"));
     // Decoded here rather than by Qt, which turns a file name that is not UTF-8 into U+FFFD.
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
-        arguments << lumaro::platform::FileNameCodec::decode(QByteArray(argv[i]));
+        arguments << FileNameCodec::decode(QByteArray(argv[i]));
+    const Command* command = arguments.isEmpty() ? nullptr : findCommand(arguments.constFirst());
+    if (command && !command->run)
+        return handOver(argc, argv);
+
+    const std::unique_ptr<QCoreApplication> application = makeApplication(command, argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("lumaro-cli"));
     if (arguments.isEmpty()) {
         printOverview();
         return exitUsage;
     }
     const QString name = arguments.takeFirst();
+    if (command)
+        return command->run(arguments);
     if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
         printOverview();
         return exitOk;
     }
-    for (const Command& command : commands()) {
-        if (command.name == name)
-            return command.run(arguments);
-    }
-    standardError() << "lumaro-cli: unknown command '" << name
-                    << "'. Run 'lumaro-cli --help' for the list.\n";
+    standardError() << "lumaro-cli: unknown command '" << name << "'. Run 'lumaro-cli --help' for the list.\n";
     return exitUsage;
 }

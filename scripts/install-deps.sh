@@ -27,7 +27,7 @@ packages=(
   # tests and benchmarks; strace stops or fails a command at a chosen system call (kill and fault tests)
   libgtest-dev libgmock-dev googletest libbenchmark-dev strace
   # the desktop's own Trash tool (last restore fallback), desktop-file checks, peer tools for benches
-  libglib2.0-bin desktop-file-utils appstream libvips-tools hyperfine
+  libglib2.0-bin desktop-file-utils appstream libvips-tools hyperfine libjpeg-turbo-progs attr
   # the report PDF rendered back in its test
   poppler-utils
   # online albums: rclone speaks every storage protocol (S3, B2, WebDAV, SFTP, Drive …) and serves WebDAV in tests

@@ -92,15 +92,6 @@ std::optional<QString> colorName(HotkeyAction action)
     return QString::fromLatin1(color);
 }
 
-QColor symbolColor(HotkeyAction action)
-{
-    const auto name = colorName(action);
-    if (!name)
-        return {};
-    // Qt's named "orange" and "purple" are the SVG colours; the six read well on both light and dark themes.
-    return QColor::fromString(*name);
-}
-
 std::optional<HotkeyAction> annotateActionForColor(const QString& color)
 {
     for (HotkeyAction action : allHotkeyActions()) {

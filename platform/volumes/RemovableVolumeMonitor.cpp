@@ -86,3 +86,7 @@ void RemovableVolumeMonitor::poll()
 }
 
 } // namespace lumaro::platform
+
+// In this object rather than the module's shared moc file: a program linking another QObject of this module
+// then pulls in neither this monitor nor Qt D-Bus behind it (lumaro-cli starts without them).
+#include "moc_RemovableVolumeMonitor.cpp"

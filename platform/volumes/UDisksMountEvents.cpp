@@ -68,3 +68,7 @@ void UDisksMountEvents::onPropertiesChanged(const QString& interface)
 }
 
 } // namespace lumaro::platform
+
+// In this object rather than the module's shared moc file, which every QObject of the module pulls in: only
+// what uses these events loads Qt D-Bus (lumaro-cli starts without it).
+#include "moc_UDisksMountEvents.cpp"

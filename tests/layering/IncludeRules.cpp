@@ -51,6 +51,14 @@ bool isWidgetsHeader(const QString& header)
     return pattern.match(header).hasMatch();
 }
 
+// "moc_Foo.cpp" included at the end of Foo.cpp: Qt's generated code for that file's own class, compiled into
+// its object so that only what uses the class pulls it (and its libraries) into a program.
+bool isOwnMocOutput(const QString& relativePath, const QString& header)
+{
+    const QString stem = relativePath.section(QLatin1Char('/'), -1).section(QLatin1Char('.'), 0, 0);
+    return header == QStringLiteral("moc_%1.cpp").arg(stem);
+}
+
 } // namespace
 
 QString moduleOf(const QString& relativePath)
@@ -78,6 +86,8 @@ QList<IncludeViolation> checkIncludes(const QString& relativePath, const QString
         };
         if (quoted) {
             const QString target = header.section(QLatin1Char('/'), 0, 0);
+            if (isOwnMocOutput(relativePath, header))
+                continue;
             if (!header.contains(QLatin1Char('/')))
                 report(QStringLiteral("include with the module path"));
             else if (target == QLatin1String("tests"))

@@ -58,6 +58,8 @@ INSTANTIATE_TEST_SUITE_P(
                       RuleCase{"cli/A.cpp", "#include \"app/MainWindow.h\"", false},
                       RuleCase{"app/A.cpp", "#include \"cards/X.h\"", true},
                       RuleCase{"browse/A.cpp", "#include \"Local.h\"", false},
+                      RuleCase{"platform/A.cpp", "#include \"moc_A.cpp\"", true},
+                      RuleCase{"platform/A.cpp", "#include \"moc_B.cpp\"", false},
                       RuleCase{"browse/A.cpp", "#include \"platform/fakes/MemorySettingsStore.h\"", false},
                       RuleCase{"browse/A.cpp", "#include <sys/xattr.h>", false},
                       RuleCase{"platform/A.cpp", "#include <sys/xattr.h>", true},

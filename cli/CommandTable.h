@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The one list of lumaro-cli commands, in the order `lumaro-cli --help` shows them. Included more than once,
+// each time with LIGHT and HEAVY defined to what the includer needs (declarations, table rows): no guard.
+//
+// LIGHT(name, summary, run): runs inside `lumaro-cli` itself, which loads only Qt Core, SQLite and the C
+//   library, and so starts in a few milliseconds: for what a script calls per file (list, trash, tags, fav).
+// HEAVY(name, summary, run): needs a decoder, EXIF or analysis library (Qt Gui, libjpeg-turbo, exiv2,
+//   libraw, libheif, OpenCV, Tesseract), whose loading alone costs tens of milliseconds; `lumaro-cli` hands
+//   it over to `lumaro-cli-heavy` (the same front end with every command linked in) by exec.
+//
+// PAINTING(name, summary, run): a heavy command that paints (a PDF needs fonts): lumaro-cli-heavy makes a
+//   QGuiApplication for it, on the offscreen platform.
+//
+// A new command: one line here, its file in the matching list of cli/CMakeLists.txt (light or heavy). A
+// light command that starts needing a heavy library fails the `LightCommands` test: move its line to HEAVY.
+
+LIGHT("list", "Print a folder's pictures in browsing order", runList)
+HEAVY("pose", "Name each person's pose (level 1 and 2) with its reason", runPose)
+HEAVY("thumbs", "Write a JPEG thumbnail of every picture of a folder", runThumbs)
+LIGHT("trash", "Move files to the Trash and print where each went", runTrash)
+LIGHT("tags", "Print a picture's tags, or toggle one colour tag", runTags)
+HEAVY("rotate", "Turn pictures 90 degrees to the left on disk", runRotate)
+HEAVY("index", "Analyse a folder's pictures into _index/vision_index_*.json", runIndex)
+LIGHT("fav", "Mark pictures as favourites, list and audit them", runFav)
+LIGHT("group", "Prefix each run of related pictures with \"_G<n>_\"", runGroup)
+LIGHT("ungroup", "Take the \"_G<n>_\" group prefixes off again", runUngroup)
+LIGHT("clean", "Show, or with --yes trash, the RAW files whose JPG was not kept", runClean)
+LIGHT("pick", "Copy the RAW files that have a JPG into RAW_PICK", runPick)
+HEAVY("card", "Recognise a memory card's camera family and count its files", runCard)
+HEAVY("import", "Import a memory card into the next rollNN folder", runImport)
+PAINTING("report", "The shooting report of a folder: exposures, pace, lenses, culling", runReport)
+HEAVY("histogram", "The tone histogram of a picture and its clipped shares", runHistogram)
+HEAVY("roll", "Publish a folder as an online album on your own storage (rclone)", runRoll)
+HEAVY("watermark", "Read poster identifiers off saved pictures; sort them by poster", runWatermark)
