@@ -11,6 +11,8 @@ const std::vector<Command>& commands()
         {QStringLiteral("thumbs"), QStringLiteral("Write a JPEG thumbnail of every picture of a folder"), &runThumbs},
         {QStringLiteral("trash"), QStringLiteral("Move files to the Trash and print where each went"), &runTrash},
         {QStringLiteral("tags"), QStringLiteral("Print a picture's tags, or toggle one colour tag"), &runTags},
+        {QStringLiteral("info"), QStringLiteral("Print pictures' shooting data: camera, lens, exposure, size, rating"), &runInfo},
+        {QStringLiteral("rate"), QStringLiteral("Give pictures stars, a pick or a reject in their XMP sidecars"), &runRate},
         {QStringLiteral("rotate"), QStringLiteral("Turn pictures 90 degrees to the left on disk"), &runRotate},
         {QStringLiteral("index"), QStringLiteral("Analyse a folder's pictures into _index/vision_index_*.json"), &runIndex},
         {QStringLiteral("fav"), QStringLiteral("Mark pictures as favourites, list and audit them"), &runFav},

@@ -28,6 +28,8 @@ int runThumbs(const QStringList& arguments);
 int runTrash(const QStringList& arguments);
 int runTags(const QStringList& arguments);
 int runRotate(const QStringList& arguments);
+int runRate(const QStringList& arguments);
+int runInfo(const QStringList& arguments);
 int runIndex(const QStringList& arguments);
 int runFav(const QStringList& arguments);
 int runGroup(const QStringList& arguments);
