@@ -7,18 +7,25 @@
 #include "app/FolderViewMemory.h"
 #include "app/GridPreviewMode.h"
 #include "app/HistogramOverlay.h"
+#include "app/KeyHelpDialog.h"
 #include "app/KeyMonitor.h"
+#include "app/LoupeView.h"
+#include "app/PreviewView.h"
 #include "app/SettingsDialog.h"
+#include "app/ShootingInfoOverlay.h"
 #include "app/ThumbnailScrollView.h"
 #include "app/WaterfallMode.h"
 #include "browse/hotkeys/FolderNavigator.h"
 #include "browse/hotkeys/HistogramHotkey.h"
 #include "browse/hotkeys/HotkeyDispatcher.h"
 #include "browse/hotkeys/HotkeyManager.h"
+#include "browse/hotkeys/ViewerHotkeys.h"
+#include "browse/marks/RatingChange.h"
 #include "browse/state/FileSystemService.h"
 #include "browse/state/FolderLoader.h"
 #include "browse/state/LMRModeState.h"
 #include "browse/state/ModeStatePersistence.h"
+#include "browse/thumbnails/FullPictureLoader.h"
 #include "browse/thumbnails/ThumbnailCache.h"
 #include "browse/thumbnails/ThumbnailLoader.h"
 #include "platform/Log.h"
@@ -82,27 +89,48 @@ MainWindow::MainWindow(QWidget* parent)
     }
     setCentralWidget(m_stack);
     m_histogram = new HistogramOverlay(*m_state, *m_thumbnails, m_stack);
+    m_fullPictures = new browse::FullPictureLoader({}, this);
+    m_fullPictures->setRotationFunction(
+        [this](const QString& path) { return m_state->rotationOverrideForPath(path); });
+    m_loupe = new LoupeView(*m_state, *m_thumbnails, *m_fullPictures, m_stack);
+    m_info = new ShootingInfoOverlay(*m_state, m_stack);
+    for (PreviewView* preview : m_stack->findChildren<PreviewView*>())
+        connect(preview, &PreviewView::loupeRequested, m_loupe,
+                [this](const QPointF& at) { m_loupe->open(at); });
 
     m_navigator = new browse::FolderNavigator(*m_state, &m_modes.first()->folderLoader(), nullptr, this);
     browse::HotkeyDispatcher::Services services;
     services.navigator = m_navigator;
     services.loader = m_thumbnails;
     m_dispatcher = new browse::HotkeyDispatcher(*m_state, browse::HotkeyManager::shared(), this, services, this);
-    m_keyMonitor = new KeyMonitor(*this, [this](int key, Qt::KeyboardModifiers modifiers, bool isAutoRepeat) {
-        if (key == Qt::Key_Escape && isFullScreen()) {
-            if (!isAutoRepeat)
-                toggleFullScreen();
+    m_keyMonitor = new KeyMonitor(
+        *this,
+        [this](int key, Qt::KeyboardModifiers modifiers, bool isAutoRepeat) {
+            if (key == Qt::Key_Escape && m_loupe->isOpen()) {
+                m_loupe->close(); // back to fit first; a second Esc leaves full screen
+                return true;
+            }
+            if (key == Qt::Key_Escape && isFullScreen()) {
+                if (!isAutoRepeat)
+                    toggleFullScreen();
+                return true;
+            }
+            if (m_dispatcher->handleKey(key, modifiers, isAutoRepeat))
+                return true;
+            // The culling actions come first; the histogram and viewer keys never shadow one of them.
+            if (browse::HistogramHotkey::shared().matches(key, modifiers)) {
+                if (!isAutoRepeat) // a toggle, once per press
+                    m_histogram->toggle();
+                return true;
+            }
+            const auto viewer = browse::ViewerHotkeys::shared().actionForKey(key, modifiers);
+            if (!viewer)
+                return false;
+            if (!isAutoRepeat) // every viewer key acts once per press
+                performViewerAction(*viewer);
             return true;
-        }
-        if (m_dispatcher->handleKey(key, modifiers, isAutoRepeat))
-            return true;
-        // The culling actions come first; the histogram key never shadows one of them.
-        if (!browse::HistogramHotkey::shared().matches(key, modifiers))
-            return false;
-        if (!isAutoRepeat) // a toggle, once per press
-            m_histogram->toggle();
-        return true;
-    }, this);
+        },
+        this);
     qApp->installEventFilter(m_keyMonitor);
 
     m_statusBar = new BrowseStatusBar(*m_state, this);
@@ -140,6 +168,31 @@ MainWindow::~MainWindow()
     qApp->removeEventFilter(m_keyMonitor);
 }
 
+void MainWindow::performViewerAction(browse::ViewerAction action)
+{
+    using browse::RatingChange;
+    using browse::ViewerAction;
+    if (const auto stars = browse::starsOf(action))
+        return m_dispatcher->rate(RatingChange::toStars(*stars));
+    switch (action) {
+    case ViewerAction::togglePick:
+        return m_dispatcher->rate({RatingChange::Kind::togglePick});
+    case ViewerAction::toggleReject:
+        return m_dispatcher->rate({RatingChange::Kind::toggleReject});
+    case ViewerAction::toggleLoupe:
+        m_loupe->isOpen() ? m_loupe->close() : m_loupe->open();
+        if (m_info->isVisible())
+            m_info->raise(); // the data stays over the loupe
+        return;
+    case ViewerAction::toggleInfo:
+        return m_info->toggle();
+    case ViewerAction::showHelp:
+        return showKeyHelp();
+    default:
+        return;
+    }
+}
+
 void MainWindow::buildMenus()
 {
     QMenu* file = menuBar()->addMenu(tr("文件"));
@@ -152,6 +205,8 @@ void MainWindow::buildMenus()
     QMenu* view = menuBar()->addMenu(tr("显示"));
     view->addAction(m_folderDock->toggleViewAction());
     view->addAction(tr("全屏"), QKeySequence::FullScreen, this, &MainWindow::toggleFullScreen);
+    // F1 is no help key here: it is the red key's twin (see the key names).
+    view->addAction(tr("快捷键帮助"), this, &MainWindow::showKeyHelp);
     m_toolsMenu = menuBar()->addMenu(tr("工具"));
 }
 
@@ -201,8 +256,8 @@ void MainWindow::switchMode(int mode)
 
 void MainWindow::chooseFolder()
 {
-    const QString folder = QFileDialog::getExistingDirectory(this, tr("选择文件夹"),
-                                                             m_state->currentFolder().value_or(QDir::homePath()));
+    const QString folder = QFileDialog::getExistingDirectory(
+        this, tr("选择文件夹"), m_state->currentFolder().value_or(QDir::homePath()));
     if (!folder.isEmpty())
         openFolder(folder);
 }
@@ -318,6 +373,13 @@ void MainWindow::showSettings()
     dialog.exec();
 }
 
+void MainWindow::showKeyHelp()
+{
+    auto* help = new KeyHelpDialog(this);
+    help->setAttribute(Qt::WA_DeleteOnClose);
+    help->open(); // not exec(): the key dispatch goes on behind it
+}
+
 void MainWindow::addToolPanel(const QString& title, QWidget* panel)
 {
     auto* dock = new QDockWidget(title, this);
@@ -335,7 +397,8 @@ void MainWindow::addToolPanel(const QString& title, QWidget* panel)
     else
         m_firstToolDock = dock;
     dock->hide();
-    connect(dock, &QDockWidget::visibilityChanged, this, [this] { QTimer::singleShot(0, this, &MainWindow::fitToScreen); });
+    connect(dock, &QDockWidget::visibilityChanged, this,
+            [this] { QTimer::singleShot(0, this, &MainWindow::fitToScreen); });
     connect(dock->toggleViewAction(), &QAction::triggered, dock, [dock](bool shown) {
         if (shown)
             dock->raise(); // the panel just opened is the tab in front
@@ -358,8 +421,10 @@ void MainWindow::fitToScreen()
         resize(wanted);
     // Back onto the screen when the bottom or the right edge ran off it.
     QPoint at = frameGeometry().topLeft();
-    at.setX(std::clamp(at.x(), available.left(), std::max(available.left(), available.right() - frameGeometry().width() + 1)));
-    at.setY(std::clamp(at.y(), available.top(), std::max(available.top(), available.bottom() - frameGeometry().height() + 1)));
+    at.setX(std::clamp(at.x(), available.left(),
+                       std::max(available.left(), available.right() - frameGeometry().width() + 1)));
+    at.setY(std::clamp(at.y(), available.top(),
+                       std::max(available.top(), available.bottom() - frameGeometry().height() + 1)));
     if (at != frameGeometry().topLeft())
         move(at);
 }

@@ -5,6 +5,7 @@
 
 #include "app/ToolHost.h"
 #include "browse/hotkeys/BrowseChrome.h"
+#include "browse/hotkeys/ViewerAction.h"
 
 #include <QElapsedTimer>
 #include <QList>
@@ -19,6 +20,7 @@ class QStackedWidget;
 
 namespace lumaro::browse {
 class FolderNavigator;
+class FullPictureLoader;
 class HotkeyDispatcher;
 class HotkeyManager;
 class LMRModeState;
@@ -33,6 +35,8 @@ class FolderPanel;
 class HistogramOverlay;
 class FolderViewMemory;
 class KeyMonitor;
+class LoupeView;
+class ShootingInfoOverlay;
 
 // Main thread. Mode switches save the shared state under the "LMR_" keys and let the next mode read it back.
 // A folder is opened from the dialog, from the command line, or by dropping it on the window; an empty or
@@ -58,8 +62,11 @@ public:
     BrowseStatusBar& browseStatusBar() { return *m_statusBar; }
     FolderPanel& folderPanel() { return *m_folderPanel; }
     HistogramOverlay& histogramOverlay() { return *m_histogram; }
+    LoupeView& loupe() { return *m_loupe; }
+    ShootingInfoOverlay& shootingInfo() { return *m_info; }
     bool isFolderPanelShown() const;
     void showSettings();
+    void showKeyHelp();
 
     // ToolHost
     browse::LMRModeState& modeState() override { return *m_state; }
@@ -80,6 +87,7 @@ protected:
 
 private:
     void buildMenus();
+    void performViewerAction(browse::ViewerAction action);
     void buildModeBar();
     void chooseFolder();
     void folderLoaded(const QString& folder, int count);
@@ -103,6 +111,9 @@ private:
     BrowseStatusBar* m_statusBar;
     FolderPanel* m_folderPanel;
     HistogramOverlay* m_histogram;
+    browse::FullPictureLoader* m_fullPictures;
+    LoupeView* m_loupe;
+    ShootingInfoOverlay* m_info;
     QDockWidget* m_folderDock;
     QDockWidget* m_firstToolDock = nullptr;
     QActionGroup* m_modeActions = nullptr;

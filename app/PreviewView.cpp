@@ -6,7 +6,10 @@
 #include "browse/thumbnails/ThumbnailLoader.h"
 
 #include <QFileInfo>
+
+#include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 
 namespace lumaro::app {
 
@@ -76,6 +79,16 @@ void PreviewView::refreshImage()
     update();
 }
 
+void PreviewView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (m_path.isEmpty() || m_image.isNull())
+        return;
+    const QRectF shown(TilePainter::fitted(m_image.size(), rect().adjusted(8, 8, -8, -8)));
+    const QPointF at = event->position() - shown.topLeft();
+    Q_EMIT loupeRequested(
+        QPointF(std::clamp(at.x() / shown.width(), 0.0, 1.0), std::clamp(at.y() / shown.height(), 0.0, 1.0)));
+}
+
 void PreviewView::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
@@ -99,6 +112,7 @@ void PreviewView::paintEvent(QPaintEvent*)
     const QString name = QFileInfo(m_path).fileName();
     const QStringList colors = m_state.imageAnnotations().value(name).colors;
     TilePainter::paintColorDots(painter, area, colors, 18);
+    TilePainter::paintMarks(painter, area, m_state.rating(name), 20);
 }
 
 } // namespace lumaro::app

@@ -27,8 +27,13 @@ public:
     bool isShowingPreview() const { return m_isPreview; }
     const QImage& shownImage() const { return m_image; }
 
+Q_SIGNALS:
+    // A double-click on the picture: where, as shares 0–1 of its width and height (the loupe opens there).
+    void loupeRequested(const QPointF& centre);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:

@@ -202,6 +202,7 @@ void ThumbnailScrollView::paintEvent(QPaintEvent*)
         tile.failed = m_loader.hasFailed(path, browse::PictureKind::thumbnail);
         tile.selected = selected == i;
         tile.colors = annotations.value(m_state.imageFiles().at(i)).colors;
+        tile.marks = m_state.rating(m_state.imageFiles().at(i));
         TilePainter::paint(painter, rect, tile);
     }
     if (m_awaitingFirstScreen)

@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace lumaro::app {
 
 QColor TilePainter::colorOfTag(const QString& name)
@@ -38,6 +40,37 @@ void TilePainter::paintColorDots(QPainter& painter, const QRect& area, const QSt
     painter.restore();
 }
 
+void TilePainter::paintMarks(QPainter& painter, const QRect& area, const platform::PictureMarks& marks,
+                             int height)
+{
+    if (!marks.hasRating())
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (marks.flag == platform::PickFlag::rejected)
+        painter.fillRect(area, QColor(0, 0, 0, 140));
+    QFont font = painter.font();
+    font.setPixelSize(height);
+    font.setBold(true);
+    painter.setFont(font);
+    QString text;
+    if (marks.flag == platform::PickFlag::picked)
+        text += QStringLiteral("✔ ");
+    else if (marks.flag == platform::PickFlag::rejected)
+        text += QStringLiteral("✖ ");
+    text += QString(marks.stars, QChar(0x2605));
+    const QRect box = painter.fontMetrics().boundingRect(text).adjusted(-4, -2, 4, 2);
+    const QRect badge(area.left() + 4, area.bottom() - box.height() - 4, box.width(), box.height());
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0, 0, 0, 150));
+    painter.drawRoundedRect(badge, 3, 3);
+    painter.setPen(marks.flag == platform::PickFlag::rejected ? QColor(255, 90, 90)
+                   : marks.flag == platform::PickFlag::picked ? QColor(110, 230, 110)
+                                                              : QColor(255, 210, 60));
+    painter.drawText(badge, Qt::AlignCenter, text);
+    painter.restore();
+}
+
 void TilePainter::paint(QPainter& painter, const QRect& cell, const Tile& tile)
 {
     const QRect inner = cell.adjusted(4, 4, -4, -4);
@@ -52,6 +85,7 @@ void TilePainter::paint(QPainter& painter, const QRect& cell, const Tile& tile)
     }
     if (!tile.colors.isEmpty())
         paintColorDots(painter, inner, tile.colors, std::max(8, inner.width() / 14));
+    paintMarks(painter, inner, tile.marks, std::clamp(inner.width() / 12, 9, 16));
     if (tile.selected) {
         painter.setPen(QPen(QColor(0, 140, 255), 3));
         painter.setBrush(Qt::NoBrush);

@@ -5,6 +5,7 @@
 #include "platform/FolderFiles.h"
 #include "platform/Log.h"
 #include "platform/Trash.h"
+#include "platform/metadata/XmpSidecar.h"
 
 namespace lumaro::cards {
 
@@ -45,9 +46,16 @@ CleanResult PairingCleaner::clean(const QStringList& unmatchedFiles, const Progr
         QString sizeError;
         const auto size = platform::FolderFiles::sizeOf(path, &sizeError);
         QString error;
+        const QStringList sidecars = platform::XmpSidecar::companionsOf(path);
         if (m_trash.moveToTrash(path, &error)) {
             result.cleanedFilesCount += 1;
             result.freedSpace += size.value_or(0);
+            // The RAW's sidecar goes with it; one left behind is only logged (the RAW is in the Trash).
+            for (const QString& sidecar : sidecars) {
+                if (!m_trash.moveToTrash(sidecar, &error))
+                    Log::raw(QStringLiteral("Error moving sidecar to trash: ") + error +
+                             QStringLiteral(" - ") + sidecar);
+            }
         } else {
             Log::raw(QStringLiteral("Error moving file to trash: ") + error + QStringLiteral(" - ") + path);
             result.failedFilesCount += 1;

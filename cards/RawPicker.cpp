@@ -3,6 +3,7 @@
 
 #include "platform/FileCopier.h"
 #include "platform/Log.h"
+#include "platform/metadata/XmpSidecar.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -46,6 +47,8 @@ PickResult RawPicker::pick(const QStringList& matchedRawFiles, const QString& ra
             result.failures.append({source, target + QStringLiteral(" is a folder")});
         } else if (platform::FileCopier::copyReplacing(source, target, &error)) {
             result.copiedCount += 1;
+            for (const QString& missed : platform::XmpSidecar::copyCompanions(source, target))
+                Log::raw(QStringLiteral("copy sidecar: ") + missed);
         } else {
             Log::raw(QStringLiteral("copy error: ") + error + QStringLiteral(" - ") + source);
             result.failedCount += 1;

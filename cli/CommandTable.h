@@ -19,6 +19,8 @@ HEAVY("pose", "Name each person's pose (level 1 and 2) with its reason", runPose
 HEAVY("thumbs", "Write a JPEG thumbnail of every picture of a folder", runThumbs)
 LIGHT("trash", "Move files to the Trash and print where each went", runTrash)
 LIGHT("tags", "Print a picture's tags, or toggle one colour tag", runTags)
+HEAVY("info", "Print pictures' shooting data: camera, lens, exposure, size, rating", runInfo)
+HEAVY("rate", "Give pictures stars, a pick or a reject in their XMP sidecars", runRate)
 HEAVY("rotate", "Turn pictures 90 degrees to the left on disk", runRotate)
 HEAVY("index", "Analyse a folder's pictures into _index/vision_index_*.json", runIndex)
 LIGHT("fav", "Mark pictures as favourites, list and audit them", runFav)

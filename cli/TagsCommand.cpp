@@ -7,6 +7,8 @@
 #include "platform/files/FileNameCodec.h"
 
 #include "browse/hotkeys/HotkeyAction.h"
+#include "browse/marks/PictureRater.h"
+#include "browse/state/ImageAnnotation.h"
 #include "platform/XattrTagStore.h"
 
 #include <QFileInfo>
@@ -53,6 +55,12 @@ int runTags(const QStringList& arguments)
         if (!store.setTags(file, *tags, &error))
             return line.fail(QStringLiteral("%1: cannot write tags: %2").arg(escapedForLine(file), error),
                              exitPartial);
+        // The editors read colours from the XMP sidecar, not from the file's tags.
+        if (!browse::PictureRater::shared().writeColours(file, browse::annotationFromTags(*tags).colors,
+                                                         &error))
+            return line.fail(
+                QStringLiteral("%1: tags written, sidecar not: %2").arg(escapedForLine(file), error),
+                exitPartial);
     }
     QTextStream& out = standardOutput();
     if (line.json())

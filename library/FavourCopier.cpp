@@ -4,6 +4,7 @@
 #include "platform/FileCopier.h"
 #include "platform/Log.h"
 #include "platform/SettingsStore.h"
+#include "platform/metadata/XmpSidecar.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -92,6 +93,8 @@ std::optional<QString> FavourCopier::copy(const QString& picturePath) const
         return std::nullopt;
     }
     platform::Log::line(kTag, QStringLiteral("✅ favcp: ") + *written);
+    for (const QString& missed : platform::XmpSidecar::copyCompanions(source.absoluteFilePath(), *written))
+        platform::Log::line(kTag, QStringLiteral("⚠️ favcp XMP: ") + missed);
     return written;
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ExifOrientation.h"
+#include "platform/metadata/Exiv2Setup.h"
 
 #include "platform/FileReplacer.h"
 #include "platform/files/FileNameCodec.h"

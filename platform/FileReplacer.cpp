@@ -29,19 +29,17 @@ bool fail(QString* error, int code, const QByteArray& temporary = {})
     return false;
 }
 
-} // namespace
-
-bool FileReplacer::replaceContents(const QString& path, const QByteArray& contents, QString* error)
+// A complete, synced temporary file beside `path` holding `contents` with permission bits `mode`; its
+// encoded name, or empty after setting `error`.
+QByteArray writeTemporary(const QString& path, const QByteArray& contents, mode_t mode, QString* error)
 {
-    const QByteArray target = FileNameCodec::encode(path);
-    struct stat original {};
-    if (::stat(target.constData(), &original) != 0)
-        return fail(error, errno);
     QByteArray temporary =
         FileNameCodec::encode(QFileInfo(path).absolutePath() + QStringLiteral("/.lumaro-rewrite-XXXXXX"));
     const int fd = ::mkostemp(temporary.data(), O_CLOEXEC);
-    if (fd < 0)
-        return fail(error, errno);
+    if (fd < 0) {
+        fail(error, errno);
+        return {};
+    }
     for (qsizetype written = 0; written < contents.size();) {
         const ssize_t put = ::write(fd, contents.constData() + written, size_t(contents.size() - written));
         if (put < 0 && errno == EINTR)
@@ -49,18 +47,51 @@ bool FileReplacer::replaceContents(const QString& path, const QByteArray& conten
         if (put < 0) {
             const int code = errno;
             ::close(fd);
-            return fail(error, code, temporary);
+            fail(error, code, temporary);
+            return {};
         }
         written += put;
     }
-    ::fchmod(fd, original.st_mode & 07777);
+    ::fchmod(fd, mode & 07777);
     const bool synced = ::fsync(fd) == 0;
     const int syncError = errno;
-    if (::close(fd) != 0 || !synced)
-        return fail(error, synced ? errno : syncError, temporary);
+    if (::close(fd) != 0 || !synced) {
+        fail(error, synced ? errno : syncError, temporary);
+        return {};
+    }
+    return temporary;
+}
+
+} // namespace
+
+bool FileReplacer::replaceContents(const QString& path, const QByteArray& contents, QString* error)
+{
+    const QByteArray target = FileNameCodec::encode(path);
+    struct stat original
+    {
+    };
+    if (::stat(target.constData(), &original) != 0)
+        return fail(error, errno);
+    const QByteArray temporary = writeTemporary(path, contents, original.st_mode, error);
+    if (temporary.isEmpty())
+        return false;
     FileCopier::copyUserAttributes(path, FileNameCodec::decode(temporary));
     if (::rename(temporary.constData(), target.constData()) != 0)
         return fail(error, errno, temporary);
+    return true;
+}
+
+bool FileReplacer::createFile(const QString& path, const QByteArray& contents, QString* error)
+{
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    const QByteArray temporary = writeTemporary(path, contents, 0666 & ~mask, error);
+    if (temporary.isEmpty())
+        return false;
+    // link() never replaces: a file that appeared under the name meanwhile is kept and this one dropped.
+    if (::link(temporary.constData(), FileNameCodec::encode(path).constData()) != 0)
+        return fail(error, errno, temporary);
+    ::unlink(temporary.constData());
     return true;
 }
 

@@ -14,6 +14,9 @@ class FileReplacer
 {
 public:
     static bool replaceContents(const QString& path, const QByteArray& contents, QString* error);
+    // Creates `path` with `contents` (permissions from the umask), never replacing a file that has that
+    // name, even one that appears while this writes: then it fails with "File exists".
+    static bool createFile(const QString& path, const QByteArray& contents, QString* error);
 };
 
 } // namespace lumaro::platform

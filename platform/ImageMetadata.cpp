@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ImageMetadata.h"
+#include "platform/metadata/Exiv2Setup.h"
 
 #include "platform/metadata/Exiv2Setup.h"
 

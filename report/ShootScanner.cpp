@@ -3,6 +3,7 @@
 
 #include "platform/DirectoryLister.h"
 #include "platform/FileTagStore.h"
+#include "platform/metadata/XmpSidecar.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -51,7 +52,7 @@ void listFolder(const QString& folder, bool deep, QSet<QString>& visited, Listin
         }
         if (entry.kind != platform::DirectoryEntry::Kind::file)
             continue;
-        if (isSidecarName(name))
+        if (platform::XmpSidecar::isSidecarName(name))
             listing.sidecars.insert(dir.filePath(name).chopped(4).toLower(), dir.filePath(name));
         else if (fileKindOf(name))
             listing.pictures << dir.filePath(name);

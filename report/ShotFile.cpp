@@ -31,9 +31,4 @@ std::optional<FileKind> fileKindOf(const QString& fileName)
     return std::nullopt;
 }
 
-bool isSidecarName(const QString& fileName)
-{
-    return fileName.endsWith(QLatin1String(".xmp"), Qt::CaseInsensitive);
-}
-
 } // namespace lumaro::report

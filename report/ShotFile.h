@@ -30,6 +30,5 @@ struct ShotFile
 
 // nullopt for a file that is no picture (by its lower-cased extension).
 std::optional<FileKind> fileKindOf(const QString& fileName);
-bool isSidecarName(const QString& fileName);
 
 } // namespace lumaro::report

@@ -28,7 +28,8 @@ struct BatchRenameReport
 
 // Blocking; any thread. Both names of every rename are plain names inside `folder`. A target that exists is
 // logged "文件已存在，跳过: " and skipped; a failed rename is logged with `failureText` and the reason and
-// leaves the file as it was. A dry run checks the targets the same way and renames nothing.
+// leaves the file as it was. A dry run checks the targets the same way and renames nothing. A picture's XMP
+// sidecars take its new name with it (IMG_1.CR2.xmp → _G1_IMG_1.CR2.xmp).
 class BatchRenamer
 {
 public:
@@ -38,6 +39,8 @@ public:
                           const std::function<void(int done, int total)>& progress = {}) const;
 
 private:
+    void renameSidecars(const QStringList& sidecars, const QString& from, const QString& to) const;
+
     RenameFunction m_rename;
     QString m_failureText;
 };

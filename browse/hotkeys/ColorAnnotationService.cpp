@@ -2,6 +2,7 @@
 #include "browse/hotkeys/ColorAnnotationService.h"
 
 #include "browse/hotkeys/HotkeyAction.h"
+#include "browse/marks/PictureRater.h"
 #include "browse/state/LMRModeState.h"
 #include "platform/FileTagStore.h"
 #include "platform/Log.h"
@@ -16,8 +17,8 @@ namespace {
 const QString kTag = QStringLiteral("HotkeyDispatcher");
 }
 
-ColorAnnotationService::ColorAnnotationService(platform::FileTagStore& tags)
-    : m_tags(tags)
+ColorAnnotationService::ColorAnnotationService(platform::FileTagStore& tags, PictureRater* rater)
+    : m_tags(tags), m_rater(rater ? *rater : PictureRater::shared())
 {
 }
 
@@ -26,7 +27,8 @@ ImageAnnotation ColorAnnotationService::annotationFromTags(const QStringList& ta
     return browse::annotationFromTags(tags);
 }
 
-void ColorAnnotationService::applyToState(LMRModeState& state, const QString& fileName, const QStringList& tags)
+void ColorAnnotationService::applyToState(LMRModeState& state, const QString& fileName,
+                                          const QStringList& tags)
 {
     state.setFileTags(fileName, tags);
     state.setAnnotation(fileName, annotationFromTags(tags));
@@ -51,8 +53,11 @@ std::optional<QStringList> ColorAnnotationService::toggle(LMRModeState& state, c
         Log::line(kTag, QStringLiteral("写入标签失败: %1 (%2)").arg(fileName, error));
         return std::nullopt;
     }
-    Log::line(kTag, (adding ? QStringLiteral("添加颜色标签: %1 -> %2") : QStringLiteral("移除颜色标签: %1 -> %2"))
-                        .arg(color, fileName));
+    Log::line(kTag,
+              (adding ? QStringLiteral("添加颜色标签: %1 -> %2") : QStringLiteral("移除颜色标签: %1 -> %2"))
+                  .arg(color, fileName));
+    if (!m_rater.writeColours(path, annotationFromTags(*tags).colors, &error))
+        Log::line(kTag, QStringLiteral("写入XMP颜色标签失败: %1 (%2)").arg(fileName, error));
     applyToState(state, fileName, *tags);
     return tags;
 }

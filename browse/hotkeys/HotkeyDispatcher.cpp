@@ -5,6 +5,7 @@
 #include "browse/hotkeys/ColorAnnotationService.h"
 #include "browse/hotkeys/FolderNavigator.h"
 #include "browse/hotkeys/HotkeyManager.h"
+#include "browse/marks/PictureRater.h"
 #include "browse/state/LMRModeState.h"
 #include "browse/thumbnails/ThumbnailCache.h"
 #include "browse/thumbnails/ThumbnailReloadService.h"
@@ -35,19 +36,16 @@ void say(const QString& message)
 
 HotkeyDispatcher::HotkeyDispatcher(LMRModeState& state, HotkeyManager& manager, BrowseChrome* chrome,
                                    Services services, QObject* parent)
-    : QObject(parent)
-    , m_state(state)
-    , m_manager(manager)
-    , m_chrome(chrome)
-    , m_deleteService(services.deleteService ? *services.deleteService : FileDeleteService::shared())
-    , m_tags(services.tags ? *services.tags : platform::XattrTagStore::shared())
-    , m_cache(services.cache ? *services.cache : ThumbnailCache::shared())
-    , m_reload(services.reload ? *services.reload : ThumbnailReloadService::shared())
-    , m_navigator(services.navigator)
-    , m_annotations(std::make_unique<ColorAnnotationService>(m_tags))
-    , m_loader(services.loader)
-    , m_rotate(services.rotate ? services.rotate : RotateFunction(&platform::ImageRotator::rotateLeft))
-    , m_clock(services.clock ? services.clock : platform::systemClock())
+    : QObject(parent), m_state(state), m_manager(manager), m_chrome(chrome),
+      m_deleteService(services.deleteService ? *services.deleteService : FileDeleteService::shared()),
+      m_tags(services.tags ? *services.tags : platform::XattrTagStore::shared()),
+      m_cache(services.cache ? *services.cache : ThumbnailCache::shared()),
+      m_reload(services.reload ? *services.reload : ThumbnailReloadService::shared()),
+      m_navigator(services.navigator), m_annotations(std::make_unique<ColorAnnotationService>(m_tags)),
+      m_loader(services.loader),
+      m_rotate(services.rotate ? services.rotate : RotateFunction(&platform::ImageRotator::rotateLeft)),
+      m_clock(services.clock ? services.clock : platform::systemClock()),
+      m_rater(services.rater ? *services.rater : PictureRater::shared())
 {
     if (!m_navigator) {
         m_ownNavigator = std::make_unique<FolderNavigator>(m_state);
@@ -65,7 +63,8 @@ bool HotkeyDispatcher::handleKey(int qtKey, Qt::KeyboardModifiers modifiers, boo
     if (isAutoRepeat && !repeatsWhileHeld(*action))
         return true; // held down: the press already did it once
     if (*action == HotkeyAction::deleteFile) {
-        // A doubled press (a bouncing key, a nervous finger) must not take the picture that slid into place too.
+        // A doubled press (a bouncing key, a nervous finger) must not take the picture that slid into place
+        // too.
         const double now = m_clock();
         if (now - m_lastDeletePress < deletePressGuardSeconds) {
             say(QStringLiteral("删除键连按过快，忽略本次删除请求"));
@@ -80,23 +79,35 @@ bool HotkeyDispatcher::handleKey(int qtKey, Qt::KeyboardModifiers modifiers, boo
 void HotkeyDispatcher::perform(HotkeyAction action)
 {
     switch (action) {
-    case HotkeyAction::navigatePrevious: return navigateBy(-1, int(NavigationDirection::previous));
-    case HotkeyAction::navigateNext: return navigateBy(1, int(NavigationDirection::next));
-    case HotkeyAction::navigateUp: return navigateBy(-m_state.imagesPerRow(), int(NavigationDirection::up));
-    case HotkeyAction::navigateDown: return navigateBy(m_state.imagesPerRow(), int(NavigationDirection::down));
-    case HotkeyAction::navigateFolderNext: return moveFolder(1);
-    case HotkeyAction::navigateFolderPrevious: return moveFolder(-1);
+    case HotkeyAction::navigatePrevious:
+        return navigateBy(-1, int(NavigationDirection::previous));
+    case HotkeyAction::navigateNext:
+        return navigateBy(1, int(NavigationDirection::next));
+    case HotkeyAction::navigateUp:
+        return navigateBy(-m_state.imagesPerRow(), int(NavigationDirection::up));
+    case HotkeyAction::navigateDown:
+        return navigateBy(m_state.imagesPerRow(), int(NavigationDirection::down));
+    case HotkeyAction::navigateFolderNext:
+        return moveFolder(1);
+    case HotkeyAction::navigateFolderPrevious:
+        return moveFolder(-1);
     case HotkeyAction::annotateRed:
     case HotkeyAction::annotateYellow:
     case HotkeyAction::annotateOrange:
     case HotkeyAction::annotateGreen:
     case HotkeyAction::annotateBlue:
-    case HotkeyAction::annotatePurple: return annotate(action);
-    case HotkeyAction::deleteFile: return deleteSelected();
-    case HotkeyAction::restoreFile: return restoreNewest();
-    case HotkeyAction::rotateLeft: return rotateSelected();
-    case HotkeyAction::toggleFullScreen: return toggleFullScreen();
-    case HotkeyAction::toggleDirPanel: return toggleDirPanel();
+    case HotkeyAction::annotatePurple:
+        return annotate(action);
+    case HotkeyAction::deleteFile:
+        return deleteSelected();
+    case HotkeyAction::restoreFile:
+        return restoreNewest();
+    case HotkeyAction::rotateLeft:
+        return rotateSelected();
+    case HotkeyAction::toggleFullScreen:
+        return toggleFullScreen();
+    case HotkeyAction::toggleDirPanel:
+        return toggleDirPanel();
     }
 }
 
@@ -136,7 +147,8 @@ void HotkeyDispatcher::navigateBy(int step, int direction)
 
 void HotkeyDispatcher::moveFolder(int step)
 {
-    m_state.lastNavigationDirection = step > 0 ? NavigationDirection::folderNext : NavigationDirection::folderPrevious;
+    m_state.lastNavigationDirection =
+        step > 0 ? NavigationDirection::folderNext : NavigationDirection::folderPrevious;
     if (!m_state.currentFolder() || !m_navigator->move(step).isEmpty())
         return;
     tellUser(step > 0 ? QStringLiteral("已经是最后一个文件夹") : QStringLiteral("已经是第一个文件夹"));
@@ -150,6 +162,36 @@ void HotkeyDispatcher::annotate(HotkeyAction action)
         return;
     if (!m_annotations->toggle(m_state, file->folder, file->name, *color))
         tellUser(QStringLiteral("无法写入标签：“%1”（文件只读，或所在磁盘不支持标签）").arg(file->name));
+}
+
+void HotkeyDispatcher::rate(const RatingChange& change)
+{
+    using Kind = RatingChange::Kind;
+    if (change.kind == Kind::togglePick || change.kind == Kind::toggleReject) {
+        const double now = m_clock();
+        if (now - m_lastTogglePress < deletePressGuardSeconds) {
+            say(QStringLiteral("标记键连按过快，忽略本次请求"));
+            return;
+        }
+        m_lastTogglePress = now;
+    }
+    const auto file = selectedFile();
+    if (!file)
+        return;
+    QString error;
+    const auto marks = m_rater.apply(QDir(file->folder).filePath(file->name), change, &error);
+    if (!marks) {
+        say(QStringLiteral("写入评级失败: %1 (%2)").arg(file->name, error));
+        tellUser(QStringLiteral("无法写入评级：“%1”（%2）").arg(file->name, error));
+        return;
+    }
+    say(QStringLiteral("评级: %1 -> %2 星%3")
+            .arg(file->name)
+            .arg(marks->stars)
+            .arg(marks->flag == platform::PickFlag::picked     ? QStringLiteral(", 精选")
+                 : marks->flag == platform::PickFlag::rejected ? QStringLiteral(", 废片")
+                                                               : QString()));
+    m_state.setRating(file->name, *marks);
 }
 
 void HotkeyDispatcher::tellUser(const QString& message)
@@ -178,13 +220,17 @@ void HotkeyDispatcher::runInBackground(std::function<std::function<void()>()> wo
     QPointer<HotkeyDispatcher> self(this);
     QThreadPool::globalInstance()->start([self, work = std::move(work)] {
         std::function<void()> done = work();
-        // Posted to the application object, which outlives every dispatcher; the guard is read on the main thread.
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [self, done = std::move(done)] {
-            if (!self)
-                return;
-            --self->m_pendingTasks;
-            done();
-        }, Qt::QueuedConnection);
+        // Posted to the application object, which outlives every dispatcher; the guard is read on the main
+        // thread.
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [self, done = std::move(done)] {
+                if (!self)
+                    return;
+                --self->m_pendingTasks;
+                done();
+            },
+            Qt::QueuedConnection);
     });
 }
 

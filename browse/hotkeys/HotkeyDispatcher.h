@@ -24,6 +24,8 @@ namespace lumaro::browse {
 
 class BrowseChrome;
 class ColorAnnotationService;
+class PictureRater;
+struct RatingChange;
 class FileDeleteService;
 class FolderNavigator;
 class HotkeyManager;
@@ -42,6 +44,7 @@ struct DispatcherServices
     ThumbnailCache* cache = nullptr;
     ThumbnailReloadService* reload = nullptr;
     FolderNavigator* navigator = nullptr;
+    PictureRater* rater = nullptr;
     // The window's decoder: a turned picture's stored images are dropped here directly, since the reload
     // notification is deduplicated and would swallow a second turn within its cooldown.
     ThumbnailLoader* loader = nullptr;
@@ -79,6 +82,10 @@ public:
     // then consumes the event, also when it was an auto-repeat that the action ignores).
     bool handleKey(int qtKey, Qt::KeyboardModifiers modifiers, bool isAutoRepeat = false);
     void perform(HotkeyAction action);
+    // Stars, pick or reject for the selected picture, written to its XMP sidecar at once and shown through
+    // the state. A pick or reject toggle pressed again within deletePressGuardSeconds is a bounce and ignored
+    // (it would take the mark straight back). A sidecar that cannot be written changes nothing and is said.
+    void rate(const RatingChange& change);
 
     // True while a delete, restore or rotation started here has not finished.
     bool isBusy() const { return m_pendingTasks > 0; }
@@ -129,7 +136,9 @@ private:
     ThumbnailLoader* m_loader;
     RotateFunction m_rotate;
     platform::Clock m_clock;
+    PictureRater& m_rater;
     double m_lastDeletePress = -1e9;
+    double m_lastTogglePress = -1e9;
     int m_pendingTasks = 0;
     bool m_isRestoring = false;
     bool m_isRotating = false;

@@ -5,6 +5,7 @@
 #include "browse/state/LMRModeState.h"
 #include "platform/Log.h"
 #include "platform/XattrTagStore.h"
+#include "platform/metadata/XmpSidecar.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -93,14 +94,19 @@ void FolderLoader::readTags(quint64 generation, const QString& folder, const QSt
     QThreadPool::globalInstance()->start([self, store, generation, folder, names, revision] {
         const QDir dir(folder);
         QMap<QString, QStringList> tags;
+        QMap<QString, platform::PictureMarks> ratings;
         for (const QString& name : names) {
-            const QStringList found = store->tags(dir.filePath(name)).value_or(QStringList());
+            const QString path = dir.filePath(name);
+            const QStringList found = store->tags(path).value_or(QStringList());
             if (!found.isEmpty())
                 tags.insert(name, found);
+            const auto marks = platform::XmpSidecar::read(path);
+            if (marks && marks->hasRating())
+                ratings.insert(name, *marks);
         }
         QMetaObject::invokeMethod(
             self.data(),
-            [self, generation, folder, names, tags, revision] {
+            [self, generation, folder, names, tags, ratings, revision] {
                 if (!self || !self->isCurrent(generation, folder))
                     return;
                 if (self->m_state.fileTagsRevision() != revision) {
@@ -109,6 +115,7 @@ void FolderLoader::readTags(quint64 generation, const QString& folder, const QSt
                     return;
                 }
                 self->m_state.setFolderTags(tags);
+                self->m_state.setFolderRatings(ratings);
                 Q_EMIT self->tagsLoaded(folder);
             },
             Qt::QueuedConnection);

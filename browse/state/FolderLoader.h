@@ -19,7 +19,8 @@ class LMRModeState;
 // comes back through the event loop and is dropped when the state's folder has changed meanwhile (the user
 // picked another folder while this one was being read) or a newer load was started. Once the list is in,
 // every picture's tags are read from disk on the pool too (what Dolphin, setfattr or an earlier session
-// wrote) and replace the state's tags and annotations; a load of the same folder (F5) reads them again.
+// wrote) and replace the state's tags and annotations, and so are its stars and pick or reject (its XMP
+// sidecar, else its own XMP, as an editor left them); a load of the same folder (F5) reads them again.
 class FolderLoader : public QObject
 {
     Q_OBJECT
@@ -34,7 +35,7 @@ public:
 Q_SIGNALS:
     void loaded(const QString& folder, int count);
     void dropped(const QString& folder);
-    // The tags of the folder's pictures are in the state.
+    // The tags and ratings of the folder's pictures are in the state.
     void tagsLoaded(const QString& folder);
 
 private:

@@ -104,6 +104,7 @@ void LMRModeState::removeFile(int index)
     m_imageAnnotations.remove(name);
     m_fileTags.remove(name);
     m_rotationOverrides.remove(name);
+    m_ratings.remove(name);
 
     Log::line(kTag, QStringLiteral("文件删除完成，剩余文件数: %1, 当前选中索引: %2")
                         .arg(remaining)
@@ -159,6 +160,7 @@ void LMRModeState::clearImageData()
     m_imageAnnotations.clear();
     m_fileTags.clear();
     m_rotationOverrides.clear();
+    m_ratings.clear();
     currentVisionClassification.clear();
     currentVisionTags.clear();
     Log::line(kTag, QStringLiteral("图像数据清除完成"));
@@ -309,6 +311,28 @@ void LMRModeState::setFolderTags(const QMap<QString, QStringList>& tagsByName)
         const ImageAnnotation annotation = annotationFromTags(*it);
         if (!annotation.colors.isEmpty())
             m_imageAnnotations.insert(it.key(), annotation);
+    }
+    Q_EMIT perFileDataChanged();
+    Q_EMIT stateChanged();
+}
+
+void LMRModeState::setRating(const QString& fileName, const platform::PictureMarks& marks)
+{
+    ++m_fileTagsRevision;
+    if (marks.hasRating())
+        m_ratings.insert(fileName, marks);
+    else
+        m_ratings.remove(fileName);
+    Q_EMIT perFileDataChanged();
+    Q_EMIT stateChanged();
+}
+
+void LMRModeState::setFolderRatings(const QMap<QString, platform::PictureMarks>& ratingsByName)
+{
+    m_ratings.clear();
+    for (auto it = ratingsByName.cbegin(); it != ratingsByName.cend(); ++it) {
+        if (it->hasRating())
+            m_ratings.insert(it.key(), *it);
     }
     Q_EMIT perFileDataChanged();
     Q_EMIT stateChanged();

@@ -4,6 +4,7 @@
 
 #include "browse/state/DeletedFileInfo.h"
 #include "browse/state/ImageAnnotation.h"
+#include "platform/metadata/PictureMarks.h"
 
 #include <QByteArray>
 #include <QMap>
@@ -90,11 +91,18 @@ public:
     void setRotationOverride(const QString& fileName, int degrees);
     // The display rotation of the picture at `path`: its override when it lies in the folder shown, else 0.
     int rotationOverrideForPath(const QString& path) const;
-    // Counts changes of single files' tags, so that a folder-wide reading that began before one can tell.
+    // Counts changes of single files' tags and ratings, so that a folder-wide reading that began before one
+    // can tell.
     quint64 fileTagsRevision() const { return m_fileTagsRevision; }
     // The tags of the folder's pictures as read from disk (absent names have none): replaces fileTags and the
     // annotations drawn from them.
     void setFolderTags(const QMap<QString, QStringList>& tagsByName);
+    // Stars and pick/reject of the folder's pictures (absent names have none), as their XMP says.
+    const QMap<QString, platform::PictureMarks>& ratings() const { return m_ratings; }
+    platform::PictureMarks rating(const QString& fileName) const { return m_ratings.value(fileName); }
+    void setRating(const QString& fileName, const platform::PictureMarks& marks);
+    // Replaces every rating with those read from disk.
+    void setFolderRatings(const QMap<QString, platform::PictureMarks>& ratingsByName);
 
     // --- layout
     int imagesPerRow() const { return m_imagesPerRow; }
@@ -157,6 +165,7 @@ private:
     QMap<QString, QStringList> m_fileTags;
     QList<DeletedFileInfo> m_deletedFilesHistory;
     QMap<QString, int> m_rotationOverrides;
+    QMap<QString, platform::PictureMarks> m_ratings;
     quint64 m_fileTagsRevision = 0;
     std::optional<QString> m_currentDirectory;
     std::optional<QString> m_baseDirectory;

@@ -5,6 +5,7 @@
 #include "platform/FreedesktopTrash.h"
 #include "platform/Log.h"
 #include "platform/files/FileNameCodec.h"
+#include "platform/metadata/XmpSidecar.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -118,9 +119,14 @@ TrashOutcome FileDeleteService::moveToTrash(const QString& fileName, const QStri
     TrashOutcome outcome;
     if (!isPlainName(fileName)) {
         outcome.error = QStringLiteral("不是文件名: ") + fileName;
-    } else if (const auto item = m_trash.moveToTrash(QDir(folder).filePath(fileName), &outcome.error)) {
-        outcome.trashFilePath = item->trashedPath;
-        say(QStringLiteral("成功将文件移动到废纸篓: ") + fileName);
+    } else {
+        const QString path = QDir(folder).filePath(fileName);
+        const QStringList sidecars = platform::XmpSidecar::companionsOf(path);
+        if (const auto item = m_trash.moveToTrash(path, &outcome.error)) {
+            outcome.trashFilePath = item->trashedPath;
+            say(QStringLiteral("成功将文件移动到废纸篓: ") + fileName);
+            trashSidecars(sidecars);
+        }
     }
     if (!outcome.ok())
         say(QStringLiteral("错误详情: ") + outcome.error);
@@ -186,8 +192,43 @@ bool FileDeleteService::restore(const DeletedFileInfo& info, platform::TrashReco
         say(QStringLiteral("所有恢复方法都失败了"));
         return false;
     }
+    restoreSidecars(target, records);
     say(QStringLiteral("文件恢复完成，准备恢复系统标签 (若有)"));
     return true;
+}
+
+void FileDeleteService::trashSidecars(const QStringList& sidecars)
+{
+    // The picture is in the Trash already: a sidecar that stays behind is logged, never a reason to undo it.
+    for (const QString& sidecar : sidecars) {
+        QString error;
+        if (m_trash.moveToTrash(sidecar, &error))
+            say(QStringLiteral("XMP附属文件已随图片移到废纸篓: ") + sidecar);
+        else
+            say(QStringLiteral("XMP附属文件未能移到废纸篓: %1 (%2)").arg(sidecar, error));
+    }
+}
+
+void FileDeleteService::restoreSidecars(const QString& picture, platform::TrashRecords& records)
+{
+    const QString stem = platform::XmpSidecar::pathFor(picture, platform::SidecarNaming::stem).chopped(4);
+    QStringList names{picture + QStringLiteral(".xmp"), picture + QStringLiteral(".XMP")};
+    if (stem != picture)
+        names << stem + QStringLiteral(".xmp") << stem + QStringLiteral(".XMP");
+    for (const QString& sidecar : names) {
+        if (itemExists(sidecar))
+            continue; // never over a sidecar written since
+        const auto items = m_restorer.findByOriginalPath(sidecar, &records);
+        if (items.isEmpty())
+            continue;
+        const platform::RenameResult result = m_restorer.putBack(items.constFirst().trashedPath, sidecar);
+        QString error = result.error;
+        if (result.ok ||
+            (result.crossDevice && m_restorer.copyBack(items.constFirst().trashedPath, sidecar, &error)))
+            say(QStringLiteral("XMP附属文件已恢复: ") + sidecar);
+        else
+            say(QStringLiteral("XMP附属文件未能恢复: %1 (%2)").arg(sidecar, error));
+    }
 }
 
 bool FileDeleteService::restoreFromSavedPath(const DeletedFileInfo& info, const QString& target,

@@ -32,7 +32,8 @@ struct TrashOutcome
 // trash
 // --restore`. Only an item whose record names the file's own original path is ever taken: a same-named item
 // trashed from another folder stays where it is. No way ever replaces a file of the same name already in the
-// folder: the restore then fails and the item stays in the Trash.
+// folder: the restore then fails and the item stays in the Trash. A picture's XMP sidecars go to the Trash
+// with it and come back with it (never over a sidecar that has appeared meanwhile).
 class FileDeleteService
 {
 public:
@@ -65,6 +66,8 @@ private:
                          QString* crossDeviceItem);
     bool restoreByCopy(const QString& item, const QString& target);
     bool restoreWithGio(const QString& target);
+    void trashSidecars(const QStringList& sidecars);
+    void restoreSidecars(const QString& picture, platform::TrashRecords& records);
 
     Options m_options;
     platform::Trash& m_trash;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/metadata/CaptureMetadata.h"
 
+#include "platform/files/FileNameCodec.h"
 #include "platform/metadata/Exiv2Setup.h"
 
 #include <QFile>
@@ -9,7 +10,6 @@
 
 #include <cmath>
 #include <initializer_list>
-#include <mutex>
 
 namespace lumaro::platform {
 
@@ -135,6 +135,9 @@ void readExif(const Exiv2::ExifData& exif, CaptureMetadata& m)
         m.iso = int(*iso);
     m.fNumber = number(exif, {"Exif.Photo.FNumber", "Exif.Image.FNumber"});
     m.exposureSeconds = number(exif, {"Exif.Photo.ExposureTime", "Exif.Image.ExposureTime"});
+    if (const auto bias = findExif(exif, {"Exif.Photo.ExposureBiasValue", "Exif.Image.ExposureBiasValue"});
+        bias != exif.end() && std::isfinite(bias->toFloat()))
+        m.exposureBias = double(bias->toFloat());
     if (const auto flash = findExif(exif, {"Exif.Photo.Flash", "Exif.Image.Flash"}); flash != exif.end())
         m.flashFired = (flash->toLong() & 1) != 0;
 
@@ -162,7 +165,7 @@ CaptureMetadata CaptureMetadata::read(const QString& path)
     prepareExiv2();
     CaptureMetadata m;
     try {
-        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+        auto image = Exiv2::ImageFactory::open(FileNameCodec::encode(path).toStdString());
         if (!image.get()) {
             m.error = QStringLiteral("unknown image format");
             return m;

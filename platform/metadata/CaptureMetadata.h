@@ -44,6 +44,7 @@ struct CaptureMetadata
     std::optional<int> iso;
     std::optional<double> fNumber;
     std::optional<double> exposureSeconds;
+    std::optional<double> exposureBias; // EV, as the photographer dialled it
     std::optional<bool> flashFired;
 
     // The camera's running file or frame number (EXIF ImageNumber, Canon file number, …): tells apart two

@@ -30,6 +30,12 @@ void prepareExiv2()
 #ifdef EXV_ENABLE_BMFF
         Exiv2::enableBMFF(true);
 #endif
+        // darktable's own namespace, so its sidecars' labels can be written (reading registers it anyway).
+        try {
+            Exiv2::XmpProperties::registerNs("http://darktable.sf.net/", "darktable");
+        } catch (const std::exception&) {
+            // already known to this exiv2 build
+        }
     });
 }
 

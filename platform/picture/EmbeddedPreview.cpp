@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/picture/EmbeddedPreview.h"
 
+#include "platform/metadata/Exiv2Setup.h"
+
 #include "platform/ForeignCall.h"
 #include "platform/metadata/Exiv2Setup.h"
 #include "platform/picture/ImageOrientation.h"

@@ -1,18 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The window driven from the keyboard over a real folder: moving, tagging, deleting and restoring, turning,
 // switching modes; what the state, the status bar, the preview and the disk show afterwards.
+#include "app/MainWindow.h"
 #include "app/BrowseMode.h"
 #include "app/BrowseStatusBar.h"
 #include "app/FolderPanel.h"
 #include "app/GridPreviewMode.h"
 #include "app/IndicatorOverlay.h"
-#include "app/MainWindow.h"
+#include "app/KeyHelpDialog.h"
+#include "app/LoupeView.h"
 #include "app/PreviewView.h"
+#include "app/ShootingInfoOverlay.h"
 #include "app/ThumbnailScrollView.h"
+#include "browse/state/FolderLoader.h"
 #include "browse/state/LMRModeState.h"
+#include "browse/state/ModeStatePersistence.h"
 #include "browse/thumbnails/ThumbnailLoader.h"
 #include "platform/ExifOrientation.h"
-#include "browse/state/ModeStatePersistence.h"
 #include "platform/QSettingsStore.h"
 #include "tests/support/HostilePictures.h"
 #include "tests/support/LogCapture.h"
@@ -37,7 +41,8 @@ protected:
     void SetUp() override
     {
         for (int i = 0; i < 12; ++i)
-            m_folder.writePicture(QStringLiteral("IMG_%1.jpg").arg(i, 2, 10, QLatin1Char('0')), QSize(96, 64));
+            m_folder.writePicture(QStringLiteral("IMG_%1.jpg").arg(i, 2, 10, QLatin1Char('0')),
+                                  QSize(96, 64));
         m_window.resize(1000, 700);
         m_window.show();
     }
@@ -56,8 +61,8 @@ protected:
     }
     QString trashed(const QString& name) const
     {
-        return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Trash/files/")
-            + name;
+        return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+               QStringLiteral("/Trash/files/") + name;
     }
 
     TempFolder m_folder;
@@ -71,7 +76,8 @@ TEST_F(MainWindowTest, OpensAFolderAndSelectsTheFirstPicture)
     EXPECT_EQ(state().selectedImageIndex(), 0);
     EXPECT_EQ(m_window.browseStatusBar().fileText(), QStringLiteral("IMG_00.jpg"));
     EXPECT_EQ(m_window.browseStatusBar().countText(), QStringLiteral("1 / 12"));
-    EXPECT_TRUE(log.contains(QStringLiteral("LMRMode1View - 开始加载文件夹: ") + QDir::cleanPath(m_folder.path())));
+    EXPECT_TRUE(
+        log.contains(QStringLiteral("LMRMode1View - 开始加载文件夹: ") + QDir::cleanPath(m_folder.path())));
     ASSERT_TRUE(waitUntil([&] { return log.countStartingWith(QStringLiteral("PERF-FIRST-SCREEN: ")) == 1; }));
 }
 
@@ -84,7 +90,8 @@ TEST_F(MainWindowTest, ArrowKeysMoveByOneAndByARow)
     EXPECT_EQ(state().selectedImageIndex(), 1 + state().imagesPerRow());
     press(Qt::Key_Left);
     EXPECT_EQ(state().selectedImageIndex(), state().imagesPerRow());
-    EXPECT_EQ(m_window.browseStatusBar().countText(), QStringLiteral("%1 / 12").arg(state().imagesPerRow() + 1));
+    EXPECT_EQ(m_window.browseStatusBar().countText(),
+              QStringLiteral("%1 / 12").arg(state().imagesPerRow() + 1));
 }
 
 TEST_F(MainWindowTest, HoldingRightNeverShowsAnotherFilesPicture)
@@ -98,7 +105,8 @@ TEST_F(MainWindowTest, HoldingRightNeverShowsAnotherFilesPicture)
     }
     EXPECT_EQ(state().selectedImageIndex(), 11);
     ASSERT_TRUE(waitUntil([&] { return preview.isShowingPreview(); }));
-    EXPECT_EQ(QDir::cleanPath(preview.shownPath()), QDir::cleanPath(m_folder.filePath(QStringLiteral("IMG_11.jpg"))));
+    EXPECT_EQ(QDir::cleanPath(preview.shownPath()),
+              QDir::cleanPath(m_folder.filePath(QStringLiteral("IMG_11.jpg"))));
 }
 
 TEST_F(MainWindowTest, ColourKeyTagsTheSelectedPicture)
@@ -106,9 +114,61 @@ TEST_F(MainWindowTest, ColourKeyTagsTheSelectedPicture)
     open(m_folder.path());
     press(Qt::Key_Right);
     press(Qt::Key_1);
-    EXPECT_EQ(state().imageAnnotations().value(QStringLiteral("IMG_01.jpg")).colors, QStringList{QStringLiteral("red")});
+    EXPECT_EQ(state().imageAnnotations().value(QStringLiteral("IMG_01.jpg")).colors,
+              QStringList{QStringLiteral("red")});
     press(Qt::Key_1);
     EXPECT_TRUE(state().imageAnnotations().value(QStringLiteral("IMG_01.jpg")).colors.isEmpty());
+}
+
+TEST_F(MainWindowTest, RatingKeysWriteTheSidecarAndAnotherFolderOfTheSameNamesKeepsItsOwn)
+{
+    open(m_folder.path());
+    press(Qt::Key_Right);
+    press(Qt::Key_3, Qt::AltModifier);
+    press(Qt::Key_P);
+    const platform::PictureMarks rated{3, platform::PickFlag::picked};
+    EXPECT_EQ(state().rating(QStringLiteral("IMG_01.jpg")), rated);
+    EXPECT_TRUE(m_folder.exists(QStringLiteral("IMG_01.jpg.xmp")));
+
+    TempFolder second; // a second card: the same file names, nothing rated
+    for (int i = 0; i < 12; ++i)
+        second.writePicture(QStringLiteral("IMG_%1.jpg").arg(i, 2, 10, QLatin1Char('0')), QSize(96, 64));
+    bool read = false;
+    QObject::connect(&m_window.mode(m_window.currentModeIndex()).folderLoader(),
+                     &browse::FolderLoader::tagsLoaded, [&read] { read = true; });
+    open(second.path());
+    ASSERT_TRUE(waitUntil([&] { return read; }));
+    EXPECT_TRUE(state().ratings().isEmpty());
+    EXPECT_FALSE(second.exists(QStringLiteral("IMG_01.jpg.xmp")));
+    open(m_folder.path());
+    EXPECT_TRUE(waitUntil([&] { return state().rating(QStringLiteral("IMG_01.jpg")) == rated; }));
+}
+
+TEST_F(MainWindowTest, TheLoupeShowsFullSizeKeepsItsZoomFromPictureToPictureAndTheDataKeyShowsTheShot)
+{
+    m_folder.writePicture(QStringLiteral("IMG_00.jpg"), QSize(2400, 1600)); // bigger than any preview
+    m_folder.writePicture(QStringLiteral("IMG_01.jpg"), QSize(2400, 1600), Qt::darkRed);
+    open(m_folder.path());
+    press(Qt::Key_Z);
+    LoupeView& loupe = m_window.loupe();
+    ASSERT_TRUE(loupe.isOpen());
+    ASSERT_TRUE(waitUntil([&] { return loupe.isShowingFullSize(); }));
+    EXPECT_EQ(loupe.shownPath(), m_folder.filePath(QStringLiteral("IMG_00.jpg")));
+    loupe.zoomBy(1);
+    press(Qt::Key_Right);
+    EXPECT_EQ(loupe.shownPath(), m_folder.filePath(QStringLiteral("IMG_01.jpg"))) << "never the last picture";
+    EXPECT_EQ(loupe.zoom(), 2.0);
+    ASSERT_TRUE(waitUntil([&] { return loupe.isShowingFullSize(); }));
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(loupe.isOpen());
+
+    press(Qt::Key_I);
+    ASSERT_TRUE(waitUntil([&] {
+        return m_window.shootingInfo().lines().contains(QStringLiteral("像素  2400 × 1600 (3.8 MP)"));
+    }));
+    press(Qt::Key_2, Qt::AltModifier);
+    EXPECT_TRUE(m_window.shootingInfo().lines().contains(QStringLiteral("评级  ★★☆☆☆")));
+    EXPECT_TRUE(KeyHelpDialog::rows().contains({QStringLiteral("P"), QStringLiteral("标为精选 / 取消精选")}));
 }
 
 TEST_F(MainWindowTest, DeleteMovesToTheTrashAndRestoreBringsItBack)
@@ -153,11 +213,13 @@ TEST_F(MainWindowTest, SwitchingModesKeepsTheSharedStateAndTheKeysWork)
     for (int mode : {int(MainWindow::filmStripMode), int(MainWindow::waterfallMode)}) {
         m_window.switchMode(mode);
         EXPECT_EQ(m_window.currentModeIndex(), mode);
-        EXPECT_EQ(state().selectedImageIndex(), mode + 1); // 2 after the first switch, one more in the waterfall
+        EXPECT_EQ(state().selectedImageIndex(),
+                  mode + 1); // 2 after the first switch, one more in the waterfall
         press(Qt::Key_Right);
     }
     EXPECT_EQ(state().selectedImageIndex(), 4);
-    EXPECT_EQ(log.countStartingWith(QStringLiteral("ContentView - 模式切换，共享状态已保存到UserDefaults")), 2);
+    EXPECT_EQ(log.countStartingWith(QStringLiteral("ContentView - 模式切换，共享状态已保存到UserDefaults")),
+              2);
     EXPECT_TRUE(log.contains(QStringLiteral("LMRMode2View - 初始化完成，使用共享状态")));
     EXPECT_TRUE(log.contains(QStringLiteral("LMRMode3View - 初始化完成，使用共享状态")));
 }
@@ -189,7 +251,9 @@ TEST_F(MainWindowTest, EmptyFolderShowsAnEmptyGridWithAReason)
     EXPECT_EQ(m_window.mode(0).thumbnails().emptyText(), QStringLiteral("此文件夹中没有可浏览的图片"));
 
     m_window.openFolder(empty.filePath(QStringLiteral("gone")));
-    ASSERT_TRUE(waitUntil([&] { return m_window.mode(0).thumbnails().emptyText().startsWith(QStringLiteral("文件夹不存在")); }));
+    ASSERT_TRUE(waitUntil([&] {
+        return m_window.mode(0).thumbnails().emptyText().startsWith(QStringLiteral("文件夹不存在"));
+    }));
 }
 
 TEST_F(MainWindowTest, FolderKeyTogglesThePanelWhichListsSubfoldersAndWalksDeep)
@@ -206,12 +270,15 @@ TEST_F(MainWindowTest, FolderKeyTogglesThePanelWhichListsSubfoldersAndWalksDeep)
     EXPECT_EQ(QFileInfo(panel.listedFolders().at(0)).fileName(), QStringLiteral("a"));
 
     panel.setDeepMode(true);
-    ASSERT_TRUE(waitUntil([&] { return state().isInDeepMode() && state().recursiveDirectoryList().size() == 4; }));
+    ASSERT_TRUE(
+        waitUntil([&] { return state().isInDeepMode() && state().recursiveDirectoryList().size() == 4; }));
     press(Qt::Key_PageDown);
-    ASSERT_TRUE(waitUntil([&] { return !state().isLoadingImages && state().imageFiles() == QStringList{"z.png"}; }));
+    ASSERT_TRUE(
+        waitUntil([&] { return !state().isLoadingImages && state().imageFiles() == QStringList{"z.png"}; }));
     EXPECT_EQ(QFileInfo(*state().currentFolder()).fileName(), QStringLiteral("a"));
     press(Qt::Key_PageDown);
-    ASSERT_TRUE(waitUntil([&] { return !state().isLoadingImages && state().imageFiles() == QStringList{"y.jpg"}; }));
+    ASSERT_TRUE(
+        waitUntil([&] { return !state().isLoadingImages && state().imageFiles() == QStringList{"y.jpg"}; }));
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
 
+#include <QFileInfo>
+
 #include <gtest/gtest.h>
 
 using namespace lumaro::cards;
@@ -84,6 +86,21 @@ TEST(PairingCleaner, MovesEveryOrphanToTheTrashAndKeepsThePairs)
     EXPECT_EQ(raw.entries().size(), 4);
     EXPECT_EQ(trashFolder.entries().size(), 3);
     EXPECT_EQ(progress, (std::vector<double>{1.0 / 3, 2.0 / 3, 1.0}));
+}
+
+TEST(PairingCleaner, AnOrphansSidecarGoesToTheTrashWithIt)
+{
+    TempFolder jpg;
+    TempFolder raw;
+    TempFolder trashFolder;
+    fill(jpg, raw, 4, 1);
+    const AnalysisResults results = PairingAnalyzer::analyze(jpg.path(), raw.path());
+    ASSERT_EQ(results.unmatchedFiles.size(), 1);
+    raw.write(QFileInfo(results.unmatchedFiles.constFirst()).fileName() + QStringLiteral(".xmp"), "rating");
+    FolderTrash trash(trashFolder.path());
+    PairingCleaner(trash).clean(results.unmatchedFiles);
+    EXPECT_EQ(trashFolder.entries().size(), 2);
+    EXPECT_EQ(raw.entries().size(), 4);
 }
 
 TEST(PairingCleaner, LogsAndCountsAFileTheTrashRefusesAndGoesOn)

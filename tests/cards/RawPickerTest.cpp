@@ -101,3 +101,26 @@ TEST(RawPicker, AMissingSourceIsLoggedAndTheRestIsCopied)
     EXPECT_EQ(log.countStartingWith(QStringLiteral("copy error: ")), 1);
     EXPECT_EQ(shoot.read(QStringLiteral("RAW_PICK/b.CR2")), QByteArray("b"));
 }
+
+TEST(RawPicker, SidecarsGoWithTheirRawAndAnEditInRawPickIsKept)
+{
+    TempFolder shoot;
+    shoot.write(QStringLiteral("jpg/a.jpg"));
+    shoot.write(QStringLiteral("jpg/b.jpg"));
+    shoot.write(QStringLiteral("raw/a.CR2"));
+    shoot.write(QStringLiteral("raw/a.CR2.xmp"), "a's rating");
+    shoot.write(QStringLiteral("raw/b.CR2"));
+    shoot.write(QStringLiteral("raw/b.xmp"), "b's rating");
+    shoot.write(QStringLiteral("RAW_PICK/b.xmp"), "edited in RAW_PICK");
+    const QString rawFolder = shoot.filePath(QStringLiteral("raw"));
+    const AnalysisResults results =
+        PairingAnalyzer::analyze(shoot.filePath(QStringLiteral("jpg")), rawFolder);
+    EXPECT_EQ(results.rawFiles.size(), 2) << "a sidecar is never counted as a RAW file";
+
+    RawPicker::pick(results.matchedFiles, rawFolder);
+    EXPECT_EQ(shoot.entries(QStringLiteral("RAW_PICK")),
+              (QStringList{QStringLiteral("a.CR2"), QStringLiteral("a.CR2.xmp"), QStringLiteral("b.CR2"),
+                           QStringLiteral("b.xmp")}));
+    EXPECT_EQ(shoot.read(QStringLiteral("RAW_PICK/a.CR2.xmp")), QByteArray("a's rating"));
+    EXPECT_EQ(shoot.read(QStringLiteral("RAW_PICK/b.xmp")), QByteArray("edited in RAW_PICK"));
+}

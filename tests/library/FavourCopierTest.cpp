@@ -48,6 +48,15 @@ TEST_F(FavourCopierTest, MarkingAFavouriteCopiesThePictureWholeWithItsTime)
     EXPECT_EQ(QFileInfo(copy).lastModified(), QFileInfo(photo).lastModified());
 }
 
+TEST_F(FavourCopierTest, TheSidecarFollowsTheCopyEvenUnderAFreeName)
+{
+    folder.write(QStringLiteral("shoot/IMG_0001.jpg.xmp"), "stars");
+    folder.write(QStringLiteral("chosen/Favourites/IMG_0001.jpg"), "another card's picture");
+    ASSERT_TRUE(manager.setFavour(photo, true));
+    EXPECT_EQ(folder.read(QStringLiteral("chosen/Favourites/IMG_0001_1.jpg.xmp")), QByteArray("stars"));
+    EXPECT_FALSE(folder.exists(QStringLiteral("chosen/Favourites/IMG_0001.jpg.xmp")));
+}
+
 TEST_F(FavourCopierTest, NothingIsCopiedWhenTheOptionIsOff)
 {
     settings.setBoolean(FavourCopier::enabledKey, false);

@@ -286,3 +286,28 @@ TEST(NameGroupingService, GroupThenCleanIsTheIdentityOverRandomNames)
             ASSERT_EQ(folder.read(name), name.toUtf8());
     }
 }
+
+TEST(NameGroupingService, SidecarsTakeTheirPicturesNamesThereAndBack)
+{
+    TempFolder folder;
+    const QStringList pictures{QStringLiteral("IMG_0001.CR2"), QStringLiteral("IMG_0001.jpg"),
+                               QStringLiteral("IMG_0002.jpg")};
+    writeFiles(folder,
+               pictures + QStringList{QStringLiteral("IMG_0001.xmp"), QStringLiteral("IMG_0002.jpg.xmp")});
+    writeIndex(folder, {});
+    const NameGroupingService service;
+    service.groupFiles(folder.path(), pictures);
+    // The pair's shared sidecar stays until its last picture is renamed, and goes with that one.
+    EXPECT_EQ(visibleFileNames(folder),
+              (QStringList{QStringLiteral("_G1_IMG_0001.CR2"), QStringLiteral("_G2_IMG_0001.jpg"),
+                           QStringLiteral("_G2_IMG_0001.xmp"), QStringLiteral("_G2_IMG_0002.jpg"),
+                           QStringLiteral("_G2_IMG_0002.jpg.xmp")}));
+    EXPECT_EQ(folder.read(QStringLiteral("_G2_IMG_0002.jpg.xmp")), QByteArrayLiteral("IMG_0002.jpg.xmp"));
+    service.cleanPrefixes(folder.path(),
+                          {QStringLiteral("_G1_IMG_0001.CR2"), QStringLiteral("_G2_IMG_0001.jpg"),
+                           QStringLiteral("_G2_IMG_0002.jpg")});
+    EXPECT_EQ(visibleFileNames(folder),
+              (QStringList{QStringLiteral("IMG_0001.CR2"), QStringLiteral("IMG_0001.jpg"),
+                           QStringLiteral("IMG_0001.xmp"), QStringLiteral("IMG_0002.jpg"),
+                           QStringLiteral("IMG_0002.jpg.xmp")}));
+}

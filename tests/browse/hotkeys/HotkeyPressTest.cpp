@@ -3,7 +3,9 @@
 // press, on a real folder and the real Trash, with the clock injected.
 #include "browse/hotkeys/HotkeyDispatcher.h"
 
+#include "browse/marks/RatingChange.h"
 #include "platform/FileTagStore.h"
+#include "platform/metadata/XmpSidecar.h"
 #include "tests/browse/hotkeys/DispatcherRig.h"
 
 using namespace lumaro::browse;
@@ -105,4 +107,19 @@ TEST_F(KeyPresses, TheFirstAndLastFolderAreToldAtTheEdges)
     dispatcher.perform(HotkeyAction::navigateFolderPrevious);
     EXPECT_EQ(chrome.messages,
               QStringList({QStringLiteral("已经是最后一个文件夹"), QStringLiteral("已经是第一个文件夹")}));
+}
+
+TEST_F(KeyPresses, ABouncedPickPicksOnceAndStarsReachTheSidecar)
+{
+    now = 1000.0;
+    dispatcher.rate({RatingChange::Kind::togglePick});
+    now = 1000.1;
+    dispatcher.rate({RatingChange::Kind::togglePick}); // the bounce would take the pick straight back
+    dispatcher.rate(RatingChange::toStars(4));
+    EXPECT_EQ(state.rating(original.at(0)), (PictureMarks{4, PickFlag::picked}));
+    const auto onDisk = XmpSidecar::read(folder.filePath(original.at(0)));
+    ASSERT_TRUE(onDisk);
+    EXPECT_EQ(onDisk->stars, 4);
+    EXPECT_EQ(onDisk->flag, PickFlag::picked);
+    EXPECT_TRUE(folder.exists(original.at(0) + QStringLiteral(".xmp")));
 }

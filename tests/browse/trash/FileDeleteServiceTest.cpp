@@ -307,3 +307,27 @@ TEST(FileDeleteService, ABatchFindsItemsNamedOtherwiseAndReportsEachFile)
     EXPECT_EQ(folder.read(QStringLiteral("IMG 7.jpg")), QByteArrayLiteral("seven"));
     EXPECT_EQ(folder.read(QStringLiteral("IMG 8.jpg")), QByteArrayLiteral("eight"));
 }
+
+TEST(FileDeleteService, SidecarsGoToTheTrashWithTheirPictureAndComeBackWithIt)
+{
+    TempFolder folder;
+    folder.write(QStringLiteral("IMG_1.CR2"), QByteArrayLiteral("raw"));
+    folder.write(QStringLiteral("IMG_1.CR2.xmp"), QByteArrayLiteral("darktable's"));
+    folder.write(QStringLiteral("IMG_2.CR2"), QByteArrayLiteral("raw"));
+    folder.write(QStringLiteral("IMG_2.JPG"), QByteArrayLiteral("jpeg"));
+    folder.write(QStringLiteral("IMG_2.xmp"), QByteArrayLiteral("shared by the pair"));
+    FileDeleteService service(withoutGio());
+    const TrashOutcome first = service.moveToTrash(QStringLiteral("IMG_1.CR2"), folder.path(), {});
+    const TrashOutcome second = service.moveToTrash(QStringLiteral("IMG_2.CR2"), folder.path(), {});
+    ASSERT_TRUE(first.ok() && second.ok());
+    EXPECT_EQ(folder.entries(), (QStringList{QStringLiteral("IMG_2.JPG"), QStringLiteral("IMG_2.xmp")}))
+        << "a sidecar the JPEG still shares stays with it";
+
+    folder.write(QStringLiteral("IMG_1.CR2.xmp"), QByteArrayLiteral("written since"));
+    ASSERT_TRUE(service.restoreFile(recordOf(folder.path(), QStringLiteral("IMG_1.CR2"), first)));
+    EXPECT_EQ(folder.read(QStringLiteral("IMG_1.CR2.xmp")), QByteArrayLiteral("written since"));
+    ASSERT_TRUE(QFile::remove(folder.filePath(QStringLiteral("IMG_1.CR2.xmp"))));
+    ASSERT_TRUE(service.moveToTrash(QStringLiteral("IMG_1.CR2"), folder.path(), {}).ok());
+    ASSERT_TRUE(service.restoreFile(recordOf(folder.path(), QStringLiteral("IMG_1.CR2"), {})));
+    EXPECT_EQ(folder.read(QStringLiteral("IMG_1.CR2.xmp")), QByteArrayLiteral("darktable's"));
+}

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The keys beyond the seventeen culling actions: stars, pick and reject, the 100 % loupe, shooting data,
+// help.
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace lumaro::browse {
+
+enum class ViewerAction
+{
+    rate0,
+    rate1,
+    rate2,
+    rate3,
+    rate4,
+    rate5,
+    togglePick,
+    toggleReject,
+    toggleLoupe,
+    toggleInfo,
+    showHelp,
+};
+
+const QList<ViewerAction>& allViewerActions();
+// "rate_0" … "show_help": the stored form.
+QString rawValue(ViewerAction action);
+std::optional<ViewerAction> viewerActionFromRawValue(const QString& raw);
+// The name shown in the settings and the help ("3 星", "标为精选", …).
+QString displayName(ViewerAction action);
+// The stars a rate action gives, or nullopt for the others.
+std::optional<int> starsOf(ViewerAction action);
+
+} // namespace lumaro::browse
