@@ -3,6 +3,7 @@
 // the key dispatch, the folder panel and the tool panels.
 #pragma once
 
+#include "app/PictureOpener.h"
 #include "app/ToolHost.h"
 #include "browse/hotkeys/BrowseChrome.h"
 
@@ -29,6 +30,7 @@ namespace lumaro::app {
 
 class BrowseMode;
 class BrowseStatusBar;
+class ChannelsPanel;
 class FolderPanel;
 class HistogramOverlay;
 class FolderViewMemory;
@@ -39,7 +41,7 @@ class KeyMonitor;
 // unreadable folder shows an empty grid with a line saying so. Each folder's view (window size and place, mode,
 // selected picture) is remembered when it is left or the window closes, and comes back when it is opened again.
 // The window never grows past the screen it is on, whatever panels are opened.
-class MainWindow : public QMainWindow, public ToolHost, public browse::BrowseChrome
+class MainWindow : public QMainWindow, public ToolHost, public PictureOpener, public browse::BrowseChrome
 {
     Q_OBJECT
 public:
@@ -57,6 +59,7 @@ public:
     browse::HotkeyDispatcher& dispatcher() { return *m_dispatcher; }
     BrowseStatusBar& browseStatusBar() { return *m_statusBar; }
     FolderPanel& folderPanel() { return *m_folderPanel; }
+    ChannelsPanel& channelsPanel() { return *m_channels; }
     HistogramOverlay& histogramOverlay() { return *m_histogram; }
     bool isFolderPanelShown() const;
     void showSettings();
@@ -66,6 +69,9 @@ public:
     void addToolPanel(const QString& title, QWidget* panel) override;
     void reloadCurrentFolder() override;
     QWidget* dialogParent() override { return this; }
+
+    // PictureOpener
+    void openPicture(const QString& path) override;
 
     // BrowseChrome
     void toggleFullScreen() override;
@@ -81,6 +87,7 @@ protected:
 private:
     void buildMenus();
     void buildModeBar();
+    void buildChannelsDock();
     void chooseFolder();
     void folderLoaded(const QString& folder, int count);
     void firstScreenComplete(int tiles);
@@ -104,6 +111,8 @@ private:
     FolderPanel* m_folderPanel;
     HistogramOverlay* m_histogram;
     QDockWidget* m_folderDock;
+    ChannelsPanel* m_channels = nullptr;
+    QDockWidget* m_channelsDock = nullptr;
     QDockWidget* m_firstToolDock = nullptr;
     QActionGroup* m_modeActions = nullptr;
     QMenu* m_toolsMenu = nullptr;

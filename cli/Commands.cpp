@@ -14,6 +14,8 @@ const std::vector<Command>& commands()
         {QStringLiteral("rotate"), QStringLiteral("Turn pictures 90 degrees to the left on disk"), &runRotate},
         {QStringLiteral("index"), QStringLiteral("Analyse a folder's pictures into _index/vision_index_*.json"), &runIndex},
         {QStringLiteral("fav"), QStringLiteral("Mark pictures as favourites, list and audit them"), &runFav},
+        {QStringLiteral("channel"), QStringLiteral("Add, list, rename, move or remove the window's folder channels"), &runChannel},
+        {QStringLiteral("bundle"), QStringLiteral("Gather pictures from any folders into named bundles and export them"), &runBundle},
         {QStringLiteral("group"), QStringLiteral("Prefix each run of related pictures with \"_G<n>_\""), &runGroup},
         {QStringLiteral("ungroup"), QStringLiteral("Take the \"_G<n>_\" group prefixes off again"), &runUngroup},
         {QStringLiteral("watermark"), QStringLiteral("Read poster identifiers off saved pictures; sort them by poster"), &runWatermark},

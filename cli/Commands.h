@@ -30,6 +30,8 @@ int runTags(const QStringList& arguments);
 int runRotate(const QStringList& arguments);
 int runIndex(const QStringList& arguments);
 int runFav(const QStringList& arguments);
+int runChannel(const QStringList& arguments);
+int runBundle(const QStringList& arguments);
 int runGroup(const QStringList& arguments);
 int runUngroup(const QStringList& arguments);
 int runWatermark(const QStringList& arguments);
