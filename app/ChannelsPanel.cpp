@@ -16,11 +16,8 @@ namespace lumaro::app {
 
 ChannelsPanel::ChannelsPanel(browse::LMRModeState& state, library::ChannelStore& store,
                              platform::RemovableVolumeMonitor* volumes, QWidget* parent)
-    : QWidget(parent)
-    , m_state(state)
-    , m_store(store)
-    , m_list(new QListWidget(this))
-    , m_message(new QLabel(this))
+    : QWidget(parent), m_state(state), m_store(store), m_list(new QListWidget(this)),
+      m_message(new QLabel(this))
 {
     m_list->setDragDropMode(QAbstractItemView::InternalMove);
     m_list->setEditTriggers(QAbstractItemView::EditKeyPressed);
@@ -41,8 +38,10 @@ ChannelsPanel::ChannelsPanel(browse::LMRModeState& state, library::ChannelStore&
     connect(add, &QPushButton::clicked, this, &ChannelsPanel::addCurrentFolder);
     connect(rename, &QPushButton::clicked, this, &ChannelsPanel::renameCurrent);
     connect(remove, &QPushButton::clicked, this, &ChannelsPanel::removeCurrent);
-    connect(m_list, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) { openRow(m_list->row(item)); });
-    connect(m_list, &QListWidget::itemActivated, this, [this](QListWidgetItem* item) { openRow(m_list->row(item)); });
+    connect(m_list, &QListWidget::itemClicked, this,
+            [this](QListWidgetItem* item) { openRow(m_list->row(item)); });
+    connect(m_list, &QListWidget::itemActivated, this,
+            [this](QListWidgetItem* item) { openRow(m_list->row(item)); });
     connect(m_list, &QListWidget::itemChanged, this, &ChannelsPanel::itemEdited);
     connect(m_list->model(), &QAbstractItemModel::rowsMoved, this,
             [this](const QModelIndex&, int start, int, const QModelIndex&, int row) {
@@ -88,11 +87,13 @@ void ChannelsPanel::refresh()
                 places << locator.locate(channel);
             return places;
         },
-        [this, generation, channels](const QList<library::ChannelPlace>& places) { showPlaces(generation, channels, places); });
+        [this, generation, channels](const QList<library::ChannelPlace>& places) {
+            showPlaces(generation, channels, places);
+        });
 }
 
 void ChannelsPanel::showPlaces(quint64 generation, const QList<library::Channel>& channels,
-                         const QList<library::ChannelPlace>& places)
+                               const QList<library::ChannelPlace>& places)
 {
     if (generation != m_generation)
         return; // the list or the volumes changed meanwhile; a newer answer is on its way
@@ -122,7 +123,8 @@ void ChannelsPanel::openRow(int row)
         return;
     const library::ChannelPlace& place = m_places.at(row);
     if (!place.isAvailable()) {
-        m_message->setText(tr("无法打开“%1”: %2").arg(m_list->item(row)->data(Qt::UserRole).toString(), place.reason));
+        m_message->setText(
+            tr("无法打开“%1”: %2").arg(m_list->item(row)->data(Qt::UserRole).toString(), place.reason));
         return;
     }
     m_message->clear();

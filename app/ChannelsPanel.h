@@ -23,11 +23,11 @@ class RemovableVolumeMonitor;
 
 namespace lumaro::app {
 
-// Main thread. Shows the store's channels in their order; a click opens an available one. Where each channel's
-// folder is (or why it cannot be opened) is worked out on the pool when the list changes, when a volume is
-// mounted or unmounted, and when the panel is shown; a late answer for an older list is dropped. Dragging a
-// channel reorders it, F2 or 重命名 renames it in place; every change goes through the store, and a change the
-// store refuses is said under the list and undone on screen.
+// Main thread. Shows the store's channels in their order; a click opens an available one. Where each
+// channel's folder is (or why it cannot be opened) is worked out on the pool when the list changes, when a
+// volume is mounted or unmounted, and when the panel is shown; a late answer for an older list is dropped.
+// Dragging a channel reorders it, F2 or 重命名 renames it in place; every change goes through the store, and
+// a change the store refuses is said under the list and undone on screen.
 class ChannelsPanel : public QWidget
 {
     Q_OBJECT
@@ -56,7 +56,8 @@ private:
     void addCurrentFolder();
     void renameCurrent();
     void removeCurrent();
-    void showPlaces(quint64 generation, const QList<library::Channel>& channels, const QList<library::ChannelPlace>& places);
+    void showPlaces(quint64 generation, const QList<library::Channel>& channels,
+                    const QList<library::ChannelPlace>& places);
     void itemEdited(QListWidgetItem* item);
     void rowsMoved(int from, int to);
     void say(const std::optional<QString>& refusal);

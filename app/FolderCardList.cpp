@@ -24,7 +24,8 @@ QIcon coverIcon(const QImage& image)
     if (!image.isNull()) {
         const QImage scaled = image.scaled(kCoverSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
         QPainter painter(&pixmap);
-        painter.drawImage((kCoverSize.width() - scaled.width()) / 2, (kCoverSize.height() - scaled.height()) / 2, scaled);
+        painter.drawImage((kCoverSize.width() - scaled.width()) / 2,
+                          (kCoverSize.height() - scaled.height()) / 2, scaled);
     }
     return QIcon(pixmap);
 }
@@ -37,7 +38,7 @@ QString dayOf(qint64 msecs)
 const QList<QPair<QString, QString>>& colourWords()
 {
     static const QList<QPair<QString, QString>> words{
-        {QStringLiteral("red"), QStringLiteral("红")},   {QStringLiteral("yellow"), QStringLiteral("黄")},
+        {QStringLiteral("red"), QStringLiteral("红")},    {QStringLiteral("yellow"), QStringLiteral("黄")},
         {QStringLiteral("orange"), QStringLiteral("橙")}, {QStringLiteral("green"), QStringLiteral("绿")},
         {QStringLiteral("blue"), QStringLiteral("蓝")},   {QStringLiteral("purple"), QStringLiteral("紫")}};
     return words;
@@ -46,10 +47,8 @@ const QList<QPair<QString, QString>>& colourWords()
 } // namespace
 
 FolderCardList::FolderCardList(library::FavourManager* favourites, QWidget* parent)
-    : QListWidget(parent)
-    , m_favourites(favourites)
-    , m_service(new browse::FolderCardService({}, this))
-    , m_coverCache(std::make_unique<browse::ThumbnailCache>())
+    : QListWidget(parent), m_favourites(favourites), m_service(new browse::FolderCardService({}, this)),
+      m_coverCache(std::make_unique<browse::ThumbnailCache>())
 {
     browse::ThumbnailLoader::Options options;
     options.thumbnailSide = kCoverSize.width() * 2;
@@ -64,7 +63,8 @@ FolderCardList::FolderCardList(library::FavourManager* favourites, QWidget* pare
     setUniformItemSizes(true);
     setMinimumHeight(kCoverSize.height() * 3);
     setSelectionMode(QAbstractItemView::SingleSelection);
-    // Arrow keys and Enter stay here while the cards have the focus; the culling keys still reach the pictures.
+    // Arrow keys and Enter stay here while the cards have the focus; the culling keys still reach the
+    // pictures.
     setProperty("lumaroTakesNavigationKeys", true);
     connect(m_service, &browse::FolderCardService::listed, this, &FolderCardList::listed);
     connect(m_service, &browse::FolderCardService::cardsReady, this, &FolderCardList::cardsArrived);
@@ -133,7 +133,9 @@ QString FolderCardList::describe(const browse::FolderCard& card) const
     if (card.firstTaken > 0) {
         const QString first = dayOf(card.firstTaken);
         const QString last = dayOf(card.lastTaken);
-        text += QLatin1Char('\n') + (first == last ? first : first + QStringLiteral(" – ") + last.mid(first.left(5) == last.left(5) ? 5 : 0));
+        text += QLatin1Char('\n') + (first == last ? first
+                                                   : first + QStringLiteral(" – ") +
+                                                         last.mid(first.left(5) == last.left(5) ? 5 : 0));
     }
     QStringList colours;
     for (const auto& [name, word] : colourWords()) {

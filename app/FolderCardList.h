@@ -60,9 +60,9 @@ private:
     std::unique_ptr<browse::ThumbnailCache> m_coverCache;
     browse::ThumbnailLoader* m_covers;
     QString m_parent;
-    QHash<QString, QListWidgetItem*> m_items;       // folder → its card
+    QHash<QString, QListWidgetItem*> m_items; // folder → its card
     QHash<QString, browse::FolderCard> m_cards;
-    QHash<QString, QString> m_coverOf;              // cover picture → folder
+    QHash<QString, QString> m_coverOf; // cover picture → folder
     QSet<QString> m_covered;
     bool m_coversRequested = false;
 };

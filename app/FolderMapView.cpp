@@ -15,14 +15,14 @@ bool isInside(const QString& folder, const QString& root)
 {
     const QString cleanRoot = QDir::cleanPath(root);
     const QString clean = QDir::cleanPath(folder);
-    return clean == cleanRoot || clean.startsWith(cleanRoot.endsWith(QLatin1Char('/')) ? cleanRoot : cleanRoot + QLatin1Char('/'));
+    return clean == cleanRoot ||
+           clean.startsWith(cleanRoot.endsWith(QLatin1Char('/')) ? cleanRoot : cleanRoot + QLatin1Char('/'));
 }
 
 } // namespace
 
 FolderMapView::FolderMapView(browse::LMRModeState& state, QWidget* parent)
-    : QTreeWidget(parent)
-    , m_state(state)
+    : QTreeWidget(parent), m_state(state)
 {
     setColumnCount(2);
     setHeaderLabels({tr("文件夹"), tr("图片")});
@@ -103,7 +103,8 @@ void FolderMapView::walked(const QString& root, const QList<browse::FolderTreeEn
     m_items.clear();
     QList<QTreeWidgetItem*> parents; // the last item of each depth
     for (const browse::FolderTreeEntry& entry : entries) {
-        QTreeWidgetItem* parent = entry.depth > 0 && entry.depth <= parents.size() ? parents.at(entry.depth - 1) : nullptr;
+        QTreeWidgetItem* parent =
+            entry.depth > 0 && entry.depth <= parents.size() ? parents.at(entry.depth - 1) : nullptr;
         auto* item = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(this);
         item->setText(0, QDir(entry.path).dirName());
         item->setText(1, entry.readable ? QString::number(entry.pictureCount) : tr("无法读取"));

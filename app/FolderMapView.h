@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The waterfall's folder map: the tree of the folder shown, with picture counts and the current folder marked.
+// The waterfall's folder map: the tree of the folder shown, with picture counts and the current folder
+// marked.
 #pragma once
 
 #include "browse/folders/FolderTree.h"
@@ -12,11 +13,11 @@ class LMRModeState;
 
 namespace lumaro::app {
 
-// Main thread; the tree is walked on the pool and a walk that comes back for another root is dropped. The root
-// is the deep-mode walk's base while deep mode is on; otherwise the folder shown, kept while the user moves
-// inside its tree (so the map stays put when a folder of it is opened). The current folder is selected and
-// bold. A click on a folder asks to open it: in deep mode as a move along the walk (so the walk goes on from
-// there), otherwise as a plain open.
+// Main thread; the tree is walked on the pool and a walk that comes back for another root is dropped. The
+// root is the deep-mode walk's base while deep mode is on; otherwise the folder shown, kept while the user
+// moves inside its tree (so the map stays put when a folder of it is opened). The current folder is selected
+// and bold. A click on a folder asks to open it: in deep mode as a move along the walk (so the walk goes on
+// from there), otherwise as a plain open.
 class FolderMapView : public QTreeWidget
 {
     Q_OBJECT

@@ -9,16 +9,20 @@
 
 namespace lumaro::app {
 
-// `work` runs on the global pool and must touch nothing of `context`; `done(result)` runs on `context`'s thread,
-// unless `context` is gone by then. Callers drop a result that is no longer wanted inside `done`.
-template <typename Work, typename Done>
-void inBackground(QObject* context, Work work, Done done)
+// `work` runs on the global pool and must touch nothing of `context`; `done(result)` runs on `context`'s
+// thread, unless `context` is gone by then. Callers drop a result that is no longer wanted inside `done`.
+template <typename Work, typename Done> void inBackground(QObject* context, Work work, Done done)
 {
     QPointer<QObject> guard(context);
     QThreadPool::globalInstance()->start([guard, work, done] {
         auto result = work();
         QMetaObject::invokeMethod(
-            guard.data(), [guard, done, result] { if (guard) done(result); }, Qt::QueuedConnection);
+            guard.data(),
+            [guard, done, result] {
+                if (guard)
+                    done(result);
+            },
+            Qt::QueuedConnection);
     });
 }
 

@@ -13,9 +13,8 @@
 namespace lumaro::app {
 
 PictureListWaterfall::PictureListWaterfall(library::FavourManager& favourites, QWidget* parent)
-    : QWidget(parent)
-    , m_cache(std::make_unique<browse::ThumbnailCache>())
-    , m_state(new browse::LMRModeState(m_cache.get(), this))
+    : QWidget(parent), m_cache(std::make_unique<browse::ThumbnailCache>()),
+      m_state(new browse::LMRModeState(m_cache.get(), this))
 {
     browse::ThumbnailLoader::Options options;
     options.threads = 1;

@@ -22,8 +22,8 @@ class FavouriteMasonryView;
 
 // Main thread. Holds a browsing state of its own whose list is the pictures' whole paths, so the window's
 // selection and folder are never touched; thumbnails come from a loader and cache of its own. A click selects
-// (or marks, on a tile's buttons); a double click asks to open the picture in its folder. A picture that is not
-// on disk shows the placeholder of a picture that cannot be read.
+// (or marks, on a tile's buttons); a double click asks to open the picture in its folder. A picture that is
+// not on disk shows the placeholder of a picture that cannot be read.
 class PictureListWaterfall : public QWidget
 {
     Q_OBJECT

@@ -32,7 +32,9 @@ QString outcome(const library::RepertoireExportResult& result)
 {
     QString text = QObject::tr("已导出 %1 个文件").arg(result.written.size());
     if (!result.missing.isEmpty())
-        text += QObject::tr("；%1 张找不到，未导出: %2").arg(result.missing.size()).arg(result.missing.join(QStringLiteral(", ")));
+        text += QObject::tr("；%1 张找不到，未导出: %2")
+                    .arg(result.missing.size())
+                    .arg(result.missing.join(QStringLiteral(", ")));
     if (!result.failures.isEmpty())
         text += QObject::tr("；失败: %1").arg(result.failures.join(QStringLiteral("; ")));
     return text;
@@ -40,15 +42,11 @@ QString outcome(const library::RepertoireExportResult& result)
 
 } // namespace
 
-RepertoirePanel::RepertoirePanel(ToolHost& host, library::RepertoireStore& store, library::FavourManager& favourites,
-                                 QWidget* parent)
-    : QWidget(parent)
-    , m_host(host)
-    , m_store(store)
-    , m_bundles(new QComboBox(this))
-    , m_summary(new QLabel(this))
-    , m_pictures(new PictureListWaterfall(favourites, this))
-    , m_message(new QLabel(this))
+RepertoirePanel::RepertoirePanel(ToolHost& host, library::RepertoireStore& store,
+                                 library::FavourManager& favourites, QWidget* parent)
+    : QWidget(parent), m_host(host), m_store(store), m_bundles(new QComboBox(this)),
+      m_summary(new QLabel(this)), m_pictures(new PictureListWaterfall(favourites, this)),
+      m_message(new QLabel(this))
 {
     m_message->setWordWrap(true);
     m_summary->setWordWrap(true);
@@ -130,8 +128,10 @@ void RepertoirePanel::fillBundles()
         say(tr("无法读取合集数据库"));
         return;
     }
-    const QString wanted = m_bundles->count() > 0 ? currentBundle()
-                                                  : platform::QSettingsStore::shared().string(kCurrentBundleKey).value_or(QString());
+    const QString wanted =
+        m_bundles->count() > 0
+            ? currentBundle()
+            : platform::QSettingsStore::shared().string(kCurrentBundleKey).value_or(QString());
     m_filling = true;
     m_bundles->clear();
     for (const library::RepertoireBundle& bundle : *bundles)
@@ -158,7 +158,8 @@ std::optional<QString> RepertoirePanel::createBundle(const QString& name)
 void RepertoirePanel::askNewBundle()
 {
     bool ok = false;
-    const QString name = QInputDialog::getText(this, tr("新建合集"), tr("合集名称:"), QLineEdit::Normal, {}, &ok);
+    const QString name =
+        QInputDialog::getText(this, tr("新建合集"), tr("合集名称:"), QLineEdit::Normal, {}, &ok);
     if (!ok)
         return;
     if (const auto refusal = createBundle(name))
@@ -185,8 +186,10 @@ void RepertoirePanel::reload()
         missing += item.isPresent ? 0 : 1;
     }
     m_pictures->setPaths(paths);
-    m_summary->setText(missing == 0 ? tr("%1 张图片（双击在其文件夹中打开）").arg(paths.size())
-                                    : tr("%1 张图片，其中 %2 张找不到（被移走或在废纸篓中）").arg(paths.size()).arg(missing));
+    m_summary->setText(
+        missing == 0
+            ? tr("%1 张图片（双击在其文件夹中打开）").arg(paths.size())
+            : tr("%1 张图片，其中 %2 张找不到（被移走或在废纸篓中）").arg(paths.size()).arg(missing));
 }
 
 void RepertoirePanel::addSelection()
@@ -211,7 +214,8 @@ void RepertoirePanel::addSelection()
         say(tr("无法加入合集: ") + m_store.dbManager().lastError().message);
         return;
     }
-    say(*added > 0 ? tr("已加入合集“%1”: %2").arg(currentBundle(), *name) : tr("已在合集“%1”中: %2").arg(currentBundle(), *name));
+    say(*added > 0 ? tr("已加入合集“%1”: %2").arg(currentBundle(), *name)
+                   : tr("已在合集“%1”中: %2").arg(currentBundle(), *name));
     reload();
 }
 
@@ -229,9 +233,12 @@ void RepertoirePanel::askExport(bool asZip)
 {
     if (currentBundle().isEmpty())
         return;
-    const QString target = asZip ? QFileDialog::getSaveFileName(this, tr("导出为 zip"), QDir::home().filePath(currentBundle() + QStringLiteral(".zip")),
-                                                                tr("Zip 文件 (*.zip)"), nullptr, QFileDialog::DontConfirmOverwrite)
-                                 : QFileDialog::getExistingDirectory(this, tr("导出到文件夹"), QDir::homePath());
+    const QString target =
+        asZip
+            ? QFileDialog::getSaveFileName(this, tr("导出为 zip"),
+                                           QDir::home().filePath(currentBundle() + QStringLiteral(".zip")),
+                                           tr("Zip 文件 (*.zip)"), nullptr, QFileDialog::DontConfirmOverwrite)
+            : QFileDialog::getExistingDirectory(this, tr("导出到文件夹"), QDir::homePath());
     if (!target.isEmpty())
         exportTo(target, asZip);
 }
@@ -249,7 +256,12 @@ void RepertoirePanel::exportTo(const QString& target, bool asZip)
                                   : library::RepertoireExporter::toFolder(list, target);
         const QString text = outcome(result);
         QMetaObject::invokeMethod(
-            guard.data(), [guard, text] { if (guard) Q_EMIT guard->exported(text); }, Qt::QueuedConnection);
+            guard.data(),
+            [guard, text] {
+                if (guard)
+                    Q_EMIT guard->exported(text);
+            },
+            Qt::QueuedConnection);
     });
 }
 

@@ -19,10 +19,11 @@ namespace lumaro::app {
 class PictureListWaterfall;
 class ToolHost;
 
-// Main thread; exports run on the pool. The bundle chosen is remembered ("RepertoirePanel_CurrentBundle"). The
-// key B (an action of the window, so it works while the panel is hidden) and 加入当前图片 add the selected
-// picture of the window to it, making a bundle named "Repertoire" when there is none. A picture the bundle
-// cannot find is shown as unreadable and counted; it is exported by neither route and named in the message.
+// Main thread; exports run on the pool. The bundle chosen is remembered ("RepertoirePanel_CurrentBundle").
+// The key B (an action of the window, so it works while the panel is hidden) and 加入当前图片 add the
+// selected picture of the window to it, making a bundle named "Repertoire" when there is none. A picture the
+// bundle cannot find is shown as unreadable and counted; it is exported by neither route and named in the
+// message.
 class RepertoirePanel : public QWidget
 {
     Q_OBJECT

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Folder cards of a folder with 1,000 subfolders of 20 camera JPEGs each (EXIF capture time, a colour tag on
-// some): cold (every picture's EXIF and tags read, the cache written) and warm (the cache file read, each folder
-// listed and its pictures stat'ed, nothing opened). The window shows the cards when a warm scan ends.
+// some): cold (every picture's EXIF and tags read, the cache written) and warm (the cache file read, each
+// folder listed and its pictures stat'ed, nothing opened). The window shows the cards when a warm scan ends.
 #include "browse/folders/FolderCardScanner.h"
 #include "browse/state/FileSystemService.h"
 #include "platform/Log.h"
@@ -47,7 +47,8 @@ const QString& parentFolder()
             const QString folder = dir.filePath(QStringLiteral("shoot_%1").arg(f, 4, 10, QLatin1Char('0')));
             QDir().mkpath(folder);
             for (int p = 0; p < kPictures; ++p) {
-                const QString picture = folder + QStringLiteral("/IMG_%1.JPG").arg(p, 4, 10, QLatin1Char('0'));
+                const QString picture =
+                    folder + QStringLiteral("/IMG_%1.JPG").arg(p, 4, 10, QLatin1Char('0'));
                 QFile file(picture);
                 file.open(QIODevice::WriteOnly);
                 file.write(jpeg);
@@ -80,8 +81,14 @@ void folderCards(benchmark::State& state, bool warm)
     state.counters["folders"] = double(children.size());
 }
 
-void coldFolderCards(benchmark::State& state) { folderCards(state, false); }
-void warmFolderCards(benchmark::State& state) { folderCards(state, true); }
+void coldFolderCards(benchmark::State& state)
+{
+    folderCards(state, false);
+}
+void warmFolderCards(benchmark::State& state)
+{
+    folderCards(state, true);
+}
 
 } // namespace
 

@@ -25,12 +25,14 @@ int listBundles(const CommandLine& line, RepertoireStore& store)
 {
     const auto bundles = store.bundles();
     if (!bundles)
-        return line.fail(QStringLiteral("cannot read the bundles: ") + store.dbManager().lastError().message, exitUsage);
+        return line.fail(QStringLiteral("cannot read the bundles: ") + store.dbManager().lastError().message,
+                         exitUsage);
     QTextStream& out = standardOutput();
     QJsonArray array;
     for (const auto& bundle : *bundles) {
         if (line.json())
-            array.append(QJsonObject{{QStringLiteral("name"), bundle.name}, {QStringLiteral("pictures"), bundle.pictureCount}});
+            array.append(QJsonObject{{QStringLiteral("name"), bundle.name},
+                                     {QStringLiteral("pictures"), bundle.pictureCount}});
         else
             out << escapedForLine(bundle.name) << "\t" << bundle.pictureCount << "\n";
     }
@@ -49,7 +51,8 @@ int listItems(const CommandLine& line, RepertoireStore& store, const QString& na
     QJsonArray array;
     for (const auto& item : *items) {
         if (line.json())
-            array.append(QJsonObject{{QStringLiteral("path"), item.filePath}, {QStringLiteral("present"), item.isPresent}});
+            array.append(QJsonObject{{QStringLiteral("path"), item.filePath},
+                                     {QStringLiteral("present"), item.isPresent}});
         else
             out << escapedForLine(item.filePath) << (item.isPresent ? "" : "\tmissing") << "\n";
     }
@@ -59,7 +62,8 @@ int listItems(const CommandLine& line, RepertoireStore& store, const QString& na
     return exitOk;
 }
 
-int changeItems(const CommandLine& line, RepertoireStore& store, const QString& name, const QStringList& paths, bool adding)
+int changeItems(const CommandLine& line, RepertoireStore& store, const QString& name,
+                const QStringList& paths, bool adding)
 {
     if (!store.bundle(name))
         return line.fail(QStringLiteral("no such bundle: ") + name, exitUsage);
@@ -75,7 +79,8 @@ int changeItems(const CommandLine& line, RepertoireStore& store, const QString& 
     }
     const auto changed = adding ? store.add(name, accepted) : store.remove(name, accepted);
     if (!changed)
-        return line.fail(QStringLiteral("could not save: ") + store.dbManager().lastError().message, exitUsage);
+        return line.fail(QStringLiteral("could not save: ") + store.dbManager().lastError().message,
+                         exitUsage);
     standardOutput() << (adding ? "added " : "removed ") << *changed << "\n";
     standardOutput().flush();
     return failed == 0 ? exitOk : exitPartial;
@@ -96,13 +101,15 @@ int exportBundle(const CommandLine& line, RepertoireStore& store, const QString&
     const auto items = store.items(name);
     if (!items)
         return line.fail(QStringLiteral("no such bundle: ") + name, exitUsage);
-    const library::RepertoireExportResult result = folder.isEmpty() ? library::RepertoireExporter::toZip(*items, zip)
-                                                                    : library::RepertoireExporter::toFolder(*items, folder);
+    const library::RepertoireExportResult result =
+        folder.isEmpty() ? library::RepertoireExporter::toZip(*items, zip)
+                         : library::RepertoireExporter::toFolder(*items, folder);
     QTextStream& out = standardOutput();
     if (line.json()) {
-        out << QJsonDocument(QJsonObject{{QStringLiteral("written"), QJsonArray::fromStringList(result.written)},
-                                         {QStringLiteral("missing"), QJsonArray::fromStringList(result.missing)},
-                                         {QStringLiteral("failed"), QJsonArray::fromStringList(result.failures)}})
+        out << QJsonDocument(
+                   QJsonObject{{QStringLiteral("written"), QJsonArray::fromStringList(result.written)},
+                               {QStringLiteral("missing"), QJsonArray::fromStringList(result.missing)},
+                               {QStringLiteral("failed"), QJsonArray::fromStringList(result.failures)}})
                    .toJson(QJsonDocument::Compact)
             << "\n";
     } else {
@@ -121,20 +128,26 @@ int exportBundle(const CommandLine& line, RepertoireStore& store, const QString&
 
 int runBundle(const QStringList& arguments)
 {
-    CommandLine line(QStringLiteral("bundle"),
-                     QStringLiteral("\"Repertoire\" bundles: named sets of pictures from any folders.\n\n"
-                                    "  new NAME                    make an empty bundle\n"
-                                    "  add NAME PATH...            add pictures (each once)\n"
-                                    "  remove NAME PATH...         take pictures out of the bundle (the files stay)\n"
-                                    "  list [NAME]                 the bundles with their counts, or one bundle's pictures\n"
-                                    "  export NAME --to FOLDER     copy the pictures with tags, times and sidecars; never overwrites\n"
-                                    "  export NAME --zip FILE      write them into a new zip file"));
+    CommandLine line(
+        QStringLiteral("bundle"),
+        QStringLiteral(
+            "\"Repertoire\" bundles: named sets of pictures from any folders.\n\n"
+            "  new NAME                    make an empty bundle\n"
+            "  add NAME PATH...            add pictures (each once)\n"
+            "  remove NAME PATH...         take pictures out of the bundle (the files stay)\n"
+            "  list [NAME]                 the bundles with their counts, or one bundle's pictures\n"
+            "  export NAME --to FOLDER     copy the pictures with tags, times and sidecars; never "
+            "overwrites\n"
+            "  export NAME --zip FILE      write them into a new zip file"));
     line.addPositional(QStringLiteral("SUBCOMMAND"), QStringLiteral("new, add, remove, list or export."),
                        QStringLiteral("new|add|remove|list|export"));
-    line.addPositional(QStringLiteral("ARGS"), QStringLiteral("What the subcommand needs."), QStringLiteral("[ARGS...]"));
+    line.addPositional(QStringLiteral("ARGS"), QStringLiteral("What the subcommand needs."),
+                       QStringLiteral("[ARGS...]"));
     line.addJsonOption();
-    line.addOption({QStringLiteral("to"), QStringLiteral("export: the folder to copy into."), QStringLiteral("FOLDER")});
-    line.addOption({QStringLiteral("zip"), QStringLiteral("export: the zip file to write."), QStringLiteral("FILE")});
+    line.addOption(
+        {QStringLiteral("to"), QStringLiteral("export: the folder to copy into."), QStringLiteral("FOLDER")});
+    line.addOption(
+        {QStringLiteral("zip"), QStringLiteral("export: the zip file to write."), QStringLiteral("FILE")});
     if (const auto stop = line.parse(arguments))
         return *stop;
     const auto words = line.positional(1);
@@ -142,8 +155,10 @@ int runBundle(const QStringList& arguments)
         return exitUsage;
     const QString subcommand = words->constFirst();
     const QStringList rest = words->mid(1);
-    const QHash<QString, QPair<int, int>> counts{{QStringLiteral("new"), {1, 1}},    {QStringLiteral("add"), {2, 1 << 20}},
-                                                 {QStringLiteral("remove"), {2, 1 << 20}}, {QStringLiteral("list"), {0, 1}},
+    const QHash<QString, QPair<int, int>> counts{{QStringLiteral("new"), {1, 1}},
+                                                 {QStringLiteral("add"), {2, 1 << 20}},
+                                                 {QStringLiteral("remove"), {2, 1 << 20}},
+                                                 {QStringLiteral("list"), {0, 1}},
                                                  {QStringLiteral("export"), {1, 1}}};
     if (!counts.contains(subcommand))
         return line.usageError(QStringLiteral("unknown subcommand '%1'").arg(subcommand));

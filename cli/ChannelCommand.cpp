@@ -65,16 +65,19 @@ int edited(const CommandLine& line, const std::optional<QString>& refusal)
 
 int runChannel(const QStringList& arguments)
 {
-    CommandLine line(QStringLiteral("channel"),
-                     QStringLiteral("The window's channels: named shortcuts to folders.\n\n"
-                                    "  add FOLDER [NAME]    add a channel (named after the folder when NAME is left out)\n"
-                                    "  list                 print name, folder and whether it can be opened now\n"
-                                    "  remove CHANNEL       remove a channel (by name, folder or position); the folder stays\n"
-                                    "  rename CHANNEL NAME  give a channel another name\n"
-                                    "  move CHANNEL POS     put a channel at position POS (1 is the top)"));
+    CommandLine line(
+        QStringLiteral("channel"),
+        QStringLiteral(
+            "The window's channels: named shortcuts to folders.\n\n"
+            "  add FOLDER [NAME]    add a channel (named after the folder when NAME is left out)\n"
+            "  list                 print name, folder and whether it can be opened now\n"
+            "  remove CHANNEL       remove a channel (by name, folder or position); the folder stays\n"
+            "  rename CHANNEL NAME  give a channel another name\n"
+            "  move CHANNEL POS     put a channel at position POS (1 is the top)"));
     line.addPositional(QStringLiteral("SUBCOMMAND"), QStringLiteral("add, list, remove, rename or move."),
                        QStringLiteral("add|list|remove|rename|move"));
-    line.addPositional(QStringLiteral("ARGS"), QStringLiteral("What the subcommand needs."), QStringLiteral("[ARGS...]"));
+    line.addPositional(QStringLiteral("ARGS"), QStringLiteral("What the subcommand needs."),
+                       QStringLiteral("[ARGS...]"));
     line.addJsonOption();
     if (const auto stop = line.parse(arguments))
         return *stop;
@@ -83,15 +86,19 @@ int runChannel(const QStringList& arguments)
         return exitUsage;
     const QString subcommand = words->constFirst();
     const QStringList rest = words->mid(1);
-    const QHash<QString, QPair<int, int>> counts{{QStringLiteral("add"), {1, 2}},   {QStringLiteral("list"), {0, 0}},
-                                                 {QStringLiteral("remove"), {1, 1}}, {QStringLiteral("rename"), {2, 2}},
+    const QHash<QString, QPair<int, int>> counts{{QStringLiteral("add"), {1, 2}},
+                                                 {QStringLiteral("list"), {0, 0}},
+                                                 {QStringLiteral("remove"), {1, 1}},
+                                                 {QStringLiteral("rename"), {2, 2}},
                                                  {QStringLiteral("move"), {2, 2}}};
     if (!counts.contains(subcommand))
         return line.usageError(QStringLiteral("unknown subcommand '%1'").arg(subcommand));
     const auto [low, high] = counts.value(subcommand);
     if (rest.size() < low || rest.size() > high)
         return line.usageError(QStringLiteral("%1 takes %2 argument(s)")
-                                   .arg(subcommand, low == high ? QString::number(low) : QStringLiteral("%1-%2").arg(low).arg(high)));
+                                   .arg(subcommand, low == high
+                                                        ? QString::number(low)
+                                                        : QStringLiteral("%1-%2").arg(low).arg(high)));
 
     ChannelStore store(platform::QSettingsStore::shared());
     if (subcommand == QLatin1String("list"))
@@ -111,7 +118,8 @@ int runChannel(const QStringList& arguments)
     bool isNumber = false;
     const int position = rest.at(1).toInt(&isNumber);
     if (!isNumber || position < 1 || position > store.channels().size())
-        return line.usageError(QStringLiteral("POS must be a position from 1 to %1").arg(store.channels().size()));
+        return line.usageError(
+            QStringLiteral("POS must be a position from 1 to %1").arg(store.channels().size()));
     return edited(line, store.move(index, position - 1));
 }
 

@@ -8,9 +8,9 @@
 namespace lumaro::library {
 
 // `token` is the folder's access token (platform::FolderAccessToken). When the folder lay on a removable
-// volume (a memory card, a USB disk) when it was added, `volumeKey` names that volume (VolumeIdentity::key()),
-// `volumeRoot` is where it was mounted then and `volumeLabel` what the user calls it; all three are empty for a
-// folder on a fixed disk.
+// volume (a memory card, a USB disk) when it was added, `volumeKey` names that volume
+// (VolumeIdentity::key()), `volumeRoot` is where it was mounted then and `volumeLabel` what the user calls
+// it; all three are empty for a folder on a fixed disk.
 struct Channel
 {
     QString name;

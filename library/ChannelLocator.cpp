@@ -36,7 +36,8 @@ ChannelLocator::ChannelLocator(platform::RemovableVolumeMonitor::VolumeSource vo
 void ChannelLocator::noteVolume(Channel& channel)
 {
     const QString root = QStorageInfo(channel.path).rootPath();
-    if (root.isEmpty() || root == QStringLiteral("/") || !platform::RemovableVolumeMonitor::isRemovableMountPath(root))
+    if (root.isEmpty() || root == QStringLiteral("/") ||
+        !platform::RemovableVolumeMonitor::isRemovableMountPath(root))
         return;
     const platform::VolumeIdentity identity = platform::VolumeIdentity::of(root);
     if (identity.device.isEmpty())
@@ -49,10 +50,14 @@ void ChannelLocator::noteVolume(Channel& channel)
 QString ChannelLocator::statusName(ChannelStatus status)
 {
     switch (status) {
-    case ChannelStatus::available: return QStringLiteral("available");
-    case ChannelStatus::cardNotMounted: return QStringLiteral("card-not-mounted");
-    case ChannelStatus::folderMissing: return QStringLiteral("folder-missing");
-    case ChannelStatus::unreadable: return QStringLiteral("unreadable");
+    case ChannelStatus::available:
+        return QStringLiteral("available");
+    case ChannelStatus::cardNotMounted:
+        return QStringLiteral("card-not-mounted");
+    case ChannelStatus::folderMissing:
+        return QStringLiteral("folder-missing");
+    case ChannelStatus::unreadable:
+        return QStringLiteral("unreadable");
     }
     return {};
 }
@@ -61,7 +66,8 @@ const QHash<QString, QString>& ChannelLocator::mountedKeys()
 {
     if (!m_keys) {
         m_keys.emplace();
-        for (const platform::MountedVolume& volume : m_volumes ? m_volumes() : QList<platform::MountedVolume>())
+        for (const platform::MountedVolume& volume :
+             m_volumes ? m_volumes() : QList<platform::MountedVolume>())
             m_keys->insert(volume.rootPath, platform::VolumeIdentity::of(volume.rootPath).key());
     }
     return *m_keys;
@@ -82,8 +88,9 @@ ChannelPlace ChannelLocator::locateOnCard(const Channel& channel, const QString&
     const QString below = QDir(channel.volumeRoot).relativeFilePath(path);
     // The card's old mount path first: that is where it usually comes back.
     QStringList roots = mountedKeys().keys(channel.volumeKey);
-    std::stable_partition(roots.begin(), roots.end(),
-                          [&](const QString& root) { return QDir::cleanPath(root) == QDir::cleanPath(channel.volumeRoot); });
+    std::stable_partition(roots.begin(), roots.end(), [&](const QString& root) {
+        return QDir::cleanPath(root) == QDir::cleanPath(channel.volumeRoot);
+    });
     if (roots.isEmpty()) {
         return {ChannelStatus::cardNotMounted, path,
                 QStringLiteral("存储卡“%1”未插入或未挂载").arg(channel.volumeLabel)};

@@ -11,7 +11,13 @@
 
 namespace lumaro::library {
 
-enum class ChannelStatus { available, cardNotMounted, folderMissing, unreadable };
+enum class ChannelStatus
+{
+    available,
+    cardNotMounted,
+    folderMissing,
+    unreadable
+};
 
 struct ChannelPlace
 {
@@ -30,8 +36,8 @@ struct ChannelPlace
 class ChannelLocator
 {
 public:
-    explicit ChannelLocator(
-        platform::RemovableVolumeMonitor::VolumeSource volumes = platform::RemovableVolumeMonitor::systemRemovableVolumes());
+    explicit ChannelLocator(platform::RemovableVolumeMonitor::VolumeSource volumes =
+                                platform::RemovableVolumeMonitor::systemRemovableVolumes());
 
     ChannelPlace locate(const Channel& channel);
     // Records the removable volume that holds `channel.path`, if any (called when a channel is made).

@@ -75,8 +75,7 @@ ChannelStore& ChannelStore::shared()
 }
 
 ChannelStore::ChannelStore(platform::SettingsStore& settings, QObject* parent)
-    : QObject(parent)
-    , m_settings(settings)
+    : QObject(parent), m_settings(settings)
 {
 }
 
@@ -101,7 +100,8 @@ QList<Channel> ChannelStore::channels() const
 {
     const auto list = load();
     if (!list)
-        platform::Log::line(kTag, QStringLiteral("⚠️ 频道设置无法读取，未作改动: ") + settingsKey);
+        platform::Log::line(kTag,
+                            QStringLiteral("⚠️ 频道设置无法读取，未作改动: ") + settingsKey);
     return list.value_or(QList<Channel>{});
 }
 
@@ -120,7 +120,8 @@ int ChannelStore::indexOf(const QString& nameOrPath) const
     return -1;
 }
 
-std::optional<QString> ChannelStore::change(const std::function<std::optional<QString>(QList<Channel>&)>& edit)
+std::optional<QString>
+ChannelStore::change(const std::function<std::optional<QString>(QList<Channel>&)>& edit)
 {
     auto list = load();
     if (!list)
@@ -145,7 +146,8 @@ std::optional<QString> ChannelStore::add(const QString& folder, const QString& n
     channel.path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
     channel.token = *token;
     const QString folderName = QFileInfo(channel.path).fileName();
-    channel.name = name.trimmed().isEmpty() ? (folderName.isEmpty() ? channel.path : folderName) : name.trimmed();
+    channel.name =
+        name.trimmed().isEmpty() ? (folderName.isEmpty() ? channel.path : folderName) : name.trimmed();
     ChannelLocator::noteVolume(channel);
     return change([&](QList<Channel>& list) -> std::optional<QString> {
         for (const Channel& other : list) {

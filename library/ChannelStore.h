@@ -16,10 +16,11 @@ class SettingsStore;
 
 namespace lumaro::library {
 
-// Every call reads the stored list afresh from the settings store. Names are trimmed and unique (case kept, compared exactly); a folder is a channel at most once. An
-// edit that cannot be made returns why, in the user's words, and changes nothing. A stored list that cannot be
-// read is shown as empty and never written over (the user's channels may still be recovered from it). Main
-// thread for the signal; the reads and edits themselves are safe wherever the settings store is.
+// Every call reads the stored list afresh from the settings store. Names are trimmed and unique (case kept,
+// compared exactly); a folder is a channel at most once. An edit that cannot be made returns why, in the
+// user's words, and changes nothing. A stored list that cannot be read is shown as empty and never written
+// over (the user's channels may still be recovered from it). Main thread for the signal; the reads and edits
+// themselves are safe wherever the settings store is.
 class ChannelStore : public QObject
 {
     Q_OBJECT
@@ -34,7 +35,8 @@ public:
     // The index of the channel named `nameOrPath`, else of the one whose folder it is; -1 when none.
     int indexOf(const QString& nameOrPath) const;
 
-    // Adds `folder` at the end under `name` (its folder name when empty). nullopt on success, else the reason.
+    // Adds `folder` at the end under `name` (its folder name when empty). nullopt on success, else the
+    // reason.
     std::optional<QString> add(const QString& folder, const QString& name = {});
     std::optional<QString> rename(int index, const QString& name);
     // Moves the channel at `from` so that it ends up at `to` (both indices of the list before the move).

@@ -33,8 +33,8 @@ QString freeZipName(QSet<QString>& taken, const QString& name)
     const QFileInfo info(name);
     QString candidate = name;
     for (int n = 1; taken.contains(candidate.toLower()); ++n)
-        candidate = info.completeBaseName() + QStringLiteral("_%1").arg(n)
-                    + (info.suffix().isEmpty() ? QString() : QLatin1Char('.') + info.suffix());
+        candidate = info.completeBaseName() + QStringLiteral("_%1").arg(n) +
+                    (info.suffix().isEmpty() ? QString() : QLatin1Char('.') + info.suffix());
     taken.insert(candidate.toLower());
     return candidate;
 }
@@ -63,8 +63,8 @@ RepertoireExportResult RepertoireExporter::toFolder(const QList<RepertoireItem>&
             continue;
         }
         QString error;
-        const auto copied = platform::FileCopier::copyWithoutOverwriting(item.filePath, folder,
-                                                                         QFileInfo(item.filePath).fileName(), &error);
+        const auto copied = platform::FileCopier::copyWithoutOverwriting(
+            item.filePath, folder, QFileInfo(item.filePath).fileName(), &error);
         if (!copied) {
             result.failures << item.filePath + QStringLiteral(": ") + error;
             platform::Log::line(kTag, QStringLiteral("❌ 导出失败: %1 (%2)").arg(item.filePath, error));

@@ -19,9 +19,9 @@ struct RepertoireExportResult
 };
 
 // Blocking; any thread. Nothing is ever overwritten: a name taken in the target folder becomes "stem_1.ext"
-// (its sidecars follow the picture's new name), and a zip is written only to a name that is free. Sidecars are
-// the XMP files beside a picture named "IMG_1.xmp" or "IMG_1.CR2.xmp" (either case of the suffix). A picture
-// that fails is named and skipped; the others are still exported.
+// (its sidecars follow the picture's new name), and a zip is written only to a name that is free. Sidecars
+// are the XMP files beside a picture named "IMG_1.xmp" or "IMG_1.CR2.xmp" (either case of the suffix). A
+// picture that fails is named and skipped; the others are still exported.
 class RepertoireExporter
 {
 public:

@@ -18,9 +18,7 @@ const QString kTag = QStringLiteral("RepertoireStore");
 } // namespace
 
 RepertoireStore::RepertoireStore(NameKey sameShot, platform::Clock clock)
-    : m_db(QStringLiteral("repertoire.db"))
-    , m_sameShot(std::move(sameShot))
-    , m_clock(std::move(clock))
+    : m_db(QStringLiteral("repertoire.db")), m_sameShot(std::move(sameShot)), m_clock(std::move(clock))
 {
 }
 
@@ -36,7 +34,8 @@ bool RepertoireStore::open(const QString& path)
 
 bool RepertoireStore::ensureTables()
 {
-    const auto found = m_db.query(QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' AND name='bundle_items';"));
+    const auto found = m_db.query(
+        QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' AND name='bundle_items';"));
     if (!found)
         return false;
     if (!found->isEmpty())
@@ -44,13 +43,14 @@ bool RepertoireStore::ensureTables()
     return m_db.execute(QStringLiteral("CREATE TABLE IF NOT EXISTS bundles (\n"
                                        "    id INTEGER PRIMARY KEY AUTOINCREMENT,\n"
                                        "    name TEXT NOT NULL UNIQUE,\n"
-                                       "    created_at REAL NOT NULL\n);"))
-        && m_db.execute(QStringLiteral("CREATE TABLE IF NOT EXISTS bundle_items (\n"
-                                       "    id INTEGER PRIMARY KEY AUTOINCREMENT,\n"
-                                       "    bundle_id INTEGER NOT NULL REFERENCES bundles(id) ON DELETE CASCADE,\n"
-                                       "    file_path TEXT NOT NULL,\n"
-                                       "    added_at REAL NOT NULL,\n"
-                                       "    UNIQUE (bundle_id, file_path)\n);"));
+                                       "    created_at REAL NOT NULL\n);")) &&
+           m_db.execute(
+               QStringLiteral("CREATE TABLE IF NOT EXISTS bundle_items (\n"
+                              "    id INTEGER PRIMARY KEY AUTOINCREMENT,\n"
+                              "    bundle_id INTEGER NOT NULL REFERENCES bundles(id) ON DELETE CASCADE,\n"
+                              "    file_path TEXT NOT NULL,\n"
+                              "    added_at REAL NOT NULL,\n"
+                              "    UNIQUE (bundle_id, file_path)\n);"));
 }
 
 std::optional<QList<RepertoireBundle>> RepertoireStore::bundles()
@@ -85,7 +85,8 @@ std::optional<QString> RepertoireStore::create(const QString& name)
         return QStringLiteral("合集名称不能为空");
     if (bundle(trimmed))
         return QStringLiteral("已有同名合集: ") + trimmed;
-    if (!m_db.execute(QStringLiteral("INSERT INTO bundles (name, created_at) VALUES (?, ?);"), {trimmed, m_clock()}))
+    if (!m_db.execute(QStringLiteral("INSERT INTO bundles (name, created_at) VALUES (?, ?);"),
+                      {trimmed, m_clock()}))
         return QStringLiteral("无法保存合集: ") + m_db.lastError().message;
     platform::Log::line(kTag, QStringLiteral("✅ 新建合集: ") + trimmed);
     return std::nullopt;
@@ -125,14 +126,17 @@ std::optional<int> RepertoireStore::add(const QString& bundleName, const QString
     const bool ok = m_db.inTransaction([&] {
         added = 0;
         for (const QString& path : paths) {
-            const auto before = m_db.query(QStringLiteral("SELECT id FROM bundle_items WHERE bundle_id = ? AND file_path = ?;"),
-                                           {found->id, cleanedPath(path)});
+            const auto before = m_db.query(
+                QStringLiteral("SELECT id FROM bundle_items WHERE bundle_id = ? AND file_path = ?;"),
+                {found->id, cleanedPath(path)});
             if (!before)
                 return false;
             if (!before->isEmpty())
                 continue;
-            if (!m_db.execute(QStringLiteral("INSERT INTO bundle_items (bundle_id, file_path, added_at) VALUES (?, ?, ?);"),
-                              {found->id, cleanedPath(path), m_clock()}))
+            if (!m_db.execute(
+                    QStringLiteral(
+                        "INSERT INTO bundle_items (bundle_id, file_path, added_at) VALUES (?, ?, ?);"),
+                    {found->id, cleanedPath(path), m_clock()}))
                 return false;
             ++added;
         }
@@ -150,12 +154,14 @@ std::optional<int> RepertoireStore::remove(const QString& bundleName, const QStr
     const bool ok = m_db.inTransaction([&] {
         removed = 0;
         for (const QString& path : paths) {
-            const auto rows = m_db.query(QStringLiteral("SELECT id FROM bundle_items WHERE bundle_id = ? AND file_path = ?;"),
-                                         {found->id, cleanedPath(path)});
+            const auto rows = m_db.query(
+                QStringLiteral("SELECT id FROM bundle_items WHERE bundle_id = ? AND file_path = ?;"),
+                {found->id, cleanedPath(path)});
             if (!rows)
                 return false;
             for (const auto& row : *rows) {
-                if (!m_db.execute(QStringLiteral("DELETE FROM bundle_items WHERE id = ?;"), {row.value(QStringLiteral("id"))}))
+                if (!m_db.execute(QStringLiteral("DELETE FROM bundle_items WHERE id = ?;"),
+                                  {row.value(QStringLiteral("id"))}))
                     return false;
                 ++removed;
             }
@@ -177,7 +183,8 @@ QString RepertoireStore::follow(const QString& path) const
     QString match;
     for (const platform::DirectoryEntry& entry : *entries) {
         const QString name = entry.name();
-        if (entry.kind != platform::DirectoryEntry::Kind::file || name == info.fileName() || m_sameShot(name) != key)
+        if (entry.kind != platform::DirectoryEntry::Kind::file || name == info.fileName() ||
+            m_sameShot(name) != key)
             continue;
         if (!match.isEmpty())
             return {}; // two candidates: which one is ours cannot be told
@@ -200,7 +207,8 @@ std::optional<QList<RepertoireItem>> RepertoireStore::items(const QString& bundl
     if (!m_db.queryEach(QStringLiteral("SELECT id, file_path, added_at FROM bundle_items WHERE bundle_id = ? "
                                        "ORDER BY added_at, id;"),
                         {found->id}, [&](const QVariantList& values) {
-                            rows.append({values.at(0).toLongLong(), {values.at(1).toString(), values.at(2).toDouble(), true}});
+                            rows.append({values.at(0).toLongLong(),
+                                         {values.at(1).toString(), values.at(2).toDouble(), true}});
                         }))
         return std::nullopt;
     QSet<QString> paths;
@@ -220,8 +228,10 @@ std::optional<QList<RepertoireItem>> RepertoireStore::items(const QString& bundl
         }
         if (paths.contains(moved))
             continue; // the same picture is in the bundle under its new name already
-        if (m_db.execute(QStringLiteral("UPDATE bundle_items SET file_path = ? WHERE id = ?;"), {moved, row.id})) {
-            platform::Log::line(kTag, QStringLiteral("合集图片已改名: %1 -> %2").arg(row.item.filePath, moved));
+        if (m_db.execute(QStringLiteral("UPDATE bundle_items SET file_path = ? WHERE id = ?;"),
+                         {moved, row.id})) {
+            platform::Log::line(kTag,
+                                QStringLiteral("合集图片已改名: %1 -> %2").arg(row.item.filePath, moved));
             paths.insert(moved);
             row.item.filePath = moved;
         } else {

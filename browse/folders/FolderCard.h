@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a folder card shows of one child folder: its cover, how many pictures, when they were taken, their colours.
+// What a folder card shows of one child folder: its cover, how many pictures, when they were taken, their
+// colours.
 #pragma once
 
 #include <QMap>
@@ -21,7 +22,7 @@ struct FolderCard
     qint64 lastTaken = 0;
     QMap<QString, int> colourCounts; // "red" → pictures carrying it
     QStringList names;
-    bool readable = true;            // false: the folder could not be listed (the card says so)
+    bool readable = true; // false: the folder could not be listed (the card says so)
 
     // The cover: the first favourite in browsing order, else the first picture; empty without pictures.
     QString coverPath(const std::function<bool(const QString& path)>& isFavourite = {}) const;

@@ -38,7 +38,8 @@ QByteArray signatureOf(const QString& folder, const QStringList& names)
     for (const QString& name : names) {
         const auto stamp = platform::FileStamp::of(dir.filePath(name));
         hash.addData(name.toUtf8());
-        const qint64 values[] = {stamp ? stamp->size : -1, stamp ? stamp->modifiedNs : 0, stamp ? stamp->changedNs : 0};
+        const qint64 values[] = {stamp ? stamp->size : -1, stamp ? stamp->modifiedNs : 0,
+                                 stamp ? stamp->changedNs : 0};
         hash.addData(QByteArrayView(reinterpret_cast<const char*>(values), sizeof values));
     }
     return hash.result().toHex();
@@ -102,15 +103,16 @@ void inParallel(int count, int jobs, const std::function<void(int)>& work)
 } // namespace
 
 FolderCardScanner::FolderCardScanner(platform::FileTagStore* tags, QString cacheFolder)
-    : m_tags(tags ? *tags : platform::XattrTagStore::shared())
-    , m_cacheFolder(cacheFolder.isEmpty() ? platform::AppPaths::cacheDir() + QStringLiteral("/folder-cards")
+    : m_tags(tags ? *tags : platform::XattrTagStore::shared()),
+      m_cacheFolder(cacheFolder.isEmpty() ? platform::AppPaths::cacheDir() + QStringLiteral("/folder-cards")
                                           : std::move(cacheFolder))
 {
 }
 
 QString FolderCardScanner::cacheFile(const QString& parent) const
 {
-    const QByteArray key = QCryptographicHash::hash(QDir::cleanPath(parent).toUtf8(), QCryptographicHash::Sha1);
+    const QByteArray key =
+        QCryptographicHash::hash(QDir::cleanPath(parent).toUtf8(), QCryptographicHash::Sha1);
     return m_cacheFolder + QLatin1Char('/') + QString::fromLatin1(key.toHex()) + QStringLiteral(".json");
 }
 
@@ -140,8 +142,8 @@ QHash<QString, FolderCardCacheEntry> FolderCardScanner::load(const QString& pare
     if (!file.open(QIODevice::ReadOnly))
         return {};
     const QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
-    if (root.value(QStringLiteral("version")).toInt() != kCacheVersion
-        || root.value(QStringLiteral("parent")).toString() != QDir::cleanPath(parent))
+    if (root.value(QStringLiteral("version")).toInt() != kCacheVersion ||
+        root.value(QStringLiteral("parent")).toString() != QDir::cleanPath(parent))
         return {};
     QHash<QString, FolderCardCacheEntry> entries;
     const QJsonObject cards = root.value(QStringLiteral("cards")).toObject();
@@ -169,7 +171,8 @@ void FolderCardScanner::save(const QString& parent, const QHash<QString, FolderC
 }
 
 QList<FolderCard> FolderCardScanner::scan(const QString& parent, const QStringList& subfolders,
-                                          const std::function<bool(const QList<FolderCard>&)>& batch, int jobs)
+                                          const std::function<bool(const QList<FolderCard>&)>& batch,
+                                          int jobs)
 {
     const QHash<QString, FolderCardCacheEntry> cached = load(parent);
     const int count = int(subfolders.size());
@@ -201,7 +204,8 @@ QList<FolderCard> FolderCardScanner::scan(const QString& parent, const QStringLi
     bool goOn = !batch || hits.isEmpty() || batch(hits);
     for (qsizetype start = 0; goOn && start < misses.size(); start += kBatchFolders) {
         const QList<int> run = misses.mid(start, kBatchFolders);
-        inParallel(int(run.size()), jobs, [&](int k) { cards[run.at(k)] = read(subfolders.at(run.at(k)), names.at(run.at(k))); });
+        inParallel(int(run.size()), jobs,
+                   [&](int k) { cards[run.at(k)] = read(subfolders.at(run.at(k)), names.at(run.at(k))); });
         QList<FolderCard> ready;
         for (const int i : run)
             ready << cards.at(i);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Works out the folder cards of a folder's children, reusing what the cache knows of folders that did not change.
+// Works out the folder cards of a folder's children, reusing what the cache knows of folders that did not
+// change.
 #pragma once
 
 #include "browse/folders/FolderCard.h"
@@ -16,8 +17,8 @@ class FileTagStore;
 
 namespace lumaro::browse {
 
-// A folder's cards as last worked out, each with the signature of the folder it was made from, kept in one JSON
-// file per parent under the application's cache folder ("folder-cards/<hash>.json", written through a
+// A folder's cards as last worked out, each with the signature of the folder it was made from, kept in one
+// JSON file per parent under the application's cache folder ("folder-cards/<hash>.json", written through a
 // temporary file). A cache file that cannot be read is treated as empty and replaced.
 struct FolderCardCacheEntry
 {

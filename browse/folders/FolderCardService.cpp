@@ -12,9 +12,8 @@
 namespace lumaro::browse {
 
 FolderCardService::FolderCardService(std::shared_ptr<FolderCardScanner> scanner, QObject* parent)
-    : QObject(parent)
-    , m_scanner(scanner ? std::move(scanner) : std::make_shared<FolderCardScanner>())
-    , m_generation(std::make_shared<std::atomic<quint64>>(0))
+    : QObject(parent), m_scanner(scanner ? std::move(scanner) : std::make_shared<FolderCardScanner>()),
+      m_generation(std::make_shared<std::atomic<quint64>>(0))
 {
 }
 

@@ -9,7 +9,9 @@ namespace lumaro::platform {
 
 std::optional<FileStamp> FileStamp::of(const QString& path)
 {
-    struct stat info {};
+    struct stat info
+    {
+    };
     if (::stat(FileNameCodec::encode(path).constData(), &info) != 0)
         return std::nullopt;
     const auto ns = [](const timespec& time) { return qint64(time.tv_sec) * 1000000000 + time.tv_nsec; };

@@ -9,8 +9,8 @@
 namespace lumaro::platform {
 
 // The status-change time moves when a file's extended attributes (its colour tags) are written, which the
-// modification time does not, so the three together tell whether anything read from the file may have changed.
-// Thread-safe, blocking; follows symbolic links like the folder listing does.
+// modification time does not, so the three together tell whether anything read from the file may have
+// changed. Thread-safe, blocking; follows symbolic links like the folder listing does.
 struct FileStamp
 {
     qint64 size = 0;

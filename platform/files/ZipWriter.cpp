@@ -29,7 +29,9 @@ std::optional<QString> addFile(archive* zip, const QString& source, const QStrin
     const int fd = FileNameCodec::openForReading(source);
     if (fd < 0)
         return QStringLiteral("无法读取: ") + source;
-    struct stat info {};
+    struct stat info
+    {
+    };
     ::fstat(fd, &info);
     Entry entry(archive_entry_new(), &archive_entry_free);
     archive_entry_set_pathname_utf8(entry.get(), name.toUtf8().constData());
@@ -43,7 +45,8 @@ std::optional<QString> addFile(archive* zip, const QString& source, const QStrin
     char buffer[1 << 16];
     for (ssize_t got = 0; !failure && (got = ::read(fd, buffer, sizeof buffer)) != 0;) {
         if (got < 0 || archive_write_data(zip, buffer, size_t(got)) != got)
-            failure = got < 0 ? QStringLiteral("读取失败: ") + source : QString::fromUtf8(archive_error_string(zip));
+            failure = got < 0 ? QStringLiteral("读取失败: ") + source
+                              : QString::fromUtf8(archive_error_string(zip));
     }
     ::close(fd);
     return failure;
@@ -56,8 +59,9 @@ std::optional<QString> ZipWriter::write(const QString& zipPath, const QList<QPai
     if (FileNameCodec::exists(zipPath))
         return QStringLiteral("文件已存在，不会覆盖: ") + zipPath;
     const QFileInfo target(zipPath);
-    const QString temporary = target.absolutePath() + QStringLiteral("/.") + target.fileName()
-                              + QStringLiteral(".part-%1").arg(QRandomGenerator::global()->generate(), 8, 16, QLatin1Char('0'));
+    const QString temporary =
+        target.absolutePath() + QStringLiteral("/.") + target.fileName() +
+        QStringLiteral(".part-%1").arg(QRandomGenerator::global()->generate(), 8, 16, QLatin1Char('0'));
     Archive zip(archive_write_new(), &archive_write_free);
     archive_write_set_format_zip(zip.get());
     archive_write_set_options(zip.get(), "zip:compression=store");

@@ -17,7 +17,8 @@ class ZipWriter
 {
 public:
     // `entries`: source path → name inside the archive. nullopt on success, else why not.
-    static std::optional<QString> write(const QString& zipPath, const QList<QPair<QString, QString>>& entries);
+    static std::optional<QString> write(const QString& zipPath,
+                                        const QList<QPair<QString, QString>>& entries);
 };
 
 } // namespace lumaro::platform

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Channels kept in the settings, and where their folders are now.
-#include "library/ChannelLocator.h"
 #include "library/ChannelStore.h"
+#include "library/ChannelLocator.h"
 #include "platform/fakes/MemorySettingsStore.h"
 #include "tests/support/TempFolder.h"
 
@@ -35,7 +35,9 @@ TEST(ChannelStore, EditsAreKeptInTheSettingsAndRefusalsChangeNothing)
     ASSERT_EQ(store.add(folder.makeFolder(QStringLiteral("c"))), std::nullopt);
 
     EXPECT_TRUE(store.add(folder.filePath(QStringLiteral("b/")), QStringLiteral("again")).has_value());
-    EXPECT_TRUE(store.add(folder.filePath(QStringLiteral("c/..")) + QStringLiteral("/婚礼"), QStringLiteral("x")).has_value());
+    EXPECT_TRUE(
+        store.add(folder.filePath(QStringLiteral("c/..")) + QStringLiteral("/婚礼"), QStringLiteral("x"))
+            .has_value());
     EXPECT_TRUE(store.add(folder.makeFolder(QStringLiteral("d")), QStringLiteral("Studio")).has_value());
     EXPECT_TRUE(store.add(folder.filePath(QStringLiteral("missing"))).has_value());
     EXPECT_TRUE(store.add(folder.write(QStringLiteral("file.jpg"))).has_value());
@@ -43,7 +45,8 @@ TEST(ChannelStore, EditsAreKeptInTheSettingsAndRefusalsChangeNothing)
     EXPECT_TRUE(store.rename(0, QStringLiteral("   ")).has_value());
     EXPECT_TRUE(store.move(0, 3).has_value());
     EXPECT_TRUE(store.remove(-1).has_value());
-    EXPECT_EQ(namesOf(store), (QStringList{QStringLiteral("婚礼"), QStringLiteral("Studio"), QStringLiteral("c")}));
+    EXPECT_EQ(namesOf(store),
+              (QStringList{QStringLiteral("婚礼"), QStringLiteral("Studio"), QStringLiteral("c")}));
 
     ASSERT_EQ(store.move(2, 0), std::nullopt);
     ASSERT_EQ(store.rename(1, QStringLiteral("Wedding")), std::nullopt);

@@ -90,7 +90,8 @@ TEST(FolderCardList, ShowsEachChildWithItsCountAndAFavouriteAsCoverAndOpensWithE
     QSignalSpy opened(&cards, &app::FolderCardList::openRequested);
     cards.showFolder(folder.path());
     const QString a = folder.filePath(QStringLiteral("a"));
-    ASSERT_TRUE(waitUntil([&] { return cards.hasCover(a) && cards.card(folder.filePath(QStringLiteral("b"))); }));
+    ASSERT_TRUE(
+        waitUntil([&] { return cards.hasCover(a) && cards.card(folder.filePath(QStringLiteral("b"))); }));
     EXPECT_EQ(cards.card(a)->pictureCount, 2);
     EXPECT_TRUE(cards.item(0)->text().contains(QStringLiteral("2 张")));
     const QImage cover = cards.item(0)->icon().pixmap(128, 96).toImage();

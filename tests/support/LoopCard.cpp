@@ -41,8 +41,8 @@ LoopCard::LoopCard()
     }
     const QString image = m_folder.filePath(QStringLiteral("card.img"));
     if (!run(QStringLiteral("mkfs.vfat"),
-             {QStringLiteral("-C"), QStringLiteral("-n"), QStringLiteral("EOS_DIGITAL"),
-              QStringLiteral("-i"), QStringLiteral("1234ABCD"), image, QStringLiteral("16384")})) {
+             {QStringLiteral("-C"), QStringLiteral("-n"), QStringLiteral("EOS_DIGITAL"), QStringLiteral("-i"),
+              QStringLiteral("1234ABCD"), image, QStringLiteral("16384")})) {
         m_reason = "mkfs.vfat failed";
         return;
     }
@@ -74,8 +74,8 @@ bool LoopCard::mount()
             run(QStringLiteral("fusefat"),
                 {QStringLiteral("-o"), QStringLiteral("rw+,fsname=") + m_device, m_device, m_mountPoint});
     if (!m_mounted)
-        m_reason = kernelFat ? "mount -t vfat failed"
-                             : "this kernel has no vfat and fusefat cannot mount the image";
+        m_reason =
+            kernelFat ? "mount -t vfat failed" : "this kernel has no vfat and fusefat cannot mount the image";
     return m_mounted;
 }
 

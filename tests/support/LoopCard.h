@@ -9,8 +9,8 @@
 
 namespace lumaro::testing {
 
-// Made and attached in the constructor; mounted by mount(), which can be called again after unmount() (the same
-// card re-inserted); unmounted and detached in the destructor.
+// Made and attached in the constructor; mounted by mount(), which can be called again after unmount() (the
+// same card re-inserted); unmounted and detached in the destructor.
 class LoopCard
 {
 public:

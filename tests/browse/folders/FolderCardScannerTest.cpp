@@ -27,8 +27,9 @@ public:
     std::optional<QStringList> tags(const QString& path, QString* = nullptr) const override
     {
         ++reads;
-        return path.endsWith(QStringLiteral("1.jpg")) ? QStringList{QStringLiteral("red"), QStringLiteral("Work")}
-                                                      : QStringList{};
+        return path.endsWith(QStringLiteral("1.jpg"))
+                   ? QStringList{QStringLiteral("red"), QStringLiteral("Work")}
+                   : QStringList{};
     }
     bool setTags(const QString&, const QStringList&, QString* = nullptr) override { return false; }
     mutable std::atomic<int> reads{0};
@@ -36,7 +37,8 @@ public:
 
 qint64 local(const char* time)
 {
-    return QDateTime::fromString(QString::fromLatin1(time), QStringLiteral("yyyy:MM:dd HH:mm:ss")).toMSecsSinceEpoch();
+    return QDateTime::fromString(QString::fromLatin1(time), QStringLiteral("yyyy:MM:dd HH:mm:ss"))
+        .toMSecsSinceEpoch();
 }
 
 } // namespace
@@ -45,17 +47,21 @@ TEST(FolderCardScanner, CountsDatesAndColoursAndReadsOnlyTheFoldersThatChanged)
 {
     TempFolder parent;
     TempFolder cache;
-    writeShot(parent, QStringLiteral("may/1.jpg"), {{QStringLiteral("Exif.Photo.DateTimeOriginal"), QStringLiteral("2024:05:03 09:00:00")}});
-    writeShot(parent, QStringLiteral("may/2.jpg"), {{QStringLiteral("Exif.Photo.DateTimeOriginal"), QStringLiteral("2024:05:01 10:00:00")}});
+    writeShot(parent, QStringLiteral("may/1.jpg"),
+              {{QStringLiteral("Exif.Photo.DateTimeOriginal"), QStringLiteral("2024:05:03 09:00:00")}});
+    writeShot(parent, QStringLiteral("may/2.jpg"),
+              {{QStringLiteral("Exif.Photo.DateTimeOriginal"), QStringLiteral("2024:05:01 10:00:00")}});
     const QString plain = parent.writePicture(QStringLiteral("may/3.png"));
     QFile file(plain);
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(file.setFileTime(QDateTime::fromMSecsSinceEpoch(local("2024:05:02 12:00:00")), QFileDevice::FileModificationTime));
+    ASSERT_TRUE(file.setFileTime(QDateTime::fromMSecsSinceEpoch(local("2024:05:02 12:00:00")),
+                                 QFileDevice::FileModificationTime));
     file.close();
     parent.write(QStringLiteral("may/notes.txt"));
     parent.writePicture(QStringLiteral("june/1.jpg"));
     parent.makeFolder(QStringLiteral("empty"));
-    const QStringList children{parent.filePath(QStringLiteral("empty")), parent.filePath(QStringLiteral("june")),
+    const QStringList children{parent.filePath(QStringLiteral("empty")),
+                               parent.filePath(QStringLiteral("june")),
                                parent.filePath(QStringLiteral("may"))};
 
     CountingTagStore tags;
@@ -70,16 +76,20 @@ TEST(FolderCardScanner, CountsDatesAndColoursAndReadsOnlyTheFoldersThatChanged)
     EXPECT_EQ(may.lastTaken, local("2024:05:03 09:00:00"));
     EXPECT_EQ(may.colourCounts, (QMap<QString, int>{{QStringLiteral("red"), 1}}));
     EXPECT_EQ(may.coverPath(), parent.filePath(QStringLiteral("may/1.jpg")));
-    EXPECT_EQ(may.coverPath([&](const QString& path) { return path.endsWith(QStringLiteral("3.png")); }), plain);
+    EXPECT_EQ(may.coverPath([&](const QString& path) { return path.endsWith(QStringLiteral("3.png")); }),
+              plain);
     EXPECT_EQ(tags.reads, 4);
 
     // Warm: the same cards, and no picture opened.
     tags.reads = 0;
     QList<QList<FolderCard>> batches;
-    EXPECT_EQ(FolderCardScanner(&tags, cache.path()).scan(parent.path(), children, [&](const QList<FolderCard>& batch) {
-        batches << batch;
-        return true;
-    }), cold);
+    EXPECT_EQ(FolderCardScanner(&tags, cache.path())
+                  .scan(parent.path(), children,
+                        [&](const QList<FolderCard>& batch) {
+                            batches << batch;
+                            return true;
+                        }),
+              cold);
     EXPECT_EQ(tags.reads, 0);
     EXPECT_EQ(batches.size(), 1);
 
@@ -117,7 +127,10 @@ TEST(FolderTree, WalksDepthFirstWithCountsLikeDeepMode)
     const QList<FolderTreeEntry> tree = FolderTree::walk(root.path(), 100, &truncated);
     QStringList walk;
     for (const FolderTreeEntry& entry : tree)
-        walk << QStringLiteral("%1:%2:%3").arg(QDir(root.path()).relativeFilePath(entry.path)).arg(entry.depth).arg(entry.pictureCount);
+        walk << QStringLiteral("%1:%2:%3")
+                    .arg(QDir(root.path()).relativeFilePath(entry.path))
+                    .arg(entry.depth)
+                    .arg(entry.pictureCount);
     EXPECT_EQ(walk, (QStringList{QStringLiteral(".:0:1"), QStringLiteral("a:1:0"), QStringLiteral("b:1:0"),
                                  QStringLiteral("b/x:2:2")}));
     EXPECT_FALSE(truncated);
