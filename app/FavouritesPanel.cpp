@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/FavouritesPanel.h"
 
+#include "app/PictureListWaterfall.h"
+#include "app/PictureOpener.h"
 #include "app/ToolHost.h"
 #include "browse/state/LMRModeState.h"
 #include "library/FavourManager.h"
@@ -11,7 +13,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
-#include <QListWidget>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -22,13 +23,13 @@ FavouritesPanel::FavouritesPanel(ToolHost& host, library::FavourManager& manager
     , m_host(host)
     , m_manager(manager)
     , m_summary(new QLabel(this))
-    , m_list(new QListWidget(this))
+    , m_list(new PictureListWaterfall(manager, this))
 {
     setToolTip(tr("查看所有已收藏的图像（时间倒序瀑布流）"));
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_summary);
     layout->addWidget(m_list, 1);
-    connect(m_list, &QListWidget::itemActivated, this, &FavouritesPanel::open);
+    connect(m_list, &PictureListWaterfall::openRequested, this, &FavouritesPanel::open);
     connect(&platform::NotificationCenter::shared(), &platform::NotificationCenter::posted, this,
             [this](const QString& name) {
                 if (name == platform::notifications::favourStateChanged)
@@ -55,40 +56,32 @@ void FavouritesPanel::showEvent(QShowEvent* event)
 
 QStringList FavouritesPanel::shownPaths() const
 {
-    QStringList paths;
-    for (int i = 0; i < m_list->count(); ++i)
-        paths << m_list->item(i)->data(Qt::UserRole).toString();
-    return paths;
+    return m_list->paths();
 }
 
 void FavouritesPanel::reload()
 {
     m_stale = false;
     const auto favourites = m_manager.favourites();
-    m_list->clear();
     if (!favourites) {
         m_summary->setText(tr("无法读取收藏数据库"));
         return;
     }
-    m_summary->setText(tr("已收藏 %1 张").arg(favourites->size()));
+    QStringList paths;
+    int missing = 0;
     for (const library::FavourRecord& record : *favourites) {
-        const QString when = QDateTime::fromMSecsSinceEpoch(qint64(record.updatedAt * 1000)).toString(
-            QStringLiteral("yyyy-MM-dd HH:mm"));
-        const QString type = record.favourType ? QStringLiteral("  [%1]").arg(library::storedText(*record.favourType))
-                                               : QString();
-        auto* item = new QListWidgetItem(record.fileName + type + QStringLiteral("\n") + when + QStringLiteral("  ")
-                                             + QFileInfo(record.filePath).path(),
-                                         m_list);
-        item->setData(Qt::UserRole, record.filePath);
-        item->setToolTip(record.filePath);
-        if (!QFileInfo::exists(record.filePath))
-            item->setForeground(palette().color(QPalette::Disabled, QPalette::Text));
+        paths << record.filePath;
+        missing += QFileInfo::exists(record.filePath) ? 0 : 1;
     }
+    // A picture gone from disk stays listed: its disk may just not be mounted.
+    m_summary->setText(missing == 0 ? tr("已收藏 %1 张（最近改动在前，双击打开）").arg(paths.size())
+                                    : tr("已收藏 %1 张，其中 %2 张现在找不到（存储卡未插入？）").arg(paths.size()).arg(missing));
+    m_list->setPaths(paths);
 }
 
-void FavouritesPanel::open(QListWidgetItem* item)
+void FavouritesPanel::open(const QString& path)
 {
-    const QFileInfo picture(item->data(Qt::UserRole).toString());
+    const QFileInfo picture(path);
     browse::LMRModeState& state = m_host.modeState();
     const auto folder = state.currentFolder();
     if (folder && QFileInfo(*folder).canonicalFilePath() == picture.absoluteDir().canonicalPath()) {
@@ -96,7 +89,8 @@ void FavouritesPanel::open(QListWidgetItem* item)
         if (index >= 0 && state.select(int(index)))
             return;
     }
-    QDesktopServices::openUrl(QUrl::fromLocalFile(picture.absolutePath()));
+    if (auto* opener = dynamic_cast<PictureOpener*>(&m_host))
+        opener->openPicture(path);
 }
 
 } // namespace lumaro::app

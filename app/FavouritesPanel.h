@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The "已收藏" view: every favourite picture, newest change first, with its type.
+// The "已收藏" view: every favourite picture, newest change first, as a waterfall with its heart and type.
 #pragma once
 
 #include <QWidget>
 
 class QLabel;
-class QListWidget;
-class QListWidgetItem;
 
 namespace lumaro::library {
 class FavourManager;
@@ -14,11 +12,13 @@ class FavourManager;
 
 namespace lumaro::app {
 
+class PictureListWaterfall;
 class ToolHost;
 
 // Main thread only. Reads the store again on "FavourStateChanged", so a heart clicked in any view shows here at
-// once (while hidden, only once it is shown again: a click in the waterfall need not wait for the list). A double-click selects the picture when it is in the folder on screen, otherwise shows its folder in the
-// file manager. A picture that is gone from disk stays listed, greyed: its disk may just not be mounted.
+// once (while hidden, only once it is shown again: a click in the waterfall need not wait for the list). A double-click selects the picture when it is in the folder on screen, otherwise opens its folder with the
+// picture selected. A picture that is gone from disk stays listed (its disk may just not be mounted) and is
+// counted above the waterfall.
 class FavouritesPanel : public QWidget
 {
     Q_OBJECT
@@ -34,12 +34,12 @@ protected:
 private:
     void reload();
     void storeChanged();
-    void open(QListWidgetItem* item);
+    void open(const QString& path);
 
     ToolHost& m_host;
     library::FavourManager& m_manager;
     QLabel* m_summary;
-    QListWidget* m_list;
+    PictureListWaterfall* m_list;
     bool m_stale = false;
 };
 

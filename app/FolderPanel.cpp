@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/FolderPanel.h"
 
+#include "app/FolderCardList.h"
+#include "app/InBackground.h"
+#include "library/FavourManager.h"
 #include "browse/state/FileSystemService.h"
 #include "browse/state/LMRModeState.h"
 
@@ -8,35 +11,16 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QListWidget>
-#include <QPointer>
 #include <QPushButton>
-#include <QThreadPool>
 #include <QVBoxLayout>
 
 namespace lumaro::app {
-
-namespace {
-
-// Runs `work` on the pool and hands its result to `done` on the main thread, unless `context` is gone.
-template <typename Work, typename Done>
-void inBackground(QObject* context, Work work, Done done)
-{
-    QPointer<QObject> guard(context);
-    QThreadPool::globalInstance()->start([guard, work, done] {
-        auto result = work();
-        QMetaObject::invokeMethod(
-            guard.data(), [guard, done, result] { if (guard) done(result); }, Qt::QueuedConnection);
-    });
-}
-
-} // namespace
 
 FolderPanel::FolderPanel(browse::LMRModeState& state, QWidget* parent)
     : QWidget(parent)
     , m_state(state)
     , m_folder(new QLabel(this))
-    , m_list(new QListWidget(this))
+    , m_list(new FolderCardList(&library::FavourManager::shared(), this))
     , m_deep(new QCheckBox(tr("深度模式（依次浏览所有子文件夹）"), this))
     , m_deepStatus(new QLabel(this))
 {
@@ -48,7 +32,7 @@ FolderPanel::FolderPanel(browse::LMRModeState& state, QWidget* parent)
     buttons->addWidget(next);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_folder);
-    layout->addWidget(new QLabel(tr("子文件夹（双击打开）"), this));
+    layout->addWidget(new QLabel(tr("子文件夹（双击或回车打开）"), this));
     layout->addWidget(m_list, 1);
     layout->addLayout(buttons);
     layout->addWidget(m_deep);
@@ -57,8 +41,7 @@ FolderPanel::FolderPanel(browse::LMRModeState& state, QWidget* parent)
 
     connect(previous, &QPushButton::clicked, this, [this] { Q_EMIT moveRequested(-1); });
     connect(next, &QPushButton::clicked, this, [this] { Q_EMIT moveRequested(1); });
-    connect(m_list, &QListWidget::itemDoubleClicked, this,
-            [this](QListWidgetItem* item) { Q_EMIT openRequested(item->data(Qt::UserRole).toString()); });
+    connect(m_list, &FolderCardList::openRequested, this, &FolderPanel::openRequested);
     connect(m_deep, &QCheckBox::toggled, this, &FolderPanel::setDeepMode);
     connect(&state, &browse::LMRModeState::folderChanged, this, &FolderPanel::folderChanged);
     connect(&state, &browse::LMRModeState::navigationChanged, this, &FolderPanel::refreshDeepLabel);
@@ -67,36 +50,14 @@ FolderPanel::FolderPanel(browse::LMRModeState& state, QWidget* parent)
 
 QStringList FolderPanel::listedFolders() const
 {
-    QStringList folders;
-    for (int i = 0; i < m_list->count(); ++i)
-        folders.append(m_list->item(i)->data(Qt::UserRole).toString());
-    return folders;
+    return m_list->folders();
 }
 
 void FolderPanel::folderChanged()
 {
     const QString folder = m_state.currentFolder().value_or(QString());
     m_folder->setText(folder.isEmpty() ? tr("尚未打开文件夹") : tr("当前文件夹: %1").arg(folder));
-    if (folder == m_listedFor)
-        return;
-    m_listedFor = folder;
-    m_list->clear();
-    if (folder.isEmpty())
-        return;
-    inBackground(
-        this, [folder] { return browse::FileSystemService::shared().subfolders(folder); },
-        [this, folder](const QStringList& subfolders) { showSubfolders(folder, subfolders); });
-}
-
-void FolderPanel::showSubfolders(const QString& folder, const QStringList& subfolders)
-{
-    if (folder != m_listedFor)
-        return; // the user moved on meanwhile
-    m_list->clear();
-    for (const QString& path : subfolders) {
-        auto* item = new QListWidgetItem(QFileInfo(path).fileName(), m_list);
-        item->setData(Qt::UserRole, path);
-    }
+    m_list->showFolder(folder);
 }
 
 void FolderPanel::setDeepMode(bool on)

@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The folder panel: the child folders of the shown folder, next/previous folder, and deep mode.
+// The folder panel: the child folders of the shown folder as cards, next/previous folder, and deep mode.
 #pragma once
 
 #include <QWidget>
 
 class QCheckBox;
 class QLabel;
-class QListWidget;
 
 namespace lumaro::browse {
 class LMRModeState;
 }
 
 namespace lumaro::app {
+
+class FolderCardList;
 
 // Main thread. Folder listings run on the thread pool; a listing that comes back for a folder that is no longer
 // shown is dropped. Deep mode walks every folder below the folder it was switched on in, depth-first, with the
@@ -25,6 +26,7 @@ public:
 
     // The child folders listed now (tests read them).
     QStringList listedFolders() const;
+    FolderCardList& cards() { return *m_list; }
     void setDeepMode(bool on);
 
 Q_SIGNALS:
@@ -33,16 +35,14 @@ Q_SIGNALS:
 
 private:
     void folderChanged();
-    void showSubfolders(const QString& folder, const QStringList& subfolders);
     void deepWalkListed(const QString& base, const QStringList& walk, const QStringList& siblings);
     void refreshDeepLabel();
 
     browse::LMRModeState& m_state;
     QLabel* m_folder;
-    QListWidget* m_list;
+    FolderCardList* m_list;
     QCheckBox* m_deep;
     QLabel* m_deepStatus;
-    QString m_listedFor;
 };
 
 } // namespace lumaro::app

@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QSet>
 #include <QTextEdit>
 #include <QWidget>
 
@@ -32,6 +33,13 @@ bool KeyMonitor::takesTyping(const QWidget* widget)
     if (const auto* combo = qobject_cast<const QComboBox*>(widget))
         return combo->isEditable();
     return false;
+}
+
+bool KeyMonitor::takesNavigation(const QWidget* widget, int key)
+{
+    static const QSet<int> keys{Qt::Key_Left, Qt::Key_Right, Qt::Key_Up,     Qt::Key_Down,
+                                Qt::Key_Home, Qt::Key_End,   Qt::Key_Return, Qt::Key_Enter};
+    return widget->property("lumaroTakesNavigationKeys").toBool() && keys.contains(key);
 }
 
 bool KeyMonitor::belongsToWindow(const QWidget* widget) const
@@ -64,6 +72,8 @@ bool KeyMonitor::eventFilter(QObject* watched, QEvent* event)
     if (!target || !belongsToWindow(target) || takesTyping(target))
         return false;
     auto* key = static_cast<QKeyEvent*>(event);
+    if (takesNavigation(target, key->key()))
+        return false;
     if (event->type() == QEvent::KeyRelease) {
         m_lastRelease.insert(key->key(), key->timestamp());
         return false;

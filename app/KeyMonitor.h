@@ -28,6 +28,9 @@ public:
 
     // Whether typing into `widget` would change its text (an editable line, text box, spin box or combo box).
     static bool takesTyping(const QWidget* widget);
+    // A list that moves its own cursor with the arrows and opens with Enter (the folder cards) while it has
+    // the focus; it says so with the property "lumaroTakesNavigationKeys". The culling keys still act.
+    static bool takesNavigation(const QWidget* widget, int key);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

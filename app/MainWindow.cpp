@@ -2,7 +2,9 @@
 #include "app/MainWindow.h"
 
 #include "app/BrowseStatusBar.h"
+#include "app/ChannelsPanel.h"
 #include "app/FilmStripMode.h"
+#include "app/FolderMapView.h"
 #include "app/FolderPanel.h"
 #include "app/FolderViewMemory.h"
 #include "app/GridPreviewMode.h"
@@ -28,8 +30,11 @@
 #include "browse/thumbnails/FullPictureLoader.h"
 #include "browse/thumbnails/ThumbnailCache.h"
 #include "browse/thumbnails/ThumbnailLoader.h"
+#include "library/ChannelStore.h"
 #include "platform/Log.h"
 #include "platform/QSettingsStore.h"
+#include "platform/volumes/RemovableVolumeMonitor.h"
+#include "platform/volumes/UDisksMountEvents.h"
 
 #include <QActionGroup>
 #include <QApplication>
@@ -143,6 +148,10 @@ MainWindow::MainWindow(QWidget* parent)
     m_folderDock->hide();
     connect(m_folderPanel, &FolderPanel::openRequested, this, &MainWindow::openFolder);
     connect(m_folderPanel, &FolderPanel::moveRequested, m_navigator, &browse::FolderNavigator::move);
+    buildChannelsDock();
+    FolderMapView& map = static_cast<WaterfallMode*>(m_modes.at(waterfallMode))->folderMap();
+    connect(&map, &FolderMapView::openRequested, this, &MainWindow::openFolder);
+    connect(&map, &FolderMapView::moveRequested, m_navigator, &browse::FolderNavigator::move);
     m_memory = std::make_unique<FolderViewMemory>(platform::QSettingsStore::shared());
     connect(m_state, &browse::LMRModeState::folderChanged, this, [this] {
         const QString folder = m_state->currentFolder().value_or(QString());
@@ -204,10 +213,23 @@ void MainWindow::buildMenus()
     file->addAction(tr("退出"), QKeySequence::Quit, this, &QWidget::close);
     QMenu* view = menuBar()->addMenu(tr("显示"));
     view->addAction(m_folderDock->toggleViewAction());
+    view->addAction(m_channelsDock->toggleViewAction());
     view->addAction(tr("全屏"), QKeySequence::FullScreen, this, &MainWindow::toggleFullScreen);
     // F1 is no help key here: it is the red key's twin (see the key names).
     view->addAction(tr("快捷键帮助"), this, &MainWindow::showKeyHelp);
     m_toolsMenu = menuBar()->addMenu(tr("工具"));
+}
+
+void MainWindow::buildChannelsDock()
+{
+    auto* volumes = new platform::RemovableVolumeMonitor(platform::RemovableVolumeMonitor::systemRemovableVolumes(), this);
+    volumes->startWithEvents(new platform::UDisksMountEvents(volumes));
+    m_channels = new ChannelsPanel(*m_state, library::ChannelStore::shared(), volumes, this);
+    m_channelsDock = new QDockWidget(tr("频道"), this);
+    m_channelsDock->setObjectName(QStringLiteral("channelsPanel"));
+    m_channelsDock->setWidget(m_channels);
+    addDockWidget(Qt::LeftDockWidgetArea, m_channelsDock);
+    connect(m_channels, &ChannelsPanel::openRequested, this, &MainWindow::openFolder);
 }
 
 void MainWindow::buildModeBar()
@@ -287,6 +309,13 @@ void MainWindow::openFolder(const QString& folder)
     // Remembered only once it has been shown: a folder whose pictures brought the app down must not be
     // reopened by every later start.
     m_folderToRemember = path;
+}
+
+void MainWindow::openPicture(const QString& path)
+{
+    const QFileInfo picture(path);
+    openFolder(picture.absolutePath());
+    m_pendingSelection = picture.fileName(); // selected once the folder's list is in
 }
 
 void MainWindow::rememberFolderForNextStart()

@@ -3,6 +3,7 @@
 // the key dispatch, the folder panel and the tool panels.
 #pragma once
 
+#include "app/PictureOpener.h"
 #include "app/ToolHost.h"
 #include "browse/hotkeys/BrowseChrome.h"
 #include "browse/hotkeys/ViewerAction.h"
@@ -31,6 +32,7 @@ namespace lumaro::app {
 
 class BrowseMode;
 class BrowseStatusBar;
+class ChannelsPanel;
 class FolderPanel;
 class HistogramOverlay;
 class FolderViewMemory;
@@ -43,7 +45,7 @@ class ShootingInfoOverlay;
 // unreadable folder shows an empty grid with a line saying so. Each folder's view (window size and place, mode,
 // selected picture) is remembered when it is left or the window closes, and comes back when it is opened again.
 // The window never grows past the screen it is on, whatever panels are opened.
-class MainWindow : public QMainWindow, public ToolHost, public browse::BrowseChrome
+class MainWindow : public QMainWindow, public ToolHost, public PictureOpener, public browse::BrowseChrome
 {
     Q_OBJECT
 public:
@@ -61,6 +63,7 @@ public:
     browse::HotkeyDispatcher& dispatcher() { return *m_dispatcher; }
     BrowseStatusBar& browseStatusBar() { return *m_statusBar; }
     FolderPanel& folderPanel() { return *m_folderPanel; }
+    ChannelsPanel& channelsPanel() { return *m_channels; }
     HistogramOverlay& histogramOverlay() { return *m_histogram; }
     LoupeView& loupe() { return *m_loupe; }
     ShootingInfoOverlay& shootingInfo() { return *m_info; }
@@ -73,6 +76,9 @@ public:
     void addToolPanel(const QString& title, QWidget* panel) override;
     void reloadCurrentFolder() override;
     QWidget* dialogParent() override { return this; }
+
+    // PictureOpener
+    void openPicture(const QString& path) override;
 
     // BrowseChrome
     void toggleFullScreen() override;
@@ -89,6 +95,7 @@ private:
     void buildMenus();
     void performViewerAction(browse::ViewerAction action);
     void buildModeBar();
+    void buildChannelsDock();
     void chooseFolder();
     void folderLoaded(const QString& folder, int count);
     void firstScreenComplete(int tiles);
@@ -115,6 +122,8 @@ private:
     LoupeView* m_loupe;
     ShootingInfoOverlay* m_info;
     QDockWidget* m_folderDock;
+    ChannelsPanel* m_channels = nullptr;
+    QDockWidget* m_channelsDock = nullptr;
     QDockWidget* m_firstToolDock = nullptr;
     QActionGroup* m_modeActions = nullptr;
     QMenu* m_toolsMenu = nullptr;

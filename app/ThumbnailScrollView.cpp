@@ -59,7 +59,12 @@ QString ThumbnailScrollView::pathOf(int index) const
     const auto folder = m_state.currentFolder();
     if (!folder || index < 0 || index >= count())
         return {};
-    return *folder + QLatin1Char('/') + m_state.imageFiles().at(index);
+    const QString& name = m_state.imageFiles().at(index);
+    // A file name never holds a '/': an entry that starts with one is a whole path (a list of pictures from
+    // many folders, as the favourites and the bundles show).
+    if (name.startsWith(QLatin1Char('/')))
+        return name;
+    return *folder + QLatin1Char('/') + name;
 }
 
 QPoint ThumbnailScrollView::offset() const

@@ -3,7 +3,10 @@
 #include "app/ToolHost.h"
 
 #include "app/FavouritesPanel.h"
+#include "app/RepertoirePanel.h"
 #include "library/FavourManager.h"
+#include "library/RepertoireStore.h"
+#include "vision/GroupPrefix.h"
 
 #include "app/CardMonitorPanel.h"
 #include "app/GroupingPanel.h"
@@ -20,6 +23,9 @@ void installToolPanels(ToolHost& host)
 {
     (void)host;
     host.addToolPanel(QStringLiteral("已收藏"), new FavouritesPanel(host, library::FavourManager::shared()));
+    static library::RepertoireStore repertoire(&vision::GroupPrefix::stripped);
+    repertoire.open();
+    host.addToolPanel(QStringLiteral("Repertoire 合集"), new RepertoirePanel(host, repertoire, library::FavourManager::shared()));
     host.addToolPanel(QStringLiteral("文件名分组"), new GroupingPanel(host));
     host.addToolPanel(QStringLiteral("图像分析"), new VisionPanel(host));
     host.addToolPanel(QStringLiteral("人物姿态"), new PosePanel(host));

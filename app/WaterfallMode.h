@@ -6,6 +6,7 @@
 
 namespace lumaro::app {
 
+class FolderMapView;
 class MasonryView;
 
 // Main thread.
@@ -15,9 +16,12 @@ class WaterfallMode : public BrowseMode
 public:
     WaterfallMode(browse::LMRModeState& state, browse::ThumbnailLoader& loader, QWidget* parent = nullptr);
     ThumbnailScrollView& thumbnails() override;
+    // Beside the waterfall: the tree of the folder shown; collapsed away by dragging the splitter.
+    FolderMapView& folderMap() { return *m_folderMap; }
 
 private:
     MasonryView* m_masonry;
+    FolderMapView* m_folderMap;
 };
 
 } // namespace lumaro::app

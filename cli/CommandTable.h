@@ -24,6 +24,8 @@ HEAVY("rate", "Give pictures stars, a pick or a reject in their XMP sidecars", r
 HEAVY("rotate", "Turn pictures 90 degrees to the left on disk", runRotate)
 HEAVY("index", "Analyse a folder's pictures into _index/vision_index_*.json", runIndex)
 LIGHT("fav", "Mark pictures as favourites, list and audit them", runFav)
+HEAVY("channel", "Add, list, rename, move or remove the window's folder channels", runChannel)
+HEAVY("bundle", "Gather pictures from any folders into named bundles and export them", runBundle)
 LIGHT("group", "Prefix each run of related pictures with \"_G<n>_\"", runGroup)
 LIGHT("ungroup", "Take the \"_G<n>_\" group prefixes off again", runUngroup)
 LIGHT("clean", "Show, or with --yes trash, the RAW files whose JPG was not kept", runClean)

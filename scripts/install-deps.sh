@@ -20,8 +20,8 @@ packages=(
   libopencv-dev opencv-data libtesseract-dev libleptonica-dev tesseract-ocr-eng tesseract-ocr-chi-sim
   # fonts the text-reading tests draw their pages with (Chinese and Latin)
   fonts-noto-cjk fonts-dejavu-core
-  # favourites store and remembered cards; volume UUIDs and labels of memory cards
-  libsqlite3-dev sqlite3 libblkid-dev
+  # favourites store and remembered cards; volume UUIDs and labels of memory cards; zip export of bundles
+  libsqlite3-dev sqlite3 libblkid-dev libarchive-dev
   # tests: a real FAT card image, loop-mounted (fusefat where the kernel has no vfat)
   dosfstools fusefat
   # tests and benchmarks; strace stops or fails a command at a chosen system call (kill and fault tests)

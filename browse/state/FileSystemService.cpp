@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browse/state/FileSystemService.h"
 
+#include "browse/state/FolderContents.h"
+
 #include "platform/files/FileNameCodec.h"
 
 #include "platform/DirectoryLister.h"
@@ -95,21 +97,32 @@ QStringList FileSystemService::loadImageFileNames(const QString& folder) const
     if (!FolderAccessToken::startAccess(folder))
         Log::line(kTag, QStringLiteral("无法访问文件夹，可能需要权限"));
     QString error;
-    const auto entries = DirectoryLister::listVisible(folder, &error);
+    const auto contents = FolderContents::read(folder, &error);
     FolderAccessToken::stopAccess(folder);
-    if (!entries) {
+    if (!contents) {
         Log::line(kTag, QStringLiteral("加载图像文件失败: ") + error);
         return {};
     }
-    Log::line(kTag, QStringLiteral("文件夹中共有 %1 个项目").arg(entries->size()));
-    std::vector<QByteArray> names;
+    Log::line(kTag, QStringLiteral("文件夹中共有 %1 个项目").arg(contents->entryCount));
+    Log::line(kTag, QStringLiteral("过滤后找到 %1 个图像文件").arg(contents->pictures.size()));
+    return contents->pictures;
+}
+
+// Here rather than in a file of its own: it shares the listing rules (suffixes, order) of this file.
+std::optional<FolderContents> FolderContents::read(const QString& folder, QString* error)
+{
+    const auto entries = DirectoryLister::listVisible(folder, error);
+    if (!entries)
+        return std::nullopt;
+    std::vector<QByteArray> pictures;
+    std::vector<QByteArray> folders;
     for (const DirectoryEntry& entry : *entries) {
         if (entry.kind == DirectoryEntry::Kind::file && hasPictureSuffix(entry.nativeName))
-            names.push_back(entry.nativeName);
+            pictures.push_back(entry.nativeName);
+        else if (entry.kind == DirectoryEntry::Kind::directory)
+            folders.push_back(entry.nativeName);
     }
-    const QStringList sorted = sortedNames(names);
-    Log::line(kTag, QStringLiteral("过滤后找到 %1 个图像文件").arg(sorted.size()));
-    return sorted;
+    return FolderContents{sortedNames(pictures), joinedWith(folder, sortedNames(folders)), qsizetype(entries->size())};
 }
 
 QStringList FileSystemService::loadImageFiles(const QByteArray& folderToken, const QString& fallbackPath) const

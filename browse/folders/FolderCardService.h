@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Folder cards of the folder shown, worked out off the main thread and handed back in batches.
+#pragma once
+
+#include "browse/folders/FolderCard.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <atomic>
+#include <memory>
+
+namespace lumaro::browse {
+
+class FolderCardScanner;
+
+// Main thread. show() lists the folder's children and scans them on the global pool; cardsReady() brings each
+// batch back (cached folders first, all at once), listed() the children in their order before any card. A
+// newer show() cancels the older scan between batches and drops whatever it still hands back.
+class FolderCardService : public QObject
+{
+    Q_OBJECT
+public:
+    explicit FolderCardService(std::shared_ptr<FolderCardScanner> scanner = {}, QObject* parent = nullptr);
+    ~FolderCardService() override;
+
+    void show(const QString& parent);
+    QString parent() const { return m_parent; }
+    bool isBusy() const { return m_busy; }
+
+Q_SIGNALS:
+    void listed(const QString& parent, const QStringList& subfolders);
+    void cardsReady(const QString& parent, const QList<lumaro::browse::FolderCard>& cards);
+    void finished(const QString& parent);
+
+private:
+    std::shared_ptr<FolderCardScanner> m_scanner;
+    std::shared_ptr<std::atomic<quint64>> m_generation;
+    QString m_parent;
+    bool m_busy = false;
+};
+
+} // namespace lumaro::browse
+
+Q_DECLARE_METATYPE(lumaro::browse::FolderCard)

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What changes when a file changes: its size, content time and status time (tags, renames, owner).
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace lumaro::platform {
+
+// The status-change time moves when a file's extended attributes (its colour tags) are written, which the
+// modification time does not, so the three together tell whether anything read from the file may have
+// changed. Thread-safe, blocking; follows symbolic links like the folder listing does.
+struct FileStamp
+{
+    qint64 size = 0;
+    qint64 modifiedNs = 0; // nanoseconds since 1970 UTC
+    qint64 changedNs = 0;
+
+    bool operator==(const FileStamp&) const = default;
+
+    // nullopt when the file cannot be stat'ed (gone, no permission).
+    static std::optional<FileStamp> of(const QString& path);
+};
+
+} // namespace lumaro::platform
