@@ -2,7 +2,6 @@
 #include "rolls/RollPublisher.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFileInfo>
 #include <QHash>
 #include <QJsonArray>
@@ -21,18 +20,6 @@ constexpr int kRcloneDirectoryNotFound = 3;
 QString megabytes(qint64 bytes)
 {
     return QString::number(double(bytes) / 1e6, 'f', 1) + QStringLiteral(" MB");
-}
-
-// Every file of the upload folder with its size, by its path inside the roll.
-QHash<QString, qint64> localFiles(const QString& upload)
-{
-    QHash<QString, qint64> files;
-    QDirIterator it(upload, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString path = it.next();
-        files.insert(QDir(upload).relativeFilePath(path), it.fileInfo().size());
-    }
-    return files;
 }
 
 PublishOutcome finished(PublishStatus status, QString message)
@@ -99,10 +86,10 @@ PublishOutcome RollPublisher::publish(const RollRequest& request,
         outcome.failures = staged.failures;
         return outcome;
     }
-    if (request.budgetBytes && staged.bytes > *request.budgetBytes)
+    if (request.budgetBytes && staged.bytes() > *request.budgetBytes)
         return finished(PublishStatus::refused,
                         QStringLiteral("the roll is %1, over its budget of %2; nothing was sent")
-                            .arg(megabytes(staged.bytes), megabytes(*request.budgetBytes)));
+                            .arg(megabytes(staged.bytes()), megabytes(*request.budgetBytes)));
 
     // What the store already has of this roll: only the rest is sent, and it is what must fit.
     const platform::RcloneResult listing =
@@ -114,7 +101,7 @@ PublishOutcome RollPublisher::publish(const RollRequest& request,
     for (const QJsonValue& file : QJsonDocument::fromJson(listing.output).array())
         online.insert(file[QStringLiteral("Path")].toString(),
                       qint64(file[QStringLiteral("Size")].toDouble()));
-    const QHash<QString, qint64> local = localFiles(staged.uploadFolder);
+    const QHash<QString, qint64>& local = staged.files;
     qint64 toSend = 0;
     for (auto it = local.cbegin(); it != local.cend(); ++it)
         if (online.value(it.key(), -1) != it.value())
@@ -155,7 +142,7 @@ PublishOutcome RollPublisher::publish(const RollRequest& request,
                     *target,
                     QDateTime::currentDateTimeUtc(),
                     int(staged.pictures.size()),
-                    staged.bytes,
+                    staged.bytes(),
                     {}};
     const platform::RcloneResult link = m_rclone.run({QStringLiteral("link"), *target});
     if (link.ok())

@@ -88,21 +88,32 @@ void makeCopies(Job& job, const QString& upload, const StageOptions& options)
     }
 }
 
-qint64 bytesUnder(const QString& folder, const QSet<QString>& keep)
+// The upload folder's files by their path inside it; any other file (a picture removed from the folder, or a
+// copy left by a killed run) is removed.
+QHash<QString, qint64> keptFiles(const QString& folder, const QSet<QString>& keep)
 {
-    qint64 total = 0;
+    QHash<QString, qint64> files;
     QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QString path = it.next();
-        if (keep.contains(QDir(folder).relativeFilePath(path)))
-            total += it.fileInfo().size();
+        const QString relative = QDir(folder).relativeFilePath(path);
+        if (keep.contains(relative))
+            files.insert(relative, it.fileInfo().size());
         else
-            QFile::remove(path); // a picture removed from the folder, or a copy left by a killed run
+            QFile::remove(path);
     }
-    return total;
+    return files;
 }
 
 } // namespace
+
+qint64 StageResult::bytes() const
+{
+    qint64 total = 0;
+    for (const qint64 size : files)
+        total += size;
+    return total;
+}
 
 RollStage::RollStage(QString folder, const QString& key, StageOptions options)
     : m_folder(std::move(folder)),
@@ -201,7 +212,7 @@ StageResult RollStage::update(const std::function<void(qsizetype, qsizetype)>& p
                               result.pictures, &error))
             result.failures.append(QStringLiteral("index.html: ") + error);
     }
-    result.bytes = bytesUnder(result.uploadFolder, keep);
+    result.files = keptFiles(result.uploadFolder, keep);
     return result;
 }
 

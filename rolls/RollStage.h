@@ -4,6 +4,7 @@
 // re-makes (and rclone only re-sends) what changed in the folder.
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -33,7 +34,9 @@ struct StageResult
     QString uploadFolder;          // what goes online, as it should be there
     QList<StagedPicture> pictures; // in browsing order
     QStringList failures;          // "name: reason" for pictures that could not be prepared
-    qint64 bytes = 0;              // everything in the upload folder
+    QHash<QString, qint64>
+        files;            // every file of the upload folder by its path inside the roll, with its size
+    qint64 bytes() const; // everything in the upload folder
     bool cancelled = false;
 };
 
