@@ -34,6 +34,8 @@ packages=(
   rclone
   # storage accounts' secrets in the desktop keyring (Secret Service); a private GNOME Keyring for its tests
   libsecret-1-dev gnome-keyring
+  # the home page's cities (each time zone's coordinates in zone1970.tab) and their time zones
+  tzdata
   # model conversion (scripts/fetch-models.sh converts and checks in Debian's own Python)
   python3 python3-numpy python3-onnx python3-opencv
 )

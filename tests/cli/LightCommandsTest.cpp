@@ -32,7 +32,7 @@ TEST(LightCommands, LumaroCliLoadsNoDecoderOrAnalysisLibrary)
     ASSERT_TRUE(needed.contains(QStringLiteral("libQt6Core.so.6")))
         << "readelf gave: " << needed.join(QLatin1Char(' ')).toStdString();
     for (const char* heavy : {"libQt6Gui", "libopencv", "libtesseract", "libleptonica", "libheif", "libraw",
-                              "libexiv2", "libturbojpeg", "libjpeg", "libQt6DBus"}) {
+                              "libexiv2", "libturbojpeg", "libjpeg", "libQt6DBus", "libQt6Network"}) {
         for (const QString& library : needed)
             EXPECT_FALSE(library.startsWith(QLatin1String(heavy))) << library.toStdString();
     }

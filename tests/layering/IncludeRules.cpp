@@ -20,14 +20,17 @@ const QMap<QString, QSet<QString>>& allowedModules()
         {QStringLiteral("library"), {QStringLiteral("library"), QStringLiteral("platform")}},
         {QStringLiteral("report"), {QStringLiteral("report"), QStringLiteral("platform")}},
         {QStringLiteral("rolls"), {QStringLiteral("rolls"), QStringLiteral("browse"), QStringLiteral("platform")}},
+        {QStringLiteral("home"),
+         {QStringLiteral("home"), QStringLiteral("browse"), QStringLiteral("cards"), QStringLiteral("library"),
+          QStringLiteral("platform")}},
         {QStringLiteral("cli"),
          {QStringLiteral("cli"), QStringLiteral("browse"), QStringLiteral("vision"), QStringLiteral("pose"),
           QStringLiteral("cards"), QStringLiteral("library"), QStringLiteral("report"), QStringLiteral("rolls"),
-          QStringLiteral("platform")}},
+          QStringLiteral("home"), QStringLiteral("platform")}},
         {QStringLiteral("app"),
          {QStringLiteral("app"), QStringLiteral("browse"), QStringLiteral("vision"), QStringLiteral("pose"),
           QStringLiteral("cards"), QStringLiteral("library"), QStringLiteral("report"), QStringLiteral("rolls"),
-          QStringLiteral("platform")}},
+          QStringLiteral("home"), QStringLiteral("platform")}},
     };
     return table;
 }
