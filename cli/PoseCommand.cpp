@@ -58,6 +58,20 @@ QJsonObject boxJson(const QRectF& box)
                        {QStringLiteral("height"), box.height()}};
 }
 
+QJsonValue faceJson(const std::optional<pose::FaceFacts>& face)
+{
+    if (!face)
+        return QJsonValue();
+    return QJsonObject{{QStringLiteral("box"), boxJson(face->box)},
+                       {QStringLiteral("score"), double(face->score)},
+                       {QStringLiteral("sizeShare"), face->sizeShare},
+                       {QStringLiteral("column"), face->column},
+                       {QStringLiteral("row"), face->row},
+                       {QStringLiteral("powerPoint"), face->powerPoint},
+                       {QStringLiteral("powerPointDistance"), face->powerPointDistance},
+                       {QStringLiteral("onPowerPoint"), face->onPowerPoint}};
+}
+
 QJsonObject personJson(const pose::AnalysedPerson& analysed)
 {
     const pose::PersonPose& person = analysed.pose;
@@ -85,6 +99,8 @@ QJsonObject personJson(const pose::AnalysedPerson& analysed)
                        {QStringLiteral("score"), double(analysed.score)},
                        {QStringLiteral("shotSize"), shotJson(analysed.shotSize)},
                        {QStringLiteral("box"), boxJson(analysed.box)},
+                       {QStringLiteral("evidence"), rawValue(analysed.evidence)},
+                       {QStringLiteral("face"), faceJson(analysed.face)},
                        {QStringLiteral("joints"), jointsJson(person.joints, analysed.repairs)}};
 }
 
@@ -93,7 +109,8 @@ void printPerson(QTextStream& out, int number, const pose::AnalysedPerson& analy
     const pose::PersonPose& person = analysed.pose;
     const pose::PoseValueLevel1Result& first = person.level1;
     out << "  person " << number << ": " << person.verdict() << "  "
-        << pose::ruleDefinition(person.action).displayName << "  shot " << shotText(analysed.shotSize) << "\n";
+        << pose::ruleDefinition(person.action).displayName << "  shot " << shotText(analysed.shotSize)
+        << "\n";
     out << "    level 1: " << rawValue(first.pose);
     if (first.matchedSide)
         out << "  side " << rawValue(*first.matchedSide);
@@ -122,15 +139,17 @@ int runPose(const QStringList& arguments)
     line.addPositional(QStringLiteral("IMAGE"), QStringLiteral("The pictures to analyse."),
                        QStringLiteral("IMAGE..."));
     line.addJsonOption();
-    line.addOption(QCommandLineOption(QStringLiteral("sort"),
-                                      QStringLiteral("List the pictures by KEY instead of as given; \"shot\": from "
-                                                     "the closest framing to the widest, pictures with nobody last."),
-                                      QStringLiteral("KEY")));
+    line.addOption(
+        QCommandLineOption(QStringLiteral("sort"),
+                           QStringLiteral("List the pictures by KEY instead of as given; \"shot\": from "
+                                          "the closest framing to the widest, pictures with nobody last."),
+                           QStringLiteral("KEY")));
     if (const auto stop = line.parse(arguments))
         return *stop;
     const bool byShot = line.isSet(QStringLiteral("sort"));
     if (byShot && line.value(QStringLiteral("sort")) != QStringLiteral("shot"))
-        return line.fail(QStringLiteral("--sort takes \"shot\", not \"%1\"").arg(escapedForLine(line.value(QStringLiteral("sort")))),
+        return line.fail(QStringLiteral("--sort takes \"shot\", not \"%1\"")
+                             .arg(escapedForLine(line.value(QStringLiteral("sort")))),
                          exitUsage);
     const auto files = line.positional(1);
     if (!files)
@@ -166,13 +185,17 @@ int runPose(const QStringList& arguments)
         const auto& analysis = std::get<pose::PicturePoseAnalysis>(outcome);
         platform::Log::raw(
             QStringLiteral(
-                "PERF-POSE: %1 decode %2 ms, detect %3 ms (whole %4 ms, tiles %5 ms, %6 runs), rules %7 ms")
+                "PERF-POSE: %1 decode %2 ms, detect %3 ms (whole %4 ms, tiles %5 ms, %6 runs), faces %7 ms, "
+                "objects %8 ms (%9 runs), rules %10 ms")
                 .arg(escapedForLine(QFileInfo(file).fileName()))
                 .arg(analysis.decodeMs, 0, 'f', 3)
                 .arg(analysis.detectMs, 0, 'f', 3)
                 .arg(analysis.wholePictureMs, 0, 'f', 3)
                 .arg(analysis.tilesMs, 0, 'f', 3)
                 .arg(analysis.passes)
+                .arg(analysis.facesMs, 0, 'f', 3)
+                .arg(analysis.objectsMs, 0, 'f', 3)
+                .arg(analysis.objectLooks)
                 .arg(analysis.rulesMs, 0, 'f', 3));
         const int rank = analysis.shotSize ? int(*analysis.shotSize) : int(pose::ShotSize::long_) + 1;
         if (line.json()) {
@@ -191,7 +214,7 @@ int runPose(const QStringList& arguments)
         QString text;
         QTextStream block(&text);
         block << escapedForLine(file) << ": " << analysis.people.size()
-            << (analysis.people.size() == 1 ? " person" : " people");
+              << (analysis.people.size() == 1 ? " person" : " people");
         if (analysis.shotSize)
             block << ", shot " << shotText(analysis.shotSize);
         block << "\n";
