@@ -6,10 +6,15 @@
 #include "cli/ExitCode.h"
 #include "cli/ProgressBar.h"
 
+#include "browse/state/FileSystemService.h"
 #include "platform/Log.h"
 #include "pose/PicturePoseAnalyzer.h"
+#include "pose/PoseIndexFile.h"
+#include "vision/IndexFolder.h"
 
 #include <QCommandLineOption>
+#include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -21,25 +26,6 @@ namespace lumaro::cli {
 
 namespace {
 
-QJsonValue optionalText(const std::optional<QString>& text)
-{
-    return text ? QJsonValue(*text) : QJsonValue();
-}
-
-QJsonObject jointsJson(const platform::JointDictionary& joints, const pose::JointRepairs& repairs)
-{
-    QJsonObject object;
-    for (const platform::JointSample& joint : joints) {
-        QJsonObject sample{{QStringLiteral("confidence"), double(joint.confidence)}};
-        sample.insert(QStringLiteral("x"), joint.location ? QJsonValue(joint.location->x()) : QJsonValue());
-        sample.insert(QStringLiteral("y"), joint.location ? QJsonValue(joint.location->y()) : QJsonValue());
-        if (repairs.contains(joint.name))
-            sample.insert(QStringLiteral("repair"), rawValue(repairs.value(joint.name)));
-        object.insert(joint.name, sample);
-    }
-    return object;
-}
-
 QJsonValue shotJson(const std::optional<pose::ShotSize>& shot)
 {
     return shot ? QJsonValue(rawValue(*shot)) : QJsonValue();
@@ -48,60 +34,6 @@ QJsonValue shotJson(const std::optional<pose::ShotSize>& shot)
 QString shotText(const std::optional<pose::ShotSize>& shot)
 {
     return shot ? displayName(*shot) + u' ' + rawValue(*shot) : QStringLiteral("-");
-}
-
-QJsonObject boxJson(const QRectF& box)
-{
-    return QJsonObject{{QStringLiteral("x"), box.x()},
-                       {QStringLiteral("y"), box.y()},
-                       {QStringLiteral("width"), box.width()},
-                       {QStringLiteral("height"), box.height()}};
-}
-
-QJsonValue faceJson(const std::optional<pose::FaceFacts>& face)
-{
-    if (!face)
-        return QJsonValue();
-    return QJsonObject{{QStringLiteral("box"), boxJson(face->box)},
-                       {QStringLiteral("score"), double(face->score)},
-                       {QStringLiteral("sizeShare"), face->sizeShare},
-                       {QStringLiteral("column"), face->column},
-                       {QStringLiteral("row"), face->row},
-                       {QStringLiteral("powerPoint"), face->powerPoint},
-                       {QStringLiteral("powerPointDistance"), face->powerPointDistance},
-                       {QStringLiteral("onPowerPoint"), face->onPowerPoint}};
-}
-
-QJsonObject personJson(const pose::AnalysedPerson& analysed)
-{
-    const pose::PersonPose& person = analysed.pose;
-    const pose::PoseValueLevel1Result& first = person.level1;
-    QJsonObject level1{
-        {QStringLiteral("pose"), rawValue(first.pose)},
-        {QStringLiteral("side"), first.matchedSide ? QJsonValue(rawValue(*first.matchedSide)) : QJsonValue()},
-        {QStringLiteral("relation"),
-         first.matchedDirection ? QJsonValue(rawValue(first.matchedDirection->relation)) : QJsonValue()},
-        {QStringLiteral("reason"),
-         first.matchedDirection ? QJsonValue(first.matchedDirection->reason) : optionalText(first.reason)},
-    };
-    QJsonValue level2;
-    if (person.level2) {
-        level2 = QJsonObject{{QStringLiteral("pose"), rawValue(person.level2->pose)},
-                             {QStringLiteral("matchedCondition"), person.level2->matchedCondition},
-                             {QStringLiteral("reason"), person.level2->reason}};
-    }
-    const pose::PoseActionRuleDefinition& action = pose::ruleDefinition(person.action);
-    return QJsonObject{{QStringLiteral("level1"), level1},
-                       {QStringLiteral("level2"), level2},
-                       {QStringLiteral("verdict"), person.verdict()},
-                       {QStringLiteral("action"), action.id},
-                       {QStringLiteral("actionName"), action.displayName},
-                       {QStringLiteral("score"), double(analysed.score)},
-                       {QStringLiteral("shotSize"), shotJson(analysed.shotSize)},
-                       {QStringLiteral("box"), boxJson(analysed.box)},
-                       {QStringLiteral("evidence"), rawValue(analysed.evidence)},
-                       {QStringLiteral("face"), faceJson(analysed.face)},
-                       {QStringLiteral("joints"), jointsJson(person.joints, analysed.repairs)}};
 }
 
 void printPerson(QTextStream& out, int number, const pose::AnalysedPerson& analysed)
@@ -135,9 +67,10 @@ int runPose(const QStringList& arguments)
         QStringLiteral("pose"),
         QStringLiteral("Name the pose of every person in each picture IMAGE (level 1 and level 2), with "
                        "the condition and reason that decided it. Vision tags are read from the "
-                       "folder's _index when there is one."));
-    line.addPositional(QStringLiteral("IMAGE"), QStringLiteral("The pictures to analyse."),
-                       QStringLiteral("IMAGE..."));
+                       "folder's _index when there is one. Given a FOLDER instead, every picture of it is "
+                       "analysed and the run is written to FOLDER/_index/pose_index_*.json."));
+    line.addPositional(QStringLiteral("IMAGE"), QStringLiteral("The pictures to analyse, or one folder."),
+                       QStringLiteral("IMAGE...|FOLDER"));
     line.addJsonOption();
     line.addOption(
         QCommandLineOption(QStringLiteral("sort"),
@@ -151,15 +84,32 @@ int runPose(const QStringList& arguments)
         return line.fail(QStringLiteral("--sort takes \"shot\", not \"%1\"")
                              .arg(escapedForLine(line.value(QStringLiteral("sort")))),
                          exitUsage);
-    const auto files = line.positional(1);
-    if (!files)
+    const auto named = line.positional(1);
+    if (!named)
         return exitUsage;
-    for (const QString& file : *files) {
+    // A folder run: every picture of the folder, in browsing order, and the run kept in its _index.
+    std::optional<QString> folder;
+    if (named->size() == 1 && QFileInfo(named->front()).isDir())
+        folder = QDir(named->front()).absolutePath();
+    std::optional<QStringList> files = named;
+    if (folder) {
+        if (vision::IndexFolder::isBlocked(*folder, QString::fromLatin1(pose::PoseIndexFile::kLogTag)))
+            return line.fail(
+                QStringLiteral("cannot write into %1: a file named _index is in the way; nothing "
+                               "was analysed")
+                    .arg(escapedForLine(vision::IndexFolder::pathFor(*folder))),
+                exitUsage);
+        files = QStringList();
+        for (const QString& name : browse::FileSystemService::shared().loadImageFileNames(*folder))
+            files->append(QDir(*folder).filePath(name));
+    }
+    for (const QString& file : *named) {
         const QFileInfo info(file);
-        if (info.isDir())
-            return line.fail(QStringLiteral("%1: is a folder, not a picture").arg(escapedForLine(file)),
+        if (info.isDir() && !folder)
+            return line.fail(QStringLiteral("%1: is a folder; give one folder alone, or pictures")
+                                 .arg(escapedForLine(file)),
                              exitUsage);
-        if (!info.isFile())
+        if (!info.isFile() && !folder)
             return line.fail(QStringLiteral("%1: no such file").arg(escapedForLine(file)), exitUsage);
     }
 
@@ -171,6 +121,8 @@ int runPose(const QStringList& arguments)
     // Each picture's output with its framing's rank, so the list can be sorted by shot size when asked.
     std::vector<std::pair<int, QJsonObject>> pictures;
     std::vector<std::pair<int, QString>> texts;
+    std::vector<pose::PicturePoseAnalysis> analysed; // for the folder's index
+    const QDateTime startedAt = QDateTime::currentDateTime();
     int failed = 0;
     ProgressBar progress(QStringLiteral("pose"), files->size());
     for (const QString& file : *files) {
@@ -183,6 +135,8 @@ int runPose(const QStringList& arguments)
             continue;
         }
         const auto& analysis = std::get<pose::PicturePoseAnalysis>(outcome);
+        if (folder)
+            analysed.push_back(analysis);
         platform::Log::raw(
             QStringLiteral(
                 "PERF-POSE: %1 decode %2 ms, detect %3 ms (whole %4 ms, tiles %5 ms, %6 runs), faces %7 ms, "
@@ -201,7 +155,7 @@ int runPose(const QStringList& arguments)
         if (line.json()) {
             QJsonArray people;
             for (const pose::AnalysedPerson& person : analysis.people)
-                people.append(personJson(person));
+                people.append(pose::PoseIndexFile::personJson(person));
             QJsonObject picture{{QStringLiteral("file"), file},
                                 {QStringLiteral("shotSize"), shotJson(analysis.shotSize)},
                                 {QStringLiteral("people"), people}};
@@ -240,6 +194,16 @@ int runPose(const QStringList& arguments)
         for (const auto& [rank, picture] : pictures)
             array.append(picture);
         out << QJsonDocument(array).toJson(QJsonDocument::Indented);
+    }
+    if (folder) {
+        QString error;
+        const auto index = pose::PoseIndexFile::write(*folder, analysed, startedAt, &error);
+        if (!index) {
+            out.flush();
+            return line.fail(QStringLiteral("the pose index could not be written: ") + error, exitPartial);
+        }
+        if (!line.json())
+            out << "index: " << escapedForLine(*index) << "\n";
     }
     out.flush();
     standardError().flush();

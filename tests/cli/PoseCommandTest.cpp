@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // lumaro-cli pose as a user runs it: bad arguments, no model installed, real photos, tags from the index.
 #include "tests/cli/CliRunner.h"
+#include "pose/PoseIndexFile.h"
 #include "tests/support/TempFolder.h"
 
 #include <QFile>
@@ -48,7 +49,7 @@ TEST_P(PoseCommandUsage, RefusesBadArgumentsWithExitTwo)
 INSTANTIATE_TEST_SUITE_P(Cases, PoseCommandUsage,
                          ::testing::Values(UsageCase{"noPicture", {}, "IMAGE"},
                                            UsageCase{"missingFile", {QStringLiteral("gone.jpg")}, "no such file"},
-                                           UsageCase{"folder", {QStringLiteral("a folder")}, "is a folder"},
+                                           UsageCase{"folderAmongPictures", {QStringLiteral("a folder"), QStringLiteral("p.jpg")}, "is a folder"},
                                            UsageCase{"unknownSortKey", {QStringLiteral("--sort=size"), QStringLiteral("p.jpg")}, "--sort takes \"shot\""}),
                          [](const auto& info) { return std::string(info.param.label); });
 
@@ -130,6 +131,49 @@ TEST_F(PoseCommandOnPhotos, ABrokenPictureIsCountedAndTheRestStillRun)
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_TRUE(result.errText().contains(QStringLiteral("broken.jpg: "))) << result.errText().toStdString();
     EXPECT_TRUE(result.outText().contains(QStringLiteral("horses.jpg: 0 people")));
+}
+
+TEST_F(PoseCommandOnPhotos, AFolderRunKeepsEveryPictureInItsOwnPoseIndex)
+{
+    ModelsDir models(m_models);
+    TempFolder folder;
+    ASSERT_TRUE(QFile::copy(photo("basketball1.png"), folder.filePath(QStringLiteral("b.png"))));
+    ASSERT_TRUE(QFile::copy(photo("horses.jpg"), folder.filePath(QStringLiteral("h.jpg"))));
+    folder.write(QStringLiteral("broken.jpg"), QByteArrayLiteral("\xff\xd8\xff not really"));
+    QStringList written;
+    for (int run = 0; run < 2; ++run) {
+        const CliResult result = runCli({QStringLiteral("pose"), QStringLiteral("--quiet"), folder.path()});
+        EXPECT_EQ(result.exitCode, 1) << "the broken picture is counted";
+        const QString out = result.outText();
+        const qsizetype at = out.lastIndexOf(QStringLiteral("index: "));
+        ASSERT_GE(at, 0) << out.toStdString();
+        written << out.mid(at + 7).trimmed();
+    }
+    ASSERT_NE(written[0], written[1]) << "a second run in the same second never replaces the first";
+    for (const QString& path : written) {
+        EXPECT_TRUE(QFileInfo(path).fileName().startsWith(QStringLiteral("pose_index_")));
+        QString error;
+        const auto data = pose::PoseIndexFile::read(path, &error);
+        ASSERT_TRUE(data) << error.toStdString();
+        ASSERT_EQ(data->pictures.size(), 2u);
+        EXPECT_EQ(data->pictures[0].fileName, QStringLiteral("b.png"));
+        EXPECT_EQ(data->pictures[0].verdicts.size(), 2);
+        EXPECT_EQ(data->pictures[0].shotSize, QStringLiteral("full"));
+        EXPECT_TRUE(data->pictures[1].verdicts.isEmpty());
+    }
+}
+
+TEST(PoseCommand, AFileNamedIndexInTheFolderStopsTheRunBeforeAnyWork)
+{
+    TempFolder folder;
+    folder.writePicture(QStringLiteral("p.jpg"));
+    folder.write(QStringLiteral("_index"), QByteArrayLiteral("mine"));
+    const CliResult result = runCli({QStringLiteral("pose"), folder.path()});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("_index is in the way"))) << result.errText().toStdString();
+    QFile kept(folder.filePath(QStringLiteral("_index")));
+    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+    EXPECT_EQ(kept.readAll(), QByteArrayLiteral("mine"));
 }
 
 } // namespace
