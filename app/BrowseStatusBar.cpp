@@ -9,11 +9,8 @@
 namespace lumaro::app {
 
 BrowseStatusBar::BrowseStatusBar(browse::LMRModeState& state, QWidget* parent)
-    : QStatusBar(parent)
-    , m_state(state)
-    , m_file(new QLabel(this))
-    , m_count(new QLabel(this))
-    , m_progress(new QProgressBar(this))
+    : QStatusBar(parent), m_state(state), m_file(new QLabel(this)), m_count(new QLabel(this)),
+      m_progress(new QProgressBar(this))
 {
     m_progress->setRange(0, 0); // busy: a listing has no known length
     m_progress->setMaximumWidth(160);
@@ -50,7 +47,14 @@ void BrowseStatusBar::refresh()
     const auto index = m_state.selectedImageIndex();
     const auto total = m_state.imageFiles().size();
     m_file->setText(m_state.selectedImageFileName().value_or(QString()));
-    m_count->setText(index ? QStringLiteral("%1 / %2").arg(*index + 1).arg(total) : QStringLiteral("0 / %1").arg(total));
+    QString count =
+        index ? QStringLiteral("%1 / %2").arg(*index + 1).arg(total) : QStringLiteral("0 / %1").arg(total);
+    // Filtered: what is hidden is said, so an empty or short list never looks like missing pictures.
+    if (m_state.pictureFilter().isActive())
+        count = tr("筛选: %1  ·  %2（共 %3）")
+                    .arg(m_state.pictureFilter().description(), count)
+                    .arg(m_state.folderFiles().size());
+    m_count->setText(count);
 }
 
 } // namespace lumaro::app

@@ -2,6 +2,7 @@
 #include "app/KeyBindingRow.h"
 
 #include "browse/hotkeys/HotkeyManager.h"
+#include "browse/hotkeys/ViewerHotkeys.h"
 #include "platform/Log.h"
 
 #include <QHBoxLayout>
@@ -14,8 +15,7 @@ namespace {
 const QString kEditor = QStringLiteral("HotkeyEditorNew");
 }
 
-KeyRecorderButton::KeyRecorderButton(QWidget* parent)
-    : QPushButton(parent)
+KeyRecorderButton::KeyRecorderButton(QWidget* parent) : QPushButton(parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setMinimumWidth(150);
@@ -55,10 +55,11 @@ void KeyRecorderButton::keyPressEvent(QKeyEvent* event)
         QPushButton::keyPressEvent(event);
         return;
     }
-    platform::Log::line(kEditor, QStringLiteral("收到按键事件: ") + event->text() + QStringLiteral(" key=0x")
-                                     + QString::number(event->key(), 16));
+    platform::Log::line(kEditor, QStringLiteral("收到按键事件: ") + event->text() +
+                                     QStringLiteral(" key=0x") + QString::number(event->key(), 16));
     if (m_listener.capture(event->key(), event->modifiers())) {
-        platform::Log::line(kEditor, QStringLiteral("捕获到按键: ") + m_listener.capturedKey()->displayText());
+        platform::Log::line(kEditor,
+                            QStringLiteral("捕获到按键: ") + m_listener.capturedKey()->displayText());
         m_listener.stopListening();
     }
     event->accept();
@@ -81,33 +82,53 @@ void KeyRecorderButton::focusOutEvent(QFocusEvent* event)
 }
 
 KeyBindingRow::KeyBindingRow(browse::HotkeyAction action, browse::HotkeyManager& manager, QWidget* parent)
-    : QWidget(parent)
-    , m_action(action)
-    , m_manager(manager)
-    , m_binding(new QLabel(this))
-    , m_clash(new QLabel(this))
-    , m_recorder(new KeyRecorderButton(this))
-    , m_save(new QPushButton(tr("保存"), this))
-    , m_cancel(new QPushButton(tr("取消"), this))
+    : KeyBindingRow(
+          Binding{[action, &manager] { return manager.hotkey(action); },
+                  [action, &manager](const browse::Hotkey& hotkey) -> std::optional<QString> {
+                      const auto owner = manager.action(hotkey);
+                      if (!owner || *owner == action)
+                          return std::nullopt;
+                      return tr("与“%1”冲突").arg(browse::displayName(*owner));
+                  },
+                  [action, &manager](const browse::Hotkey& hotkey) { manager.setHotkey(action, hotkey); }},
+          browse::displayName(action), browse::actionDescription(action), browse::symbolColor(action), parent)
+{
+    connect(&manager, &browse::HotkeyManager::hotkeysChanged, this, &KeyBindingRow::refresh);
+}
+
+KeyBindingRow::KeyBindingRow(browse::ViewerAction action, browse::ViewerHotkeys& keys, QWidget* parent)
+    : KeyBindingRow(
+          Binding{[action, &keys] { return keys.hotkey(action); },
+                  [action, &keys](const browse::Hotkey& hotkey) { return keys.clash(action, hotkey); },
+                  [action, &keys](const browse::Hotkey& hotkey) { keys.set(action, hotkey); }},
+          browse::displayName(action), browse::displayName(action), QColor(), parent)
+{
+    connect(&keys, &browse::ViewerHotkeys::hotkeysChanged, this, &KeyBindingRow::refresh);
+}
+
+KeyBindingRow::KeyBindingRow(Binding binding, const QString& name, const QString& description,
+                             const QColor& colour, QWidget* parent)
+    : QWidget(parent), m_bindingStore(std::move(binding)), m_binding(new QLabel(this)),
+      m_clash(new QLabel(this)), m_recorder(new KeyRecorderButton(this)),
+      m_save(new QPushButton(tr("保存"), this)), m_cancel(new QPushButton(tr("取消"), this))
 {
     auto* dot = new QLabel(this);
-    const QColor color = browse::symbolColor(action);
-    dot->setText(color.isValid() ? QStringLiteral("●") : QStringLiteral("◆"));
-    if (color.isValid())
-        dot->setStyleSheet(QStringLiteral("color: %1;").arg(color.name()));
-    auto* name = new QLabel(browse::displayName(action), this);
-    name->setToolTip(browse::actionDescription(action));
-    name->setMinimumWidth(110);
-    auto* description = new QLabel(browse::actionDescription(action), this);
-    description->setStyleSheet(QStringLiteral("color: gray;"));
+    dot->setText(colour.isValid() ? QStringLiteral("●") : QStringLiteral("◆"));
+    if (colour.isValid())
+        dot->setStyleSheet(QStringLiteral("color: %1;").arg(colour.name()));
+    auto* nameLabel = new QLabel(name, this);
+    nameLabel->setToolTip(description);
+    nameLabel->setMinimumWidth(110);
+    auto* descriptionLabel = new QLabel(description == name ? QString() : description, this);
+    descriptionLabel->setStyleSheet(QStringLiteral("color: gray;"));
     m_binding->setMinimumWidth(90);
     m_clash->setStyleSheet(QStringLiteral("color: #d03030;"));
     m_clash->hide();
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(4, 2, 4, 2);
     layout->addWidget(dot);
-    layout->addWidget(name);
-    layout->addWidget(description, 1);
+    layout->addWidget(nameLabel);
+    layout->addWidget(descriptionLabel, 1);
     layout->addWidget(m_binding);
     layout->addWidget(m_clash);
     layout->addWidget(m_recorder);
@@ -117,7 +138,6 @@ KeyBindingRow::KeyBindingRow(browse::HotkeyAction action, browse::HotkeyManager&
     connect(m_cancel, &QPushButton::clicked, this, &KeyBindingRow::cancel);
     connect(&m_recorder->listener(), &browse::KeyListener::capturedKeyChanged, this, &KeyBindingRow::refresh);
     connect(&m_recorder->listener(), &browse::KeyListener::listeningChanged, this, &KeyBindingRow::refresh);
-    connect(&manager, &browse::HotkeyManager::hotkeysChanged, this, &KeyBindingRow::refresh);
     refresh();
 }
 
@@ -136,7 +156,7 @@ void KeyBindingRow::save()
     const auto& captured = m_recorder->listener().capturedKey();
     if (!captured || !clashText().isEmpty())
         return;
-    m_manager.setHotkey(m_action, *captured);
+    m_bindingStore.store(*captured);
     m_recorder->reset();
     refresh();
 }
@@ -149,11 +169,11 @@ void KeyBindingRow::cancel()
 
 void KeyBindingRow::refresh()
 {
-    m_binding->setText(m_manager.hotkey(m_action).displayText());
+    m_binding->setText(m_bindingStore.current().displayText());
     const auto& captured = m_recorder->listener().capturedKey();
-    const auto owner = captured ? m_manager.action(*captured) : std::nullopt;
-    const bool clashes = owner && *owner != m_action;
-    m_clash->setText(clashes ? tr("与“%1”冲突").arg(browse::displayName(*owner)) : QString());
+    const auto clash = captured ? m_bindingStore.clash(*captured) : std::nullopt;
+    const bool clashes = clash.has_value();
+    m_clash->setText(clash.value_or(QString()));
     m_clash->setVisible(clashes);
     const bool pending = captured.has_value();
     m_save->setEnabled(pending && !clashes);

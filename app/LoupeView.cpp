@@ -3,6 +3,7 @@
 
 #include "app/TilePainter.h"
 #include "browse/state/LMRModeState.h"
+#include "browse/thumbnails/FaceCentreFinder.h"
 #include "browse/thumbnails/FullPictureLoader.h"
 #include "browse/thumbnails/ThumbnailLoader.h"
 
@@ -11,20 +12,11 @@
 #include <QPainter>
 #include <QWheelEvent>
 
-#include <algorithm>
-#include <array>
-
 namespace lumaro::app {
 
-namespace {
-
-constexpr std::array<double, 3> kZooms{LoupeView::fitZoom, 1.0, 2.0};
-
-} // namespace
-
 LoupeView::LoupeView(browse::LMRModeState& state, browse::ThumbnailLoader& previews,
-                     browse::FullPictureLoader& full, QWidget* parent)
-    : QWidget(parent), m_state(state), m_previews(previews), m_full(full)
+                     browse::FullPictureLoader& full, QWidget* parent, browse::FaceCentreFinder* faces)
+    : QWidget(parent), m_state(state), m_previews(previews), m_full(full), m_faces(faces)
 {
     setAutoFillBackground(true);
     QPalette dark = palette();
@@ -44,16 +36,39 @@ LoupeView::LoupeView(browse::LMRModeState& state, browse::ThumbnailLoader& previ
         if (path == m_path && !m_isFull)
             refresh();
     });
+    if (m_faces) {
+        connect(m_faces, &browse::FaceCentreFinder::found, this, [this](const QString& path) {
+            if (path == m_faceFor && path == m_path)
+                lookAtFace();
+        });
+    }
 }
 
 void LoupeView::open(std::optional<QPointF> centre)
 {
-    m_zoom = 1.0;
-    m_centre = centre.value_or(QPointF(0.5, 0.5));
+    m_frame.zoom = 1.0;
+    m_frame.centre = centre.value_or(QPointF(0.5, 0.5));
     setGeometry(parentWidget()->rect());
     show();
     raise();
     follow();
+    m_faceFor.clear();
+    if (centre || !m_faces || m_path.isEmpty())
+        return;
+    m_faceFor = m_path;
+    m_faces->request(m_path);
+    lookAtFace();
+}
+
+void LoupeView::lookAtFace()
+{
+    const auto known = m_faces->centre(m_faceFor);
+    if (!known)
+        return;        // still looking
+    m_faceFor.clear(); // once: from now on the user moves the view
+    if (*known)
+        m_frame.centre = **known;
+    update();
 }
 
 void LoupeView::close()
@@ -66,9 +81,7 @@ void LoupeView::close()
 
 void LoupeView::zoomBy(int steps)
 {
-    const auto at = std::find(kZooms.begin(), kZooms.end(), m_zoom);
-    const qsizetype index = at == kZooms.end() ? 1 : at - kZooms.begin();
-    m_zoom = kZooms.at(size_t(std::clamp<qsizetype>(index + steps, 0, qsizetype(kZooms.size()) - 1)));
+    m_frame.zoomBy(steps);
     update();
 }
 
@@ -79,6 +92,8 @@ void LoupeView::follow()
     const auto index = m_state.selectedImageIndex();
     const auto folder = m_state.currentFolder();
     m_path = index && folder ? *folder + QLatin1Char('/') + m_state.imageFiles().at(*index) : QString();
+    if (m_path != m_faceFor)
+        m_faceFor.clear(); // another picture: it keeps the place looked at
     QStringList ahead;
     if (index && folder) {
         const bool backwards = m_state.lastNavigationDirection == browse::NavigationDirection::previous;
@@ -111,17 +126,7 @@ QRectF LoupeView::imageRect() const
 {
     if (m_image.isNull())
         return {};
-    if (!m_isFull || m_zoom == fitZoom)
-        return QRectF(TilePainter::fitted(m_image.size(), rect()));
-    const QSizeF size = QSizeF(m_image.size()) * m_zoom / devicePixelRatioF();
-    QPointF topLeft = QPointF(width() / 2.0, height() / 2.0) -
-                      QPointF(m_centre.x() * size.width(), m_centre.y() * size.height());
-    // A picture smaller than the view stays centred on that side.
-    if (size.width() <= width())
-        topLeft.setX((width() - size.width()) / 2.0);
-    if (size.height() <= height())
-        topLeft.setY((height() - size.height()) / 2.0);
-    return QRectF(topLeft, size);
+    return m_frame.place(m_image.size(), m_isFull, QRectF(rect()), devicePixelRatioF());
 }
 
 void LoupeView::paintEvent(QPaintEvent*)
@@ -135,11 +140,12 @@ void LoupeView::paintEvent(QPaintEvent*)
                          m_full.hasFailed(m_path) ? tr("无法读取此图片") : tr("正在加载…"));
         return;
     }
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, !m_isFull || m_zoom == fitZoom);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, !m_isFull || m_frame.zoom == fitZoom);
     painter.drawImage(imageRect(), m_image);
     const QString name = m_path.section(QLatin1Char('/'), -1);
     TilePainter::paintMarks(painter, rect().adjusted(8, 8, -8, -8), m_state.rating(name), 20);
-    QString status = m_zoom == fitZoom ? tr("适合窗口") : QStringLiteral("%1 %").arg(qRound(m_zoom * 100));
+    QString status =
+        m_frame.zoom == fitZoom ? tr("适合窗口") : QStringLiteral("%1 %").arg(qRound(m_frame.zoom * 100));
     if (!m_isFull)
         status = m_full.hasFailed(m_path) ? tr("无法解码原图") : tr("正在载入原图…");
     const QString line = name + QStringLiteral("  ·  ") + status;
@@ -163,13 +169,12 @@ void LoupeView::mousePressEvent(QMouseEvent* event)
 
 void LoupeView::mouseMoveEvent(QMouseEvent* event)
 {
-    const QRectF shown = imageRect();
-    if (!(event->buttons() & Qt::LeftButton) || shown.isEmpty() || m_zoom == fitZoom)
+    if (!(event->buttons() & Qt::LeftButton))
         return;
     const QPointF moved = event->position() - m_dragFrom;
     m_dragFrom = event->position();
-    m_centre -= QPointF(moved.x() / shown.width(), moved.y() / shown.height());
-    m_centre = QPointF(std::clamp(m_centre.x(), 0.0, 1.0), std::clamp(m_centre.y(), 0.0, 1.0));
+    m_faceFor.clear(); // the user's own place wins over a face found later
+    m_frame.pan(moved, imageRect());
     update();
 }
 

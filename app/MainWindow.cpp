@@ -3,6 +3,7 @@
 
 #include "app/BrowseStatusBar.h"
 #include "app/ChannelsPanel.h"
+#include "app/CompareView.h"
 #include "app/FilmStripMode.h"
 #include "app/FolderMapView.h"
 #include "app/FolderPanel.h"
@@ -27,6 +28,7 @@
 #include "browse/state/FolderLoader.h"
 #include "browse/state/LMRModeState.h"
 #include "browse/state/ModeStatePersistence.h"
+#include "browse/thumbnails/FaceCentreFinder.h"
 #include "browse/thumbnails/FullPictureLoader.h"
 #include "browse/thumbnails/ThumbnailCache.h"
 #include "browse/thumbnails/ThumbnailLoader.h"
@@ -75,29 +77,34 @@ QString droppedFolder(const QMimeData* mime)
 } // namespace
 
 MainWindow::MainWindow(QWidget* parent)
-    : QMainWindow(parent)
-    , m_state(new browse::LMRModeState(&browse::ThumbnailCache::shared(), this))
-    , m_thumbnails(new browse::ThumbnailLoader(browse::ThumbnailCache::shared(), {}, {}, this))
-    , m_stack(new QStackedWidget(this))
+    : QMainWindow(parent), m_state(new browse::LMRModeState(&browse::ThumbnailCache::shared(), this)),
+      m_thumbnails(new browse::ThumbnailLoader(browse::ThumbnailCache::shared(), {}, {}, this)),
+      m_stack(new QStackedWidget(this))
 {
     setFolderTitle({});
     setAcceptDrops(true);
     resize(1280, 820);
     m_thumbnails->setRotationFunction(
         [this](const QString& path) { return m_state->rotationOverrideForPath(path); });
-    m_modes = {new GridPreviewMode(*m_state, *m_thumbnails, m_stack), new FilmStripMode(*m_state, *m_thumbnails, m_stack),
+    m_modes = {new GridPreviewMode(*m_state, *m_thumbnails, m_stack),
+               new FilmStripMode(*m_state, *m_thumbnails, m_stack),
                new WaterfallMode(*m_state, *m_thumbnails, m_stack)};
     for (BrowseMode* mode : m_modes) {
         m_stack->addWidget(mode);
         connect(&mode->folderLoader(), &browse::FolderLoader::loaded, this, &MainWindow::folderLoaded);
-        connect(&mode->thumbnails(), &ThumbnailScrollView::firstScreenComplete, this, &MainWindow::firstScreenComplete);
+        connect(&mode->thumbnails(), &ThumbnailScrollView::firstScreenComplete, this,
+                &MainWindow::firstScreenComplete);
     }
     setCentralWidget(m_stack);
     m_histogram = new HistogramOverlay(*m_state, *m_thumbnails, m_stack);
     m_fullPictures = new browse::FullPictureLoader({}, this);
     m_fullPictures->setRotationFunction(
         [this](const QString& path) { return m_state->rotationOverrideForPath(path); });
-    m_loupe = new LoupeView(*m_state, *m_thumbnails, *m_fullPictures, m_stack);
+    auto* faces = new browse::FaceCentreFinder({}, this);
+    faces->setRotationFunction(
+        [this](const QString& path) { return m_state->rotationOverrideForPath(path); });
+    m_loupe = new LoupeView(*m_state, *m_thumbnails, *m_fullPictures, m_stack, faces);
+    m_compare = new CompareView(*m_state, *m_thumbnails, *m_fullPictures, m_stack);
     m_info = new ShootingInfoOverlay(*m_state, m_stack);
     for (PreviewView* preview : m_stack->findChildren<PreviewView*>())
         connect(preview, &PreviewView::loupeRequested, m_loupe,
@@ -107,12 +114,17 @@ MainWindow::MainWindow(QWidget* parent)
     browse::HotkeyDispatcher::Services services;
     services.navigator = m_navigator;
     services.loader = m_thumbnails;
-    m_dispatcher = new browse::HotkeyDispatcher(*m_state, browse::HotkeyManager::shared(), this, services, this);
+    m_dispatcher =
+        new browse::HotkeyDispatcher(*m_state, browse::HotkeyManager::shared(), this, services, this);
     m_keyMonitor = new KeyMonitor(
         *this,
         [this](int key, Qt::KeyboardModifiers modifiers, bool isAutoRepeat) {
             if (key == Qt::Key_Escape && m_loupe->isOpen()) {
                 m_loupe->close(); // back to fit first; a second Esc leaves full screen
+                return true;
+            }
+            if (key == Qt::Key_Escape && m_compare->isOpen()) {
+                m_compare->close();
                 return true;
             }
             if (key == Qt::Key_Escape && isFullScreen()) {
@@ -164,6 +176,16 @@ MainWindow::MainWindow(QWidget* parent)
         m_pendingSelection = view ? view->selectedFile : QString();
     });
     connect(m_navigator, &browse::FolderNavigator::folderChanged, this, [this] { m_sinceOpen.start(); });
+    connect(m_state, &browse::LMRModeState::pictureFilterChanged, this, [this] {
+        if (m_state->pictureFilter().isActive())
+            setEmptyText(tr("没有符合筛选条件的图片（%1）；按 %2 清除筛选")
+                             .arg(m_state->pictureFilter().description(),
+                                  browse::ViewerHotkeys::shared()
+                                      .hotkey(browse::ViewerAction::clearFilter)
+                                      .displayText()));
+        else if (!m_state->folderFiles().isEmpty())
+            setEmptyText(tr("此文件夹中没有可浏览的图片"));
+    });
 
     buildMenus();
     buildModeBar();
@@ -189,6 +211,8 @@ void MainWindow::performViewerAction(browse::ViewerAction action)
     case ViewerAction::toggleReject:
         return m_dispatcher->rate({RatingChange::Kind::toggleReject});
     case ViewerAction::toggleLoupe:
+        if (m_compare->isOpen())
+            return m_compare->toggleZoom(); // every pane at 100 %, or all fitted again
         m_loupe->isOpen() ? m_loupe->close() : m_loupe->open();
         if (m_info->isVisible())
             m_info->raise(); // the data stays over the loupe
@@ -197,6 +221,23 @@ void MainWindow::performViewerAction(browse::ViewerAction action)
         return m_info->toggle();
     case ViewerAction::showHelp:
         return showKeyHelp();
+    case ViewerAction::filterPicks:
+        return m_state->setPictureFilter(m_state->pictureFilter().withPicksToggled());
+    case ViewerAction::filterStars:
+        return m_state->setPictureFilter(m_state->pictureFilter().withNextMinStars());
+    case ViewerAction::filterColour:
+        return m_state->setPictureFilter(m_state->pictureFilter().withNextColour());
+    case ViewerAction::filterRejects:
+        return m_state->setPictureFilter(m_state->pictureFilter().withRejectsToggled());
+    case ViewerAction::clearFilter:
+        return m_state->setPictureFilter({});
+    case ViewerAction::toggleCompare:
+        if (m_loupe->isOpen())
+            m_loupe->close();
+        m_compare->step();
+        if (m_info->isVisible())
+            m_info->raise();
+        return;
     default:
         return;
     }
@@ -222,7 +263,8 @@ void MainWindow::buildMenus()
 
 void MainWindow::buildChannelsDock()
 {
-    auto* volumes = new platform::RemovableVolumeMonitor(platform::RemovableVolumeMonitor::systemRemovableVolumes(), this);
+    auto* volumes = new platform::RemovableVolumeMonitor(
+        platform::RemovableVolumeMonitor::systemRemovableVolumes(), this);
     volumes->startWithEvents(new platform::UDisksMountEvents(volumes));
     m_channels = new ChannelsPanel(*m_state, library::ChannelStore::shared(), volumes, this);
     m_channelsDock = new QDockWidget(tr("频道"), this);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The application window: owns the one LMRModeState for its whole life, the three browsing modes that share it,
-// the key dispatch, the folder panel and the tool panels.
+// The application window: owns the one LMRModeState for its whole life, the three browsing modes that share
+// it, the key dispatch, the folder panel and the tool panels.
 #pragma once
 
 #include "app/PictureOpener.h"
@@ -33,6 +33,7 @@ namespace lumaro::app {
 class BrowseMode;
 class BrowseStatusBar;
 class ChannelsPanel;
+class CompareView;
 class FolderPanel;
 class HistogramOverlay;
 class FolderViewMemory;
@@ -42,14 +43,19 @@ class ShootingInfoOverlay;
 
 // Main thread. Mode switches save the shared state under the "LMR_" keys and let the next mode read it back.
 // A folder is opened from the dialog, from the command line, or by dropping it on the window; an empty or
-// unreadable folder shows an empty grid with a line saying so. Each folder's view (window size and place, mode,
-// selected picture) is remembered when it is left or the window closes, and comes back when it is opened again.
-// The window never grows past the screen it is on, whatever panels are opened.
+// unreadable folder shows an empty grid with a line saying so. Each folder's view (window size and place,
+// mode, selected picture) is remembered when it is left or the window closes, and comes back when it is
+// opened again. The window never grows past the screen it is on, whatever panels are opened.
 class MainWindow : public QMainWindow, public ToolHost, public PictureOpener, public browse::BrowseChrome
 {
     Q_OBJECT
 public:
-    enum Mode { gridMode = 0, filmStripMode = 1, waterfallMode = 2 };
+    enum Mode
+    {
+        gridMode = 0,
+        filmStripMode = 1,
+        waterfallMode = 2
+    };
 
     explicit MainWindow(QWidget* parent = nullptr);
     ~MainWindow() override;
@@ -66,6 +72,7 @@ public:
     ChannelsPanel& channelsPanel() { return *m_channels; }
     HistogramOverlay& histogramOverlay() { return *m_histogram; }
     LoupeView& loupe() { return *m_loupe; }
+    CompareView& compare() { return *m_compare; }
     ShootingInfoOverlay& shootingInfo() { return *m_info; }
     bool isFolderPanelShown() const;
     void showSettings();
@@ -120,6 +127,7 @@ private:
     HistogramOverlay* m_histogram;
     browse::FullPictureLoader* m_fullPictures;
     LoupeView* m_loupe;
+    CompareView* m_compare;
     ShootingInfoOverlay* m_info;
     QDockWidget* m_folderDock;
     ChannelsPanel* m_channels = nullptr;
@@ -129,9 +137,9 @@ private:
     QMenu* m_toolsMenu = nullptr;
     QElapsedTimer m_sinceOpen;
     std::unique_ptr<FolderViewMemory> m_memory;
-    QString m_shownFolder;       // the folder whose view is remembered when it is left
-    QString m_listedFolder;      // m_shownFolder once its list has come in
-    QString m_pendingSelection;  // the picture to select again once the folder's list is in
+    QString m_shownFolder;      // the folder whose view is remembered when it is left
+    QString m_listedFolder;     // m_shownFolder once its list has come in
+    QString m_pendingSelection; // the picture to select again once the folder's list is in
     QString m_folderToRemember; // opened, but not yet shown: remembered for the next start once it is
 };
 

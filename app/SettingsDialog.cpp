@@ -3,6 +3,8 @@
 
 #include "app/KeyBindingRow.h"
 #include "browse/hotkeys/HotkeyManager.h"
+#include "browse/hotkeys/ViewerHotkeys.h"
+#include "browse/marks/PictureRater.h"
 #include "browse/state/LMRModeState.h"
 
 #include <QComboBox>
@@ -29,14 +31,16 @@ struct Group
 
 } // namespace
 
-SettingsDialog::SettingsDialog(browse::HotkeyManager& manager, browse::LMRModeState& state, QWidget* parent)
+SettingsDialog::SettingsDialog(browse::HotkeyManager& manager, browse::LMRModeState& state, QWidget* parent,
+                               browse::ViewerHotkeys* viewerKeys, browse::PictureRater* rater)
     : QDialog(parent)
 {
     setWindowTitle(tr("设置"));
     resize(860, 640);
     auto* tabs = new QTabWidget(this);
-    tabs->addTab(bindingsPage(manager), tr("快捷键"));
-    tabs->addTab(browsingPage(state), tr("浏览"));
+    tabs->addTab(bindingsPage(manager, viewerKeys ? *viewerKeys : browse::ViewerHotkeys::shared()),
+                 tr("快捷键"));
+    tabs->addTab(browsingPage(state, rater ? *rater : browse::PictureRater::shared()), tr("浏览"));
     auto* close = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(close, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* layout = new QVBoxLayout(this);
@@ -44,10 +48,11 @@ SettingsDialog::SettingsDialog(browse::HotkeyManager& manager, browse::LMRModeSt
     layout->addWidget(close);
 }
 
-QWidget* SettingsDialog::bindingsPage(browse::HotkeyManager& manager)
+QWidget* SettingsDialog::bindingsPage(browse::HotkeyManager& manager, browse::ViewerHotkeys& viewerKeys)
 {
     const QList<Group> groups{
-        {QStringLiteral("方向与文件夹导航"), HotkeyAction::navigatePrevious, HotkeyAction::navigateFolderPrevious},
+        {QStringLiteral("方向与文件夹导航"), HotkeyAction::navigatePrevious,
+         HotkeyAction::navigateFolderPrevious},
         {QStringLiteral("颜色标签 1-6"), HotkeyAction::annotateRed, HotkeyAction::annotatePurple},
         {tr("文件操作"), HotkeyAction::deleteFile, HotkeyAction::rotateLeft},
         {tr("视图"), HotkeyAction::toggleFullScreen, HotkeyAction::toggleDirPanel},
@@ -66,8 +71,18 @@ QWidget* SettingsDialog::bindingsPage(browse::HotkeyManager& manager)
         }
         layout->addWidget(box);
     }
+    // Kept apart from the seventeen above, under their own settings key.
+    auto* viewer = new QGroupBox(tr("评级、筛选与查看"), page);
+    auto* viewerRows = new QVBoxLayout(viewer);
+    for (browse::ViewerAction action : browse::allViewerActions()) {
+        auto* row = new KeyBindingRow(action, viewerKeys, viewer);
+        m_viewerRows.insert(action, row);
+        viewerRows->addWidget(row);
+    }
+    layout->addWidget(viewer);
     auto* defaults = new QPushButton(tr("恢复默认快捷键"), page);
     connect(defaults, &QPushButton::clicked, &manager, &browse::HotkeyManager::resetToDefaults);
+    connect(defaults, &QPushButton::clicked, &viewerKeys, &browse::ViewerHotkeys::resetToDefaults);
     layout->addWidget(defaults, 0, Qt::AlignLeft);
     layout->addStretch();
     auto* scroll = new QScrollArea;
@@ -76,7 +91,7 @@ QWidget* SettingsDialog::bindingsPage(browse::HotkeyManager& manager)
     return scroll;
 }
 
-QWidget* SettingsDialog::browsingPage(browse::LMRModeState& state)
+QWidget* SettingsDialog::browsingPage(browse::LMRModeState& state, browse::PictureRater& rater)
 {
     auto* page = new QWidget;
     auto* form = new QFormLayout(page);
@@ -87,6 +102,16 @@ QWidget* SettingsDialog::browsingPage(browse::LMRModeState& state)
     connect(m_columns, &QComboBox::currentIndexChanged, this,
             [this, &state](int index) { state.setImagesPerRow(m_columns->itemData(index).toInt()); });
     form->addRow(tr("网格列数"), m_columns);
+    // Only the name of a new sidecar: an existing one is used whichever name it has.
+    m_sidecarNaming = new QComboBox(page);
+    m_sidecarNaming->addItem(tr("IMG_1.CR2.xmp（darktable、digiKam）"),
+                             int(platform::SidecarNaming::pictureName));
+    m_sidecarNaming->addItem(tr("IMG_1.xmp（Lightroom、Capture One）"), int(platform::SidecarNaming::stem));
+    m_sidecarNaming->setCurrentIndex(m_sidecarNaming->findData(int(rater.naming())));
+    connect(m_sidecarNaming, &QComboBox::currentIndexChanged, this, [this, &rater](int index) {
+        rater.setNaming(platform::SidecarNaming(m_sidecarNaming->itemData(index).toInt()));
+    });
+    form->addRow(tr("新建 XMP 附属文件的命名"), m_sidecarNaming);
     return page;
 }
 

@@ -6,6 +6,8 @@
 #include "cards/ShotNamePlanner.h"
 #include "platform/FileCopier.h"
 #include "platform/Log.h"
+#include "platform/files/FileNameCodec.h"
+#include "platform/metadata/XmpSidecar.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -98,6 +100,27 @@ int removePartialCopies(const QString& importLocation)
         Log::raw(QStringLiteral("🧹 已清除中断导入留下的不完整文件: ") +
                  QString::number(removed));
     return removed;
+}
+
+// The picture's sidecars go with it, named after its copy ("IMG_1.CR2.xmp" → "IMG_1_1.CR2.xmp" when the copy
+// took a free name). A "IMG_1.xmp" that the card's JPG and RAW share is copied beside each: they land in
+// different folders, and each copy is then that picture's own. A sidecar already at its target (a resumed
+// import) is kept. Returns the failures.
+QList<FileFailure> copySidecars(const QString& source, const QString& copy)
+{
+    QList<FileFailure> failures;
+    for (const QString& sidecar : platform::XmpSidecar::existingPaths(source)) {
+        const QString target = platform::XmpSidecar::renamedCompanion(source, sidecar, copy);
+        if (platform::FileNameCodec::exists(target))
+            continue;
+        const QFileInfo place(target);
+        QString error;
+        if (!platform::FileCopier::copyWithoutOverwriting(sidecar, place.path(), place.fileName(), &error)) {
+            Log::raw(QStringLiteral("   ❌ 附属文件复制失败: ") + error + QStringLiteral(" - ") + sidecar);
+            failures.append({sidecar, error});
+        }
+    }
+    return failures;
 }
 
 } // namespace
@@ -238,6 +261,10 @@ ImportOutcome CardImporter::importFiles(const NewFileInfo& files, const QString&
                 }
                 Log::raw(position + QStringLiteral("] 复制成功: ") + name);
                 outcome.copiedCount += 1;
+                for (const FileFailure& failure : copySidecars(source, *written)) {
+                    outcome.failedCount += 1;
+                    outcome.failures.append(failure);
+                }
                 if (journal)
                     journal->fileCopied(source, files.stamps.value(source, {size, 0}), *written);
             } else {

@@ -5,6 +5,7 @@
 #include "browse/hotkeys/HotkeyAction.h"
 #include "browse/state/DeletedFileInfo.h"
 #include "platform/Clock.h"
+#include "platform/metadata/PictureMarks.h"
 
 #include <QList>
 #include <QObject>
@@ -18,7 +19,7 @@
 namespace lumaro::platform {
 class FileTagStore;
 struct RotationOutcome;
-}
+} // namespace lumaro::platform
 
 namespace lumaro::browse {
 
@@ -52,16 +53,16 @@ struct DispatcherServices
     platform::Clock clock; // empty: the system clock
 };
 
-// Main thread only: every change to LMRModeState happens here. Delete, restore and rotate run their file work on
-// the thread pool and hand the result back through the event loop; the finished signals fire then. An action that
-// needs a selection or a folder does nothing but log when there is none. A second delete while one is under way
-// (isDeleting) is refused, and so is a delete key pressed again within deletePressGuardSeconds of the last one (a
-// bounced or doubled key press deletes one picture, not two); a second restore while one runs is refused too;
-// rotations asked for while one runs are queued and done in order. A held key's repeats carry out only the moves
-// (repeatsWhileHeld). A delete or restore whose folder is no
-// longer shown when its result arrives still records its history change, but leaves the list alone. A record
-// whose restore failed with no way back left stays in the history (a failed restore changes nothing); the next
-// restore drops it and goes on to the older ones.
+// Main thread only: every change to LMRModeState happens here. Delete, restore and rotate run their file work
+// on the thread pool and hand the result back through the event loop; the finished signals fire then. An
+// action that needs a selection or a folder does nothing but log when there is none. A second delete while
+// one is under way (isDeleting) is refused, and so is a delete key pressed again within
+// deletePressGuardSeconds of the last one (a bounced or doubled key press deletes one picture, not two); a
+// second restore while one runs is refused too; rotations asked for while one runs are queued and done in
+// order. A held key's repeats carry out only the moves (repeatsWhileHeld). A delete or restore whose folder
+// is no longer shown when its result arrives still records its history change, but leaves the list alone. A
+// record whose restore failed with no way back left stays in the history (a failed restore changes nothing);
+// the next restore drops it and goes on to the older ones.
 class HotkeyDispatcher : public QObject
 {
     Q_OBJECT
@@ -78,8 +79,8 @@ public:
 
     static constexpr double deletePressGuardSeconds = 0.25;
 
-    // A key press from a browsing view: carries out the bound action. Returns whether a binding matched (the view
-    // then consumes the event, also when it was an auto-repeat that the action ignores).
+    // A key press from a browsing view: carries out the bound action. Returns whether a binding matched (the
+    // view then consumes the event, also when it was an auto-repeat that the action ignores).
     bool handleKey(int qtKey, Qt::KeyboardModifiers modifiers, bool isAutoRepeat = false);
     void perform(HotkeyAction action);
     // Stars, pick or reject for the selected picture, written to its XMP sidecar at once and shown through
@@ -108,10 +109,11 @@ private:
     void navigateBy(int step, int direction);
     void annotate(HotkeyAction action);
     void deleteSelected();
-    void finishDelete(const SelectedFile& file, const QStringList& tags, const std::optional<QString>& trashPath,
-                      const QString& error, qint64 startNs, qint64 toIoNs, qint64 ioNs);
+    void finishDelete(const SelectedFile& file, const QStringList& tags,
+                      const std::optional<QString>& trashPath, const QString& error, qint64 startNs,
+                      qint64 toIoNs, qint64 ioNs);
     void restoreNewest();
-    void finishRestore(const DeletedFileInfo& info, bool ok, bool lost);
+    void finishRestore(const DeletedFileInfo& info, bool ok, bool lost, const platform::PictureMarks& marks);
     void rotateSelected();
     void moveFolder(int step);
     // A short note in the window about what just happened (or did not).
@@ -120,7 +122,8 @@ private:
     void finishRotate(const SelectedFile& file, const platform::RotationOutcome& outcome);
     void toggleFullScreen();
     void toggleDirPanel();
-    // Runs `work` on the thread pool and `done` back on the main thread, unless this dispatcher is gone by then.
+    // Runs `work` on the thread pool and `done` back on the main thread, unless this dispatcher is gone by
+    // then.
     void runInBackground(std::function<std::function<void()>()> work);
 
     LMRModeState& m_state;

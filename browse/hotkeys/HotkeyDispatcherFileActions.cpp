@@ -12,6 +12,7 @@
 #include "platform/FileTagStore.h"
 #include "platform/ImageRotator.h"
 #include "platform/Log.h"
+#include "platform/metadata/XmpSidecar.h"
 #include "platform/text/ChineseErrorText.h"
 
 #include <QDateTime>
@@ -90,16 +91,17 @@ void HotkeyDispatcher::deleteSelected()
 }
 
 void HotkeyDispatcher::finishDelete(const SelectedFile& file, const QStringList& tags,
-                                    const std::optional<QString>& trashPath, const QString& error, qint64 startNs,
-                                    qint64 toIoNs, qint64 ioNs)
+                                    const std::optional<QString>& trashPath, const QString& error,
+                                    qint64 startNs, qint64 toIoNs, qint64 ioNs)
 {
     const qint64 mainStart = nowNs();
     if (!trashPath) {
         say(QStringLiteral("文件删除失败: ") + error);
         m_state.isDeleting = false;
         m_state.notify();
-        const QString message = QStringLiteral("无法将“%1”移到废纸篓（%2）").arg(file.name, platform::chineseErrorText(error))
-            + QStringLiteral("，文件可能被其他程序占用或权限不足");
+        const QString message =
+            QStringLiteral("无法将“%1”移到废纸篓（%2）").arg(file.name, platform::chineseErrorText(error)) +
+            QStringLiteral("，文件可能被其他程序占用或权限不足");
         if (m_chrome)
             m_chrome->showAlert(QStringLiteral("删除失败"), message);
         Q_EMIT deleteFinished(false);
@@ -109,7 +111,8 @@ void HotkeyDispatcher::finishDelete(const SelectedFile& file, const QStringList&
     int at = -1;
     if (sameFolder(m_state.currentFolder(), file.folder)) {
         const QStringList& files = m_state.imageFiles();
-        at = file.index < files.size() && files.at(file.index) == file.name ? file.index : int(files.indexOf(file.name));
+        at = file.index < files.size() && files.at(file.index) == file.name ? file.index
+                                                                            : int(files.indexOf(file.name));
     }
     DeletedFileInfo info;
     info.fileName = file.name;
@@ -119,6 +122,8 @@ void HotkeyDispatcher::finishDelete(const SelectedFile& file, const QStringList&
     info.deletedAt = QDateTime::currentDateTime();
     info.trashFileURL = trashPath;
     info.originalTags = tags;
+    if (m_state.pictureFilter().isActive() && at >= 0)
+        info.folderIndex = int(m_state.folderFiles().indexOf(file.name));
 
     const qint64 historyStart = nowNs();
     m_state.addDeletedFile(info);
@@ -172,11 +177,17 @@ void HotkeyDispatcher::restoreNewest()
     runInBackground([this, service, info]() -> std::function<void()> {
         const bool ok = service->restoreFile(info);
         const bool lost = !ok && !service->canStillRestore(info);
-        return [this, info, ok, lost] { finishRestore(info, ok, lost); };
+        // Its stars came back with its sidecar: read them, so the list, the tiles and a filter see them.
+        const auto marks =
+            ok ? platform::XmpSidecar::read(QDir(info.folderPath).filePath(info.fileName)) : std::nullopt;
+        return [this, info, ok, lost, marks] {
+            finishRestore(info, ok, lost, marks.value_or(platform::PictureMarks()));
+        };
     });
 }
 
-void HotkeyDispatcher::finishRestore(const DeletedFileInfo& info, bool ok, bool lost)
+void HotkeyDispatcher::finishRestore(const DeletedFileInfo& info, bool ok, bool lost,
+                                     const platform::PictureMarks& marks)
 {
     m_isRestoring = false;
     if (!ok) {
@@ -187,17 +198,26 @@ void HotkeyDispatcher::finishRestore(const DeletedFileInfo& info, bool ok, bool 
             say(QStringLiteral("此记录已无法恢复，再次恢复将跳过: ") + info.fileName);
         }
         if (lost)
-            tellUser(QStringLiteral("无法恢复“%1”：废纸篓中已找不到它，再按一次恢复将跳过它").arg(info.fileName));
+            tellUser(
+                QStringLiteral("无法恢复“%1”：废纸篓中已找不到它，再按一次恢复将跳过它").arg(info.fileName));
         else
-            tellUser(QStringLiteral("无法恢复“%1”：废纸篓中已找不到它，或原文件夹已有同名文件").arg(info.fileName));
+            tellUser(QStringLiteral("无法恢复“%1”：废纸篓中已找不到它，或原文件夹已有同名文件")
+                         .arg(info.fileName));
         Q_EMIT restoreFinished(false);
         return;
     }
     say(QStringLiteral("文件恢复成功: ") + info.fileName);
-    if (sameFolder(m_state.currentFolder(), info.folderPath))
+    const bool shown = sameFolder(m_state.currentFolder(), info.folderPath);
+    if (shown) {
+        // Its marks first, so that a filter judges the picture as it comes back.
+        m_state.setRating(info.fileName, marks);
+        ColorAnnotationService::applyToState(m_state, info.fileName, info.originalTags);
         m_state.restoreFile(info);
-    else
+        if (!m_state.imageFiles().contains(info.fileName))
+            tellUser(QStringLiteral("已恢复“%1”，当前筛选下不显示").arg(info.fileName));
+    } else {
         m_state.removeDeletedRecord(info); // back in its own folder, which is not the one shown
+    }
     m_state.isRestoreIndicatorVisible = true;
     m_state.restoreIndicatorOpacity = 1.0;
     m_state.isRestoreCountVisible = true;
@@ -215,8 +235,6 @@ void HotkeyDispatcher::finishRestore(const DeletedFileInfo& info, bool ok, bool 
         else
             say(QStringLiteral("标签恢复失败: ") + error);
     }
-    if (sameFolder(m_state.currentFolder(), info.folderPath))
-        ColorAnnotationService::applyToState(m_state, info.fileName, info.originalTags);
     say(QStringLiteral("恢复操作完成"));
     Q_EMIT restoreFinished(true);
 }

@@ -6,10 +6,12 @@ namespace lumaro::browse {
 const QList<ViewerAction>& allViewerActions()
 {
     static const QList<ViewerAction> all{
-        ViewerAction::rate0,      ViewerAction::rate1,        ViewerAction::rate2,
-        ViewerAction::rate3,      ViewerAction::rate4,        ViewerAction::rate5,
-        ViewerAction::togglePick, ViewerAction::toggleReject, ViewerAction::toggleLoupe,
-        ViewerAction::toggleInfo, ViewerAction::showHelp};
+        ViewerAction::rate0,       ViewerAction::rate1,        ViewerAction::rate2,
+        ViewerAction::rate3,       ViewerAction::rate4,        ViewerAction::rate5,
+        ViewerAction::togglePick,  ViewerAction::toggleReject, ViewerAction::toggleLoupe,
+        ViewerAction::toggleInfo,  ViewerAction::showHelp,     ViewerAction::filterPicks,
+        ViewerAction::filterStars, ViewerAction::filterColour, ViewerAction::filterRejects,
+        ViewerAction::clearFilter, ViewerAction::toggleCompare};
     return all;
 }
 
@@ -35,6 +37,18 @@ QString rawValue(ViewerAction action)
         return QStringLiteral("toggle_info");
     case ViewerAction::showHelp:
         return QStringLiteral("show_help");
+    case ViewerAction::filterPicks:
+        return QStringLiteral("filter_picks");
+    case ViewerAction::filterStars:
+        return QStringLiteral("filter_stars");
+    case ViewerAction::filterColour:
+        return QStringLiteral("filter_colour");
+    case ViewerAction::filterRejects:
+        return QStringLiteral("filter_rejects");
+    case ViewerAction::clearFilter:
+        return QStringLiteral("clear_filter");
+    case ViewerAction::toggleCompare:
+        return QStringLiteral("toggle_compare");
     default:
         break;
     }
@@ -65,6 +79,18 @@ QString displayName(ViewerAction action)
         return QStringLiteral("显示 / 隐藏拍摄信息");
     case ViewerAction::showHelp:
         return QStringLiteral("快捷键帮助");
+    case ViewerAction::filterPicks:
+        return QStringLiteral("筛选：仅精选 / 全部");
+    case ViewerAction::filterStars:
+        return QStringLiteral("筛选：星级下限 1…5 / 不限");
+    case ViewerAction::filterColour:
+        return QStringLiteral("筛选：颜色 红…紫 / 不限");
+    case ViewerAction::filterRejects:
+        return QStringLiteral("筛选：隐藏 / 显示废片");
+    case ViewerAction::clearFilter:
+        return QStringLiteral("清除筛选");
+    case ViewerAction::toggleCompare:
+        return QStringLiteral("并排比较 2–4 张 / 关闭");
     default:
         break;
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The keys beyond the seventeen culling actions: stars, pick and reject, the 100 % loupe, shooting data,
-// help.
+// help, the filter and the side-by-side comparison.
 #pragma once
 
 #include <QList>
@@ -23,6 +23,12 @@ enum class ViewerAction
     toggleLoupe,
     toggleInfo,
     showHelp,
+    filterPicks,   // only picks, or all again
+    filterStars,   // the star floor: ≥1 … ≥5, then none
+    filterColour,  // one colour: red … purple, then none
+    filterRejects, // hide the rejects, or show them again
+    clearFilter,
+    toggleCompare, // two to four pictures side by side
 };
 
 const QList<ViewerAction>& allViewerActions();

@@ -45,6 +45,13 @@ QMap<ViewerAction, Hotkey> ViewerHotkeys::defaultHotkeys()
     keys.insert(ViewerAction::toggleLoupe, Hotkey(QStringLiteral("z")));
     keys.insert(ViewerAction::toggleInfo, Hotkey(QStringLiteral("i")));
     keys.insert(ViewerAction::showHelp, Hotkey(QStringLiteral("?"), Qt::ShiftModifier));
+    // The filter keys are the Shift twins of what they filter on: P picks, X rejects, S stars, C colours.
+    keys.insert(ViewerAction::filterPicks, Hotkey(QStringLiteral("p"), Qt::ShiftModifier));
+    keys.insert(ViewerAction::filterRejects, Hotkey(QStringLiteral("x"), Qt::ShiftModifier));
+    keys.insert(ViewerAction::filterStars, Hotkey(QStringLiteral("s"), Qt::ShiftModifier));
+    keys.insert(ViewerAction::filterColour, Hotkey(QStringLiteral("c"), Qt::ShiftModifier));
+    keys.insert(ViewerAction::clearFilter, Hotkey(QStringLiteral("a"), Qt::ShiftModifier));
+    keys.insert(ViewerAction::toggleCompare, Hotkey(QStringLiteral("c")));
     return keys;
 }
 
@@ -63,6 +70,16 @@ std::optional<ViewerAction> ViewerHotkeys::actionForKey(int qtKey, Qt::KeyboardM
 
 std::optional<QString> ViewerHotkeys::set(ViewerAction action, const Hotkey& hotkey)
 {
+    if (const auto refused = clash(action, hotkey))
+        return refused;
+    m_hotkeys.insert(action, hotkey);
+    save();
+    Q_EMIT hotkeysChanged();
+    return std::nullopt;
+}
+
+std::optional<QString> ViewerHotkeys::clash(ViewerAction action, const Hotkey& hotkey) const
+{
     if (const auto taken = m_actions.action(hotkey))
         return QStringLiteral("与“%1”冲突").arg(displayName(*taken));
     if (HistogramHotkey::shared().hotkey() == hotkey)
@@ -71,9 +88,6 @@ std::optional<QString> ViewerHotkeys::set(ViewerAction action, const Hotkey& hot
         if (it.key() != action && it.value() == hotkey)
             return QStringLiteral("与“%1”冲突").arg(displayName(it.key()));
     }
-    m_hotkeys.insert(action, hotkey);
-    save();
-    Q_EMIT hotkeysChanged();
     return std::nullopt;
 }
 

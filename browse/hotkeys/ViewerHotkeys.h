@@ -21,7 +21,8 @@ class HotkeyManager;
 
 // Main thread. Stored as a JSON object from raw action value to hotkey under their own key,
 // "LMR_ViewerHotkeys", so "HotkeyManager_Hotkeys" keeps exactly its seventeen actions. Defaults: Alt+0 …
-// Alt+5, P, X, Z, I and ? (Shift+/). A key that one of the seventeen actions, the histogram or another viewer
+// Alt+5, P, X, Z, I, ? (Shift+/), the filters Shift+P, Shift+S, Shift+C, Shift+X, Shift+A (clear) and C
+// (compare). A key that one of the seventeen actions, the histogram or another viewer
 // action already has is refused; should a culling action be bound to one of these keys later, the culling
 // action wins (it is looked up first). Stored data that cannot be read gives the defaults.
 class ViewerHotkeys : public QObject
@@ -36,6 +37,8 @@ public:
     static QMap<ViewerAction, Hotkey> defaultHotkeys();
     Hotkey hotkey(ViewerAction action) const { return m_hotkeys.value(action); }
     std::optional<ViewerAction> actionForKey(int qtKey, Qt::KeyboardModifiers modifiers) const;
+    // Why `hotkey` cannot be `action`'s (in the settings' words), or nullopt.
+    std::optional<QString> clash(ViewerAction action, const Hotkey& hotkey) const;
     // Stores `hotkey`; nullopt on success, else why it was refused (in the settings' words).
     std::optional<QString> set(ViewerAction action, const Hotkey& hotkey);
     void resetToDefaults();

@@ -20,6 +20,9 @@ struct DeletedFileInfo
     QDateTime deletedAt;
     std::optional<QString> trashFileURL; // the path of the file inside the Trash
     QStringList originalTags;
+    // Its index in the folder's whole list when a filter showed only part of it (originalIndex is then its
+    // place among the pictures shown); absent: the same as originalIndex.
+    std::optional<int> folderIndex;
 
     // Identity is the name and the place it had: two deletes of the same name from the same index are
     // the same record for restore's purposes, whatever the Trash or the clock says.

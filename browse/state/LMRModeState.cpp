@@ -27,8 +27,7 @@ QString pathText(const std::optional<QString>& path)
 } // namespace
 
 LMRModeState::LMRModeState(ThumbnailCache* cache, QObject* parent)
-    : QObject(parent)
-    , m_cache(cache ? cache : &ThumbnailCache::shared())
+    : QObject(parent), m_cache(cache ? cache : &ThumbnailCache::shared())
 {
 }
 
@@ -41,18 +40,94 @@ std::optional<QString> LMRModeState::selectedImageFileName() const
 
 void LMRModeState::setImageFiles(const QStringList& files)
 {
+    m_folderFiles = files;
+    if (!m_filter.isActive())
+        return replaceShownList(files);
+    QStringList shown;
+    for (const QString& name : files) {
+        if (passesFilter(name))
+            shown << name;
+    }
+    replaceShownList(shown);
+}
+
+void LMRModeState::replaceShownList(const QStringList& files)
+{
+    // A selection still in range is kept even if it now names another file: a reload keeps the user's place.
+    std::optional<int> selection = m_selectedImageIndex;
+    if (selection && *selection >= files.size())
+        selection = files.isEmpty() ? std::nullopt : std::optional(0);
+    replaceShownList(files, selection);
+}
+
+void LMRModeState::replaceShownList(const QStringList& files, std::optional<int> selection)
+{
     Log::line(kTag, QStringLiteral("设置图像文件: %1 个文件").arg(files.size()));
     const std::optional<int> previous = m_selectedImageIndex;
     m_imageFiles = files;
-    // A selection still in range is kept even if it now names another file: a reload keeps the user's place.
-    if (previous && *previous >= files.size()) {
-        m_selectedImageIndex = files.isEmpty() ? std::nullopt : std::optional(0);
-        Log::line(kTag, QStringLiteral("索引重置: %1 -> %2").arg(*previous).arg(indexText(m_selectedImageIndex)));
-    }
+    m_selectedImageIndex = selection;
+    if (previous && previous != selection)
+        Log::line(kTag, QStringLiteral("索引重置: %1 -> %2").arg(*previous).arg(indexText(selection)));
     Log::line(kTag, QStringLiteral("图像文件设置完成，当前选中索引: ") + indexText(m_selectedImageIndex));
     Q_EMIT imageFilesChanged();
     Q_EMIT selectionChanged();
     Q_EMIT stateChanged();
+}
+
+bool LMRModeState::passesFilter(const QString& name) const
+{
+    return m_filter.accepts(m_ratings.value(name), m_imageAnnotations.value(name));
+}
+
+void LMRModeState::setPictureFilter(const PictureFilter& filter)
+{
+    if (filter == m_filter)
+        return;
+    m_filter = filter;
+    Log::line(kTag,
+              QStringLiteral("筛选: ") + (filter.isActive() ? filter.description() : QStringLiteral("全部")));
+    applyFilter();
+    Q_EMIT pictureFilterChanged();
+    Q_EMIT stateChanged();
+}
+
+void LMRModeState::applyFilter()
+{
+    QStringList shown;
+    for (const QString& name : std::as_const(m_folderFiles)) {
+        if (passesFilter(name))
+            shown << name;
+    }
+    if (shown == m_imageFiles)
+        return;
+    // The picture to stay on: the selected one, or the one selected before the filter left nothing.
+    const std::optional<QString> selected =
+        selectedImageFileName() ? selectedImageFileName() : m_selectionBeforeEmpty;
+    std::optional<int> target;
+    if (selected && !shown.isEmpty()) {
+        const qsizetype from = m_folderFiles.indexOf(*selected);
+        // The picture itself when it passes, else the next one that does, else the one before.
+        for (qsizetype i = from; i >= 0 && i < m_folderFiles.size() && !target; ++i) {
+            if (const qsizetype at = shown.indexOf(m_folderFiles.at(i)); at >= 0)
+                target = int(at);
+        }
+        for (qsizetype i = from - 1; i >= 0 && !target; --i) {
+            if (const qsizetype at = shown.indexOf(m_folderFiles.at(i)); at >= 0)
+                target = int(at);
+        }
+    }
+    if (!target && !shown.isEmpty())
+        target = 0;
+    m_selectionBeforeEmpty = shown.isEmpty() ? selected : std::nullopt;
+    isBulkListUpdate = true;
+    replaceShownList(shown, target);
+    isBulkListUpdate = false;
+}
+
+void LMRModeState::reapplyFilterIfSet()
+{
+    if (m_filter.isActive())
+        applyFilter();
 }
 
 bool LMRModeState::select(int index)
@@ -85,6 +160,7 @@ void LMRModeState::removeFile(int index)
     const QString name = m_imageFiles.at(index);
     Log::line(kTag, QStringLiteral("从列表中移除文件: ") + name);
     m_imageFiles.removeAt(int(index));
+    m_folderFiles.removeOne(name);
 
     const int remaining = int(m_imageFiles.size());
     const std::optional<int> old = m_selectedImageIndex;
@@ -139,9 +215,23 @@ void LMRModeState::removeDeletedRecord(const DeletedFileInfo& info)
 void LMRModeState::restoreFile(const DeletedFileInfo& info)
 {
     Log::line(kTag, QStringLiteral("恢复文件到列表: %1 [%2]").arg(info.fileName).arg(info.originalIndex));
-    const int position = std::clamp(info.originalIndex, 0, int(m_imageFiles.size()));
-    m_imageFiles.insert(position, info.fileName);
-    m_selectedImageIndex = position;
+    const int inFolder =
+        std::clamp(info.folderIndex.value_or(info.originalIndex), 0, int(m_folderFiles.size()));
+    m_folderFiles.insert(inFolder, info.fileName);
+    if (!m_filter.isActive()) {
+        m_imageFiles = m_folderFiles;
+        m_selectedImageIndex = inFolder;
+    } else if (passesFilter(info.fileName)) {
+        QStringList shown;
+        for (const QString& name : std::as_const(m_folderFiles)) {
+            if (passesFilter(name))
+                shown << name;
+        }
+        m_imageFiles = shown;
+        m_selectedImageIndex = int(shown.indexOf(info.fileName));
+    } else {
+        Log::line(kTag, QStringLiteral("恢复的文件不符合当前筛选，不显示: ") + info.fileName);
+    }
     if (m_deletedFilesHistory.removeOne(info))
         Log::line(kTag, QStringLiteral("从删除历史中移除已恢复的文件"));
     Log::line(kTag, QStringLiteral("文件恢复完成，当前文件数: %1, 选中索引: %2")
@@ -156,6 +246,12 @@ void LMRModeState::restoreFile(const DeletedFileInfo& info)
 void LMRModeState::clearImageData()
 {
     m_imageFiles.clear();
+    m_folderFiles.clear();
+    m_selectionBeforeEmpty.reset();
+    const bool wasFiltered = m_filter.isActive();
+    m_filter = {};
+    if (wasFiltered)
+        Q_EMIT pictureFilterChanged();
     m_selectedImageIndex.reset();
     m_imageAnnotations.clear();
     m_fileTags.clear();
@@ -255,6 +351,7 @@ void LMRModeState::setCurrentDeepIndex(int index)
 void LMRModeState::setImageAnnotations(const ImageAnnotationMap& annotations)
 {
     m_imageAnnotations = annotations;
+    reapplyFilterIfSet();
     Q_EMIT perFileDataChanged();
     Q_EMIT stateChanged();
 }
@@ -265,6 +362,7 @@ void LMRModeState::setAnnotation(const QString& fileName, const ImageAnnotation&
         m_imageAnnotations.remove(fileName);
     else
         m_imageAnnotations.insert(fileName, annotation);
+    reapplyFilterIfSet();
     Q_EMIT perFileDataChanged();
     Q_EMIT stateChanged();
 }
@@ -276,6 +374,7 @@ void LMRModeState::setFileTags(const QString& fileName, const QStringList& tags)
         m_fileTags.remove(fileName);
     else
         m_fileTags.insert(fileName, tags);
+    reapplyFilterIfSet();
     Q_EMIT perFileDataChanged();
     Q_EMIT stateChanged();
 }
@@ -312,6 +411,7 @@ void LMRModeState::setFolderTags(const QMap<QString, QStringList>& tagsByName)
         if (!annotation.colors.isEmpty())
             m_imageAnnotations.insert(it.key(), annotation);
     }
+    reapplyFilterIfSet();
     Q_EMIT perFileDataChanged();
     Q_EMIT stateChanged();
 }
@@ -323,6 +423,7 @@ void LMRModeState::setRating(const QString& fileName, const platform::PictureMar
         m_ratings.insert(fileName, marks);
     else
         m_ratings.remove(fileName);
+    reapplyFilterIfSet();
     Q_EMIT perFileDataChanged();
     Q_EMIT stateChanged();
 }
@@ -334,6 +435,7 @@ void LMRModeState::setFolderRatings(const QMap<QString, platform::PictureMarks>&
         if (it->hasRating())
             m_ratings.insert(it.key(), *it);
     }
+    reapplyFilterIfSet();
     Q_EMIT perFileDataChanged();
     Q_EMIT stateChanged();
 }

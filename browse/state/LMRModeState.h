@@ -4,6 +4,7 @@
 
 #include "browse/state/DeletedFileInfo.h"
 #include "browse/state/ImageAnnotation.h"
+#include "browse/state/PictureFilter.h"
 #include "platform/metadata/PictureMarks.h"
 
 #include <QByteArray>
@@ -18,10 +19,23 @@ namespace lumaro::browse {
 
 class ThumbnailCache;
 
-enum class ProfessionalModeStyle { style1, style2 };
+enum class ProfessionalModeStyle
+{
+    style1,
+    style2
+};
 
 // The direction of the last keyboard move; the views use it to scroll the right way.
-enum class NavigationDirection { none, previous, next, up, down, folderNext, folderPrevious };
+enum class NavigationDirection
+{
+    none,
+    previous,
+    next,
+    up,
+    down,
+    folderNext,
+    folderPrevious
+};
 
 // Lives on the main thread and is changed only there, through the operations below, which keep the
 // invariants: with no files there is no selection, a selection lies in 0…count−1, the deleted-files
@@ -36,10 +50,24 @@ public:
     explicit LMRModeState(ThumbnailCache* cache = nullptr, QObject* parent = nullptr);
 
     // --- the list and the selection
+    // The pictures shown: the folder's pictures that pass the filter (all of them when no filter is set).
     const QStringList& imageFiles() const { return m_imageFiles; }
     std::optional<int> selectedImageIndex() const { return m_selectedImageIndex; }
     std::optional<QString> selectedImageFileName() const;
+    // Replaces the folder's pictures; with a filter set, those that pass it are shown. The selection keeps
+    // its number while in range.
     void setImageFiles(const QStringList& files);
+    // Every picture of the folder, whatever the filter.
+    const QStringList& folderFiles() const { return m_folderFiles; }
+
+    // --- the filter
+    const PictureFilter& pictureFilter() const { return m_filter; }
+    // Shows the folder's pictures that pass `filter`, replacing the list as a whole (isBulkListUpdate is set
+    // meanwhile). The selected picture stays selected when it passes; else the next one that passes in
+    // browsing order, else the one before. A change of a picture's stars, flag or colours applies the filter
+    // again, so a picture that no longer passes leaves the list the way a deleted one does. A new folder
+    // starts unfiltered.
+    void setPictureFilter(const PictureFilter& filter);
     // Selects `index` when it is in range; returns whether it did.
     bool select(int index);
     void clearSelection();
@@ -140,6 +168,7 @@ public:
     void notify() { Q_EMIT stateChanged(); }
 
 Q_SIGNALS:
+    void pictureFilterChanged();
     void imageFilesChanged();
     void selectionChanged();
     void folderChanged();
@@ -152,11 +181,21 @@ Q_SIGNALS:
 
 private:
     void resetNavigationState();
+    // Replaces the list shown, the selection by the rule of setImageFiles, or `selection` (none: nullopt).
+    void replaceShownList(const QStringList& files);
+    void replaceShownList(const QStringList& files, std::optional<int> selection);
+    // Shows the folder's pictures that pass the filter, keeping the selected picture where it can.
+    void applyFilter();
+    bool passesFilter(const QString& name) const;
+    void reapplyFilterIfSet();
 
     ThumbnailCache* m_cache;
     int m_imagesPerRow = 5;
     std::optional<int> m_selectedImageIndex;
     QStringList m_imageFiles;
+    QStringList m_folderFiles;
+    PictureFilter m_filter;
+    std::optional<QString> m_selectionBeforeEmpty; // the picture selected when the filter left none
     std::optional<QString> m_authorizedDirectory;
     std::optional<QString> m_pathRefOfImage;
     std::optional<QByteArray> m_folderBookmarkData;

@@ -4,6 +4,7 @@
 #include "app/MainWindow.h"
 #include "app/BrowseMode.h"
 #include "app/BrowseStatusBar.h"
+#include "app/CompareView.h"
 #include "app/FolderPanel.h"
 #include "app/GridPreviewMode.h"
 #include "app/IndicatorOverlay.h"
@@ -169,6 +170,46 @@ TEST_F(MainWindowTest, TheLoupeShowsFullSizeKeepsItsZoomFromPictureToPictureAndT
     press(Qt::Key_2, Qt::AltModifier);
     EXPECT_TRUE(m_window.shootingInfo().lines().contains(QStringLiteral("评级  ★★☆☆☆")));
     EXPECT_TRUE(KeyHelpDialog::rows().contains({QStringLiteral("P"), QStringLiteral("标为精选 / 取消精选")}));
+}
+
+TEST_F(MainWindowTest, FilterKeysShowOnlyThePicksAndClearingStaysOnThePicture)
+{
+    open(m_folder.path());
+    press(Qt::Key_Right);
+    press(Qt::Key_P);
+    press(Qt::Key_Right);
+    press(Qt::Key_Right);
+    press(Qt::Key_P, Qt::ShiftModifier);
+    EXPECT_EQ(state().imageFiles(), QStringList{QStringLiteral("IMG_01.jpg")});
+    EXPECT_EQ(state().selectedImageFileName(), QStringLiteral("IMG_01.jpg"));
+    EXPECT_TRUE(m_window.browseStatusBar().countText().startsWith(QStringLiteral("筛选: 仅精选")));
+    press(Qt::Key_A, Qt::ShiftModifier);
+    EXPECT_EQ(state().imageFiles().size(), 12);
+    EXPECT_EQ(state().selectedImageFileName(), QStringLiteral("IMG_01.jpg"));
+}
+
+TEST_F(MainWindowTest, CompareShowsTwoToFourNeighboursAtOneZoom)
+{
+    open(m_folder.path());
+    CompareView& compare = m_window.compare();
+    press(Qt::Key_C);
+    ASSERT_TRUE(compare.isOpen());
+    EXPECT_EQ(compare.shownPaths(), (QStringList{m_folder.filePath(QStringLiteral("IMG_00.jpg")),
+                                                 m_folder.filePath(QStringLiteral("IMG_01.jpg"))}));
+    press(Qt::Key_C);
+    EXPECT_EQ(compare.shownPaths().size(), 3);
+    for (int i = 0; i < 4; ++i)
+        press(Qt::Key_Right); // past the run's end: the run moves along
+    EXPECT_EQ(compare.shownPaths().constLast(), m_folder.filePath(QStringLiteral("IMG_04.jpg")));
+    press(Qt::Key_Z);
+    EXPECT_EQ(compare.frame().zoom, 1.0);
+    ASSERT_TRUE(waitUntil([&] {
+        return std::all_of(compare.shownPaths().cbegin(), compare.shownPaths().cend(),
+                           [&](const QString& path) { return compare.isShowingFullSize(path); });
+    }));
+    press(Qt::Key_C);
+    press(Qt::Key_C); // past four panes: closed
+    EXPECT_FALSE(compare.isOpen());
 }
 
 TEST_F(MainWindowTest, DeleteMovesToTheTrashAndRestoreBringsItBack)

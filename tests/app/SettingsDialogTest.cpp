@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The key bindings editor: recording a key, saving and cancelling per row, the groups; the grid's columns.
-#include "app/KeyBindingRow.h"
 #include "app/SettingsDialog.h"
+#include "app/KeyBindingRow.h"
 #include "browse/hotkeys/HotkeyManager.h"
+#include "browse/hotkeys/ViewerHotkeys.h"
+#include "browse/marks/PictureRater.h"
 #include "browse/state/LMRModeState.h"
 #include "platform/fakes/MemorySettingsStore.h"
 
@@ -23,7 +25,9 @@ protected:
     platform::MemorySettingsStore m_store;
     browse::HotkeyManager m_manager{m_store};
     browse::LMRModeState m_state;
-    SettingsDialog m_dialog{m_manager, m_state};
+    browse::ViewerHotkeys m_viewerKeys{m_store, m_manager};
+    browse::PictureRater m_rater{m_store};
+    SettingsDialog m_dialog{m_manager, m_state, nullptr, &m_viewerKeys, &m_rater};
 };
 
 TEST_F(SettingsDialogTest, ShowsTheBindingGroups)
@@ -48,7 +52,8 @@ TEST_F(SettingsDialogTest, RecordAndSaveStoresTheNewBinding)
     EXPECT_FALSE(row.recorder().listener().isListening());
     EXPECT_EQ(m_manager.hotkey(HotkeyAction::deleteFile).key, QStringLiteral("d")); // not yet
     QTest::mouseClick(&row.saveButton(), Qt::LeftButton);
-    EXPECT_EQ(m_manager.hotkey(HotkeyAction::deleteFile), browse::Hotkey(QStringLiteral("x"), Qt::ShiftModifier));
+    EXPECT_EQ(m_manager.hotkey(HotkeyAction::deleteFile),
+              browse::Hotkey(QStringLiteral("x"), Qt::ShiftModifier));
     EXPECT_TRUE(m_store.bytes(browse::HotkeyManager::hotkeysKey).has_value());
     EXPECT_EQ(row.recorder().text(), QStringLiteral("点击开始录制..."));
 }
@@ -70,6 +75,27 @@ TEST_F(SettingsDialogTest, ColumnsGoToTheSharedState)
     QComboBox& columns = m_dialog.columns();
     columns.setCurrentIndex(columns.findData(3));
     EXPECT_EQ(m_state.imagesPerRow(), 3);
+}
+
+TEST_F(SettingsDialogTest, ViewerKeysAreBoundApartAndTheSidecarNamingIsStored)
+{
+    m_dialog.show();
+    KeyBindingRow& row = *m_dialog.row(browse::ViewerAction::filterPicks);
+    QTest::mouseClick(&row.recorder(), Qt::LeftButton);
+    QTest::keyClick(&row.recorder(), Qt::Key_D); // the delete key
+    EXPECT_FALSE(row.clashText().isEmpty());
+    EXPECT_FALSE(row.saveButton().isEnabled());
+    QTest::mouseClick(&row.recorder(), Qt::LeftButton);
+    QTest::keyClick(&row.recorder(), Qt::Key_Y);
+    QTest::mouseClick(&row.saveButton(), Qt::LeftButton);
+    EXPECT_EQ(m_viewerKeys.hotkey(browse::ViewerAction::filterPicks), browse::Hotkey(QStringLiteral("y")));
+    EXPECT_TRUE(m_store.contains(browse::ViewerHotkeys::settingsKey));
+    EXPECT_FALSE(m_store.contains(browse::HotkeyManager::hotkeysKey)); // the seventeen stay as they were
+
+    QComboBox& naming = m_dialog.sidecarNaming();
+    EXPECT_EQ(m_rater.naming(), platform::SidecarNaming::pictureName);
+    naming.setCurrentIndex(naming.findData(int(platform::SidecarNaming::stem)));
+    EXPECT_EQ(browse::PictureRater(m_store).naming(), platform::SidecarNaming::stem);
 }
 
 } // namespace

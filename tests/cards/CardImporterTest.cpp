@@ -151,6 +151,27 @@ TEST(CardImporter, AReusedNameTakesAFreeNameAndOverwritesNothing)
                              work.filePath(QStringLiteral("roll01/JPG/IMG_0001_1.JPG"))));
 }
 
+TEST(CardImporter, SidecarsComeAlongAndTakeTheFreeNameOfTheirPicture)
+{
+    TempFolder card;
+    TempFolder work;
+    card.write(QStringLiteral("DCIM/100CANON/IMG_0001.JPG"), "first");
+    card.write(QStringLiteral("DCIM/101CANON/IMG_0001.JPG"), "after the counter wrapped");
+    card.write(QStringLiteral("DCIM/101CANON/IMG_0001.JPG.xmp"), "its own");
+    card.write(QStringLiteral("DCIM/101CANON/IMG_0001.CR2"), "raw");
+    card.write(QStringLiteral("DCIM/101CANON/IMG_0001.xmp"), "shared by the shot");
+
+    const ImportOutcome outcome = CardImporter::importFiles(CardScanner::scan(card.path()), work.path());
+
+    EXPECT_EQ(outcome.failedCount, 0);
+    EXPECT_EQ(work.read(QStringLiteral("roll01/JPG/IMG_0001_1.JPG.xmp")), QByteArray("its own"));
+    EXPECT_EQ(work.read(QStringLiteral("roll01/JPG/IMG_0001_1.xmp")), QByteArray("shared by the shot"));
+    EXPECT_EQ(work.read(QStringLiteral("roll01/RAW/IMG_0001_1.xmp")), QByteArray("shared by the shot"));
+    EXPECT_FALSE(work.exists(QStringLiteral("roll01/JPG/IMG_0001.JPG.xmp"))); // not the first shot's
+    EXPECT_FALSE(work.exists(QStringLiteral("roll01/JPG/IMG_0001.xmp")));
+    EXPECT_TRUE(card.exists(QStringLiteral("DCIM/101CANON/IMG_0001.xmp")));
+}
+
 struct WrapCase
 {
     const char* title;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browse/hotkeys/HotkeyDispatcher.h"
 
+#include "browse/marks/RatingChange.h"
 #include "platform/ExifOrientation.h"
 #include "platform/Trash.h"
 #include "platform/TrashDirectories.h"
@@ -283,4 +284,24 @@ TEST_F(Dispatcher, FolderKeysMoveAmongSiblingFolders)
     EXPECT_EQ(state.currentFolder(), b);
     dispatcher.perform(HotkeyAction::navigateFolderNext);
     EXPECT_EQ(state.currentFolder(), b);
+}
+
+TEST_F(Dispatcher, ARestoredPictureKeepsItsStarsAndComesBackIntoAFilteredList)
+{
+    open(4);
+    state.select(1);
+    dispatcher.rate({RatingChange::Kind::togglePick});
+    press(HotkeyAction::deleteFile);
+    press(HotkeyAction::restoreFile);
+    EXPECT_EQ(state.rating(original.at(1)).flag, PickFlag::picked); // its sidecar came back with it
+
+    state.setPictureFilter(PictureFilter{true});
+    ASSERT_EQ(state.imageFiles(), QStringList{original.at(1)});
+    press(HotkeyAction::deleteFile);
+    EXPECT_TRUE(state.imageFiles().isEmpty());
+    press(HotkeyAction::restoreFile);
+    EXPECT_EQ(state.imageFiles(), QStringList{original.at(1)});
+    state.setPictureFilter({});
+    EXPECT_EQ(state.imageFiles(), original);
+    EXPECT_EQ(state.selectedImageFileName(), original.at(1));
 }

@@ -254,3 +254,108 @@ TEST(LMRModeState, TagsReadFromDiskReplaceTheFoldersTagsAndAnnotations)
     EXPECT_FALSE(f.state.imageAnnotations().contains(QStringLiteral("IMG_2.jpg")));
     EXPECT_EQ(f.state.fileTags().value(QStringLiteral("IMG_2.jpg")), QStringList{QStringLiteral("Urlaub")});
 }
+
+namespace {
+
+using lumaro::platform::PickFlag;
+using lumaro::platform::PictureMarks;
+
+// IMG_0 … IMG_5: 0 picked, 1 ★3, 2 rejected, 3 red, 4 picked ★5, 5 nothing.
+void markSix(Fixture& f)
+{
+    f.setUp(6, std::nullopt);
+    f.state.setRating(QStringLiteral("IMG_0.jpg"), PictureMarks{0, PickFlag::picked});
+    f.state.setRating(QStringLiteral("IMG_1.jpg"), PictureMarks{3});
+    f.state.setRating(QStringLiteral("IMG_2.jpg"), PictureMarks{0, PickFlag::rejected});
+    f.state.setAnnotation(QStringLiteral("IMG_3.jpg"), ImageAnnotation{{QStringLiteral("red")}});
+    f.state.setRating(QStringLiteral("IMG_4.jpg"), PictureMarks{5, PickFlag::picked});
+}
+
+QStringList shownNumbers(const LMRModeState& state)
+{
+    QStringList numbers;
+    for (const QString& name : state.imageFiles())
+        numbers << name.mid(4, 1);
+    return numbers;
+}
+
+} // namespace
+
+struct FilterCase
+{
+    const char* what;
+    PictureFilter filter;
+    int selected;
+    QStringList shown;     // by number
+    QString selectedAfter; // by number; "" for none
+};
+
+class FilterSelection : public ::testing::TestWithParam<FilterCase>
+{
+};
+
+TEST_P(FilterSelection, ShowsWhatPassesStaysOnThePictureAndClearingKeepsIt)
+{
+    const FilterCase& c = GetParam();
+    Fixture f;
+    markSix(f);
+    f.state.select(c.selected);
+    QList<bool> bulk;
+    QObject::connect(&f.state, &LMRModeState::imageFilesChanged, [&] { bulk << f.state.isBulkListUpdate; });
+    f.state.setPictureFilter(c.filter);
+    EXPECT_EQ(shownNumbers(f.state), c.shown) << c.what;
+    EXPECT_EQ(f.state.selectedImageFileName().value_or(QString()).mid(4, 1), c.selectedAfter) << c.what;
+    EXPECT_EQ(bulk, QList<bool>{true}) << c.what;
+    const auto onScreen = f.state.selectedImageFileName();
+    f.state.setPictureFilter({});
+    EXPECT_EQ(f.state.imageFiles().size(), 6) << c.what;
+    // Back on the picture shown under the filter; when it showed none, on the one selected before it.
+    EXPECT_EQ(f.state.selectedImageFileName(), onScreen ? onScreen : names(6).at(c.selected)) << c.what;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rules, FilterSelection,
+    ::testing::Values(FilterCase{"picks, on a pick", {true}, 4, {"0", "4"}, "4"},
+                      FilterCase{"picks, from a non-pick: the next pick", {true}, 1, {"0", "4"}, "4"},
+                      FilterCase{"picks, after the last pick: the one before", {true}, 5, {"0", "4"}, "4"},
+                      FilterCase{"three stars or more", {false, 3}, 0, {"1", "4"}, "1"},
+                      FilterCase{"red", {false, 0, QStringLiteral("red")}, 3, {"3"}, "3"},
+                      FilterCase{"rejects hidden", {false, 0, {}, true}, 2, {"0", "1", "3", "4", "5"}, "3"},
+                      FilterCase{"nothing passes", {true, 4, QStringLiteral("red")}, 3, {}, ""}));
+
+TEST(LMRModeStateFilter, APictureThatStopsPassingLeavesTheListAndANewFolderStartsUnfiltered)
+{
+    Fixture f;
+    markSix(f);
+    f.state.select(0);
+    f.state.setPictureFilter(PictureFilter{true});
+    f.state.setRating(QStringLiteral("IMG_0.jpg"), PictureMarks{2}); // the pick taken back
+    EXPECT_EQ(shownNumbers(f.state), QStringList{"4"});
+    EXPECT_EQ(f.state.selectedImageFileName(), QStringLiteral("IMG_4.jpg"));
+
+    f.state.setFolderPath(QStringLiteral("/other"), QStringLiteral("/other"), QStringLiteral("/other"));
+    EXPECT_FALSE(f.state.pictureFilter().isActive());
+    f.state.setImageFiles(names(3));
+    EXPECT_EQ(f.state.imageFiles().size(), 3);
+}
+
+TEST(LMRModeStateFilter, ARestoreGoesBackIntoTheWholeListAtItsPlace)
+{
+    Fixture f;
+    markSix(f);
+    f.state.setPictureFilter(PictureFilter{false, 0, {}, true}); // 0 1 3 4 5
+    f.state.select(2);                                           // IMG_3
+    DeletedFileInfo info{QStringLiteral("IMG_3.jpg"), 2};
+    info.folderIndex = 3;
+    f.state.addDeletedFile(info);
+    f.state.removeFile(2);
+    EXPECT_EQ(f.state.folderFiles().size(), 5);
+    f.state.setPictureFilter(PictureFilter{true}); // 0 4: the restored one will not pass
+    f.state.select(1);
+    f.state.restoreFile(info);
+    EXPECT_EQ(shownNumbers(f.state), (QStringList{"0", "4"}));
+    EXPECT_EQ(f.state.selectedImageFileName(), QStringLiteral("IMG_4.jpg"));
+    EXPECT_TRUE(f.state.deletedFilesHistory().isEmpty());
+    f.state.setPictureFilter({});
+    EXPECT_EQ(f.state.imageFiles(), names(6));
+}
