@@ -5,14 +5,18 @@
 #include "app/ToolHost.h"
 #include "browse/state/LMRModeState.h"
 #include "platform/Log.h"
+#include "platform/vision/AnalysisImage.h"
+#include "pose/PoseTileExporter.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QPushButton>
 #include <QSplitter>
 #include <QThreadPool>
 #include <QVBoxLayout>
@@ -47,6 +51,18 @@ QString describe(int number, const pose::AnalysedPerson& analysed)
         lines << QStringLiteral("    ") + person.level2->reason;
     }
     lines << QStringLiteral("  ") + action.summary;
+    if (analysed.evidence != pose::PersonEvidence::sighting)
+        lines << (analysed.evidence == pose::PersonEvidence::face
+                      ? QStringLiteral("  弱检测，由人脸确认")
+                      : QStringLiteral("  弱检测，由物体检测确认"));
+    if (analysed.face) {
+        const pose::FaceFacts& face = *analysed.face;
+        lines << QStringLiteral("  人脸: 占画面 %1% · 第 %2 行第 %3 列 · %4三分点 %5")
+                     .arg(face.sizeShare * 100.0, 0, 'f', 2)
+                     .arg(face.row + 1)
+                     .arg(face.column + 1)
+                     .arg(face.onPowerPoint ? QStringLiteral("在") : QStringLiteral("近"), face.powerPoint);
+    }
     QStringList repaired;
     for (auto it = analysed.repairs.cbegin(); it != analysed.repairs.cend(); ++it)
         repaired << it.key() + QStringLiteral("（") + rawValue(it.value()) + QStringLiteral("）");
@@ -70,12 +86,10 @@ struct PosePanel::Outcome
 };
 
 PosePanel::PosePanel(ToolHost& host, QWidget* parent)
-    : QWidget(parent)
-    , m_host(host)
-    , m_status(new QLabel(this))
-    , m_overlay(new PoseOverlayView(this))
-    , m_details(new QPlainTextEdit(this))
-    , m_worker(std::make_shared<Worker>())
+    : QWidget(parent), m_host(host), m_status(new QLabel(this)), m_overlay(new PoseOverlayView(this)),
+      m_details(new QPlainTextEdit(this)),
+      m_exportTiles(new QPushButton(QStringLiteral("导出姿态图块…"), this)),
+      m_worker(std::make_shared<Worker>())
 {
     m_status->setWordWrap(true);
     m_details->setReadOnly(true);
@@ -85,9 +99,20 @@ PosePanel::PosePanel(ToolHost& host, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_status);
     layout->addWidget(splitter, 1);
+    layout->addWidget(m_exportTiles);
+    m_exportTiles->setEnabled(false);
+    m_exportTiles->setToolTip(
+        QStringLiteral("把每个人裁成一张图块（关节、判定线段和姿态名），并附一张总览图；不会覆盖已有文件"));
+    connect(m_exportTiles, &QPushButton::clicked, this, [this] {
+        const QString dir =
+            QFileDialog::getExistingDirectory(m_host.dialogParent(), QStringLiteral("导出姿态图块到"));
+        if (!dir.isEmpty())
+            exportTilesTo(dir);
+    });
     m_status->setText(QStringLiteral("选择一张图片以分析人物姿态"));
     connect(&m_host.modeState(), &browse::LMRModeState::selectionChanged, this, &PosePanel::analyseSelection);
-    connect(&m_host.modeState(), &browse::LMRModeState::imageFilesChanged, this, &PosePanel::analyseSelection);
+    connect(&m_host.modeState(), &browse::LMRModeState::imageFilesChanged, this,
+            &PosePanel::analyseSelection);
 }
 
 PosePanel::~PosePanel() = default;
@@ -107,6 +132,8 @@ void PosePanel::analyseSelection()
     const auto name = state.selectedImageFileName();
     if (!folder || !name) {
         m_wanted.clear();
+        m_shownAnalysis.reset();
+        m_exportTiles->setEnabled(false);
         m_overlay->clear();
         m_details->clear();
         m_status->setText(QStringLiteral("选择一张图片以分析人物姿态"));
@@ -138,7 +165,12 @@ void PosePanel::analyseSelection()
             outcome.preview = reader.read();
         }
         QMetaObject::invokeMethod(
-            qApp, [self, path, outcome] { if (self) self->present(path, outcome); }, Qt::QueuedConnection);
+            qApp,
+            [self, path, outcome] {
+                if (self)
+                    self->present(path, outcome);
+            },
+            Qt::QueuedConnection);
     });
 }
 
@@ -154,6 +186,8 @@ void PosePanel::present(const QString& path, const Outcome& outcome)
     if (const auto* failure = std::get_if<pose::PicturePoseFailure>(&outcome.result)) {
         platform::Log::line(kTag, QStringLiteral("⚠️ ") + name + QStringLiteral(": ") + failure->message);
         m_status->setText(QStringLiteral("⚠️ ") + failure->message);
+        m_shownAnalysis.reset();
+        m_exportTiles->setEnabled(false);
         m_overlay->clear();
         m_details->clear();
         return;
@@ -163,17 +197,66 @@ void PosePanel::present(const QString& path, const Outcome& outcome)
     platform::Log::raw(QStringLiteral("PERF-POSE: detect %1 ms, rules %2 ms")
                            .arg(analysis.detectMs, 0, 'f', 3)
                            .arg(analysis.rulesMs, 0, 'f', 3));
-    m_status->setText(analysis.people.empty() ? QStringLiteral("%1: 未发现人物").arg(name)
-                                              : QStringLiteral("%1: %2 人 · %3")
-                                                    .arg(name)
-                                                    .arg(analysis.people.size())
-                                                    .arg(analysis.shotSize ? pose::displayName(*analysis.shotSize)
-                                                                           : QString()));
+    m_status->setText(analysis.people.empty()
+                          ? QStringLiteral("%1: 未发现人物").arg(name)
+                          : QStringLiteral("%1: %2 人 · %3")
+                                .arg(name)
+                                .arg(analysis.people.size())
+                                .arg(analysis.shotSize ? pose::displayName(*analysis.shotSize) : QString()));
     QStringList text;
     for (std::size_t i = 0; i < analysis.people.size(); ++i)
         text << describe(int(i) + 1, analysis.people[i]);
     m_details->setPlainText(text.join(QStringLiteral("\n\n")));
     m_overlay->show(outcome.preview, analysis.people);
+    m_shownAnalysis = analysis;
+    m_exportTiles->setEnabled(!analysis.people.empty());
+}
+
+void PosePanel::exportTilesTo(const QString& folder)
+{
+    if (!m_shownAnalysis || m_shownAnalysis->people.empty())
+        return;
+    m_exportTiles->setEnabled(false);
+    m_status->setText(QStringLiteral("正在导出姿态图块…"));
+    QPointer<PosePanel> self(this);
+    const pose::PicturePoseAnalysis analysis = *m_shownAnalysis;
+    QThreadPool::globalInstance()->start([self, analysis, folder] {
+        pose::PoseTileExporter exporter(folder);
+        QString error;
+        const auto picture =
+            platform::AnalysisImageReader::read(analysis.path, pose::PoseTileExporter::kSourceSide, &error);
+        if (picture)
+            exporter.addPicture(picture->image, analysis);
+        const auto sheet = exporter.writeContactSheet();
+        QStringList problems = exporter.failures();
+        if (!picture)
+            problems << error;
+        const qsizetype tiles = exporter.written().size() - (sheet ? 1 : 0);
+        QMetaObject::invokeMethod(
+            qApp,
+            [self, folder, tiles, problems] {
+                if (self)
+                    self->tilesExported(folder, int(tiles), problems);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void PosePanel::tilesExported(const QString& folder, int tiles, const QStringList& problems)
+{
+    m_exportTiles->setEnabled(m_shownAnalysis && !m_shownAnalysis->people.empty());
+    if (!problems.isEmpty()) {
+        platform::Log::line(kTag,
+                            QStringLiteral("❌ 姿态图块导出失败: ") + problems.join(QStringLiteral("; ")));
+        m_status->setText(QStringLiteral("⚠️ 已导出 %1 个图块到 %2，%3 个失败: %4")
+                              .arg(tiles)
+                              .arg(folder)
+                              .arg(problems.size())
+                              .arg(problems.first()));
+        return;
+    }
+    platform::Log::line(kTag, QStringLiteral("✅ 已导出 %1 个姿态图块到 %2").arg(tiles).arg(folder));
+    m_status->setText(QStringLiteral("已导出 %1 个姿态图块和总览图到 %2").arg(tiles).arg(folder));
 }
 
 } // namespace lumaro::app

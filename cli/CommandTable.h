@@ -15,7 +15,7 @@
 // light command that starts needing a heavy library fails the `LightCommands` test: move its line to HEAVY.
 
 LIGHT("list", "Print a folder's pictures in browsing order", runList)
-HEAVY("pose", "Name each person's pose (level 1 and 2) with its reason", runPose)
+PAINTING("pose", "Name each person's pose (level 1 and 2) with its reason", runPose)
 HEAVY("thumbs", "Write a JPEG thumbnail of every picture of a folder", runThumbs)
 LIGHT("trash", "Move files to the Trash and print where each went", runTrash)
 HEAVY("tags", "Print a picture's tags, or toggle one colour tag", runTags)

@@ -8,8 +8,10 @@
 
 #include "browse/state/FileSystemService.h"
 #include "platform/Log.h"
+#include "platform/vision/AnalysisImage.h"
 #include "pose/PicturePoseAnalyzer.h"
 #include "pose/PoseIndexFile.h"
+#include "pose/PoseTileExporter.h"
 #include "vision/IndexFolder.h"
 
 #include <QCommandLineOption>
@@ -77,8 +79,28 @@ int runPose(const QStringList& arguments)
                            QStringLiteral("List the pictures by KEY instead of as given; \"shot\": from "
                                           "the closest framing to the widest, pictures with nobody last."),
                            QStringLiteral("KEY")));
+    line.addOption(QCommandLineOption(
+        QStringLiteral("tiles"),
+        QStringLiteral(
+            "Also write each person as a tile (cut out with a margin, joints and deciding segments "
+            "drawn, pose and action as caption) into DIR, plus one contact sheet of every tile; "
+            "files already in DIR are never replaced."),
+        QStringLiteral("DIR")));
     if (const auto stop = line.parse(arguments))
         return *stop;
+    std::optional<pose::PoseTileExporter> tiles;
+    QString tilesDir;
+    if (line.isSet(QStringLiteral("tiles"))) {
+        const QString dir = line.value(QStringLiteral("tiles"));
+        if (QFileInfo(dir).exists() && !QFileInfo(dir).isDir())
+            return line.fail(QStringLiteral("--tiles %1: is a file, not a folder").arg(escapedForLine(dir)),
+                             exitUsage);
+        if (!QDir().mkpath(dir))
+            return line.fail(QStringLiteral("--tiles %1: cannot create the folder").arg(escapedForLine(dir)),
+                             exitUsage);
+        tilesDir = QDir(dir).absolutePath();
+        tiles.emplace(tilesDir);
+    }
     const bool byShot = line.isSet(QStringLiteral("sort"));
     if (byShot && line.value(QStringLiteral("sort")) != QStringLiteral("shot"))
         return line.fail(QStringLiteral("--sort takes \"shot\", not \"%1\"")
@@ -137,6 +159,15 @@ int runPose(const QStringList& arguments)
         const auto& analysis = std::get<pose::PicturePoseAnalysis>(outcome);
         if (folder)
             analysed.push_back(analysis);
+        if (tiles && !analysis.people.empty()) {
+            QString error;
+            const auto picture =
+                platform::AnalysisImageReader::read(file, pose::PoseTileExporter::kSourceSide, &error);
+            if (picture)
+                tiles->addPicture(picture->image, analysis);
+            else
+                line.itemFailed(file, error);
+        }
         platform::Log::raw(
             QStringLiteral(
                 "PERF-POSE: %1 decode %2 ms, detect %3 ms (whole %4 ms, tiles %5 ms, %6 runs), faces %7 ms, "
@@ -194,6 +225,18 @@ int runPose(const QStringList& arguments)
         for (const auto& [rank, picture] : pictures)
             array.append(picture);
         out << QJsonDocument(array).toJson(QJsonDocument::Indented);
+    }
+    if (tiles) {
+        const auto sheet = tiles->writeContactSheet();
+        for (const QString& failure : tiles->failures())
+            standardError() << "lumaro-cli pose: tiles: " << escapedForLine(failure) << "\n";
+        failed += int(tiles->failures().size());
+        if (!line.json()) {
+            out << "tiles: " << tiles->written().size() - (sheet ? 1 : 0) << " written to "
+                << escapedForLine(tilesDir) << "\n";
+            if (sheet)
+                out << "contact sheet: " << escapedForLine(*sheet) << "\n";
+        }
     }
     if (folder) {
         QString error;

@@ -8,9 +8,11 @@
 #include "tests/support/TempFolder.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -57,9 +59,21 @@ TEST_F(PosePanelTest, ShowsTheSelectedPicturesPeopleWithTheirVerdicts)
     selectCopyOf(models + QStringLiteral("/test-images/basketball1.png"));
     auto* details = panel.findChild<QPlainTextEdit*>();
     ASSERT_TRUE(details);
-    EXPECT_TRUE(waitUntil([&] { return details->toPlainText().contains(QStringLiteral("LEV1 POSE_STAND")); }, 20000))
+    EXPECT_TRUE(
+        waitUntil([&] { return details->toPlainText().contains(QStringLiteral("LEV1 POSE_STAND")); }, 20000))
         << details->toPlainText().toStdString();
     EXPECT_TRUE(details->toPlainText().contains(QStringLiteral("站立 Stand")));
+
+    // Exporting the people shown: a tile each and the contact sheet, the status line saying so.
+    auto* exportButton = panel.findChild<QPushButton*>();
+    ASSERT_TRUE(exportButton && exportButton->isEnabled());
+    TempFolder tiles;
+    panel.exportTilesTo(tiles.path());
+    auto* status = panel.findChild<QLabel*>();
+    EXPECT_TRUE(
+        waitUntil([&] { return status->text().contains(QStringLiteral("已导出 2 个姿态图块")); }, 20000))
+        << status->text().toStdString();
+    EXPECT_EQ(QDir(tiles.path()).entryList(QDir::Files).size(), 3);
     qunsetenv("LUMARO_MODELS_DIR");
 }
 
