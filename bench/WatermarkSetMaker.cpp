@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Makes a folder of "saved social pictures" for bench/watermark-accuracy.sh: every photo of BACKGROUNDS,
 // resized to a platform's size, stamped with a poster's identifier (Latin and Chinese handles, ID lines;
-// corners and bottom; 40–80 % opacity; with and without shadow and logo; 1–3 % of the height) or left clean.
-// truth.tsv names each picture's identifier (empty for the clean ones).
+// corners and bottom; 40–80 % opacity; with and without shadow and logo; bold or regular, proportional or
+// monospaced Noto CJK; some with the app's name on a line above; 1–3 % of the height) or left clean.
+// truth.tsv names each picture's identifier (empty for the clean ones), and "faint" after it when the stamp
+// is too faint for a person to read (white on white without a shadow: its letters stand less than
+// kReadableStep grey levels off the picture).
 //   watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES
 #include "tests/support/WatermarkStamp.h"
 
@@ -13,9 +16,32 @@
 #include <QRandomGenerator>
 #include <QTextStream>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 using namespace lumaro::testing;
+
+namespace {
+
+constexpr int kReadableStep = 12;
+
+// How far the stamp's letters stand off the picture: the 90th percentile of the grey-level change over the
+// pixels it changed.
+int stampStep(const QImage& before, const QImage& after)
+{
+    QList<int> steps;
+    for (int y = 0; y < before.height(); ++y)
+        for (int x = 0; x < before.width(); ++x)
+            if (const int step = std::abs(qGray(after.pixel(x, y)) - qGray(before.pixel(x, y))); step > 0)
+                steps << step;
+    if (steps.isEmpty())
+        return 0;
+    std::sort(steps.begin(), steps.end());
+    return steps[steps.size() * 9 / 10];
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -32,7 +58,8 @@ int main(int argc, char** argv)
     QFile postersFile(QString::fromLocal8Bit(argv[4]));
     if (!postersFile.open(QIODevice::ReadOnly))
         return 2;
-    // Each line: the identifier, a tab, the text the platform stamps.
+    // Each line: the identifier, a tab, the text the platform stamps, and optionally a tab and the app's
+    // name, which half of its stamps carry on a line above.
     QList<QStringList> posters;
     for (const QString& line : QString::fromUtf8(postersFile.readAll()).split(QLatin1Char('\n')))
         if (line.contains(QLatin1Char('\t')))
@@ -50,6 +77,7 @@ int main(int argc, char** argv)
             const int longSide = 1080 + int(random.bounded(3)) * 260; // 1080, 1340, 1600
             QImage picture = photo.scaled(longSide, longSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
             QString identifier;
+            bool faint = false;
             if (random.bounded(5) != 0) { // one in five stays clean
                 const QStringList& poster = posters[int(random.bounded(qsizetype(posters.size())))];
                 identifier = poster[0];
@@ -59,11 +87,17 @@ int main(int argc, char** argv)
                 style.heightShare = 0.01 + random.bounded(0.02);
                 style.shadow = random.bounded(2) == 1;
                 style.logo = random.bounded(3) == 0;
-                picture = stampWatermark(picture, poster[1], style);
+                style.bold = random.bounded(3) != 0;
+                style.monospaced = random.bounded(4) == 0;
+                if (poster.size() > 2 && random.bounded(2) == 0)
+                    style.platformLine = poster[2];
+                const QImage stamped = stampWatermark(picture, poster[1], style);
+                faint = stampStep(picture.convertToFormat(QImage::Format_RGB32), stamped) < kReadableStep;
+                picture = stamped;
             }
             const QString file = QStringLiteral("saved_%1.jpg").arg(++n, 3, 10, QLatin1Char('0'));
             picture.save(out.filePath(file), "JPEG", 90);
-            truth << file << '\t' << identifier << '\n';
+            truth << file << '\t' << identifier << (faint ? "\tfaint" : "") << '\n';
         }
     }
     return 0;

@@ -43,10 +43,12 @@ std::optional<WatermarkIdentifier> WatermarkIdentifier::find(const QString& line
 {
     // NFKC makes "＠" "@", "：" ":" and full-width letters and digits plain.
     const QString text = line.normalized(QString::NormalizationForm_KC).trimmed();
+    // Platforms take handles and account names whatever their case ("@Lily_Chen" is "@lily_chen"), and a
+    // small stamp's capitals are what a reader most often gets wrong: one case, one poster.
     if (const QRegularExpressionMatch match = numberLine().match(text); match.hasMatch())
-        return WatermarkIdentifier{Kind::number, trimmedName(match.captured(1)), line.trimmed()};
+        return WatermarkIdentifier{Kind::number, trimmedName(match.captured(1)).toLower(), line.trimmed()};
     if (const QRegularExpressionMatch match = handle().match(text); match.hasMatch()) {
-        const QString name = trimmedName(match.captured(1));
+        const QString name = trimmedName(match.captured(1)).toLower();
         if (name.size() >= 2)
             return WatermarkIdentifier{Kind::handle, QLatin1Char('@') + name, line.trimmed()};
     }

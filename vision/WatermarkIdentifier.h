@@ -17,7 +17,7 @@ struct WatermarkIdentifier
         number
     };
     Kind kind = Kind::handle;
-    QString identifier; // "@name" for a handle, the value alone for an ID line ("12345678")
+    QString identifier; // "@name" for a handle, the value alone for an ID line ("12345678"); lower case
     QString text;       // the line it was read from
 
     // Pure functions; any thread. nullopt when the line holds no identifier. Full-width forms ("＠", "："),

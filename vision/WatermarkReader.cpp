@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "vision/WatermarkReader.h"
 
+#include "platform/vision/LocalContrast.h"
 #include "platform/vision/TextRecognizer.h"
 
 #include <QSet>
@@ -9,6 +10,14 @@
 #include <cmath>
 
 namespace lumaro::vision {
+
+struct WatermarkReader::Candidate
+{
+    WatermarkIdentifier identifier;
+    int regions = 0;
+    QRect firstRegion;
+    bool enhanced = false; // read off the contrast-raised copy
+};
 
 namespace {
 
@@ -23,18 +32,27 @@ double enlargementFor(QSize region)
     return std::clamp(fit, 1.0, WatermarkReader::kMaxEnlargement);
 }
 
-struct Candidate
-{
-    WatermarkIdentifier identifier;
-    int regions = 0;
-    QRect firstRegion;
-};
+using Candidate = WatermarkReader::Candidate;
 
 // A region cut out and enlarged `scale` times for the line reader.
 QImage enlargedRegion(const QImage& picture, const QRect& region, double scale)
 {
     return picture.copy(region).scaled(region.size() * scale, Qt::IgnoreAspectRatio,
                                        Qt::SmoothTransformation);
+}
+
+// Whether a line's box (in the enlarged region's pixels) reaches an edge of the region that is not an edge of
+// the picture: the stamp goes on past it, so the line is only part of it ("@小鹿" of "@小鹿摄影"), and the
+// overlapping neighbour region holds it whole.
+bool isCutByRegion(const QRect& box, const QRect& region, QSize picture, QSize enlarged)
+{
+    const int slack = std::max(2, enlarged.height() / 100);
+    const bool left = region.left() > 0 && box.left() <= slack;
+    const bool right = region.right() < picture.width() - 1 && box.right() >= enlarged.width() - 1 - slack;
+    const bool top = region.top() > 0 && box.top() <= slack;
+    const bool bottom =
+        region.bottom() < picture.height() - 1 && box.bottom() >= enlarged.height() - 1 - slack;
+    return left || right || top || bottom;
 }
 
 bool isBetter(const Candidate& a, const Candidate& b)
@@ -45,10 +63,31 @@ bool isBetter(const Candidate& a, const Candidate& b)
            b.identifier.kind != WatermarkIdentifier::Kind::number;
 }
 
+void collect(const platform::TextRecognition& text, const QRect& region, QSize picture, QSize enlarged,
+             bool enhanced, QList<Candidate>& candidates)
+{
+    QSet<QString> seenHere;
+    for (qsizetype i = 0; i < text.lines.size(); ++i) {
+        if (i < text.boxes.size() && isCutByRegion(text.boxes[i], region, picture, enlarged))
+            continue;
+        const std::optional<WatermarkIdentifier> found = WatermarkIdentifier::find(text.lines[i]);
+        if (!found || seenHere.contains(found->identifier))
+            continue;
+        seenHere.insert(found->identifier);
+        const auto same = std::find_if(candidates.begin(), candidates.end(), [&](const Candidate& c) {
+            return c.identifier.identifier == found->identifier;
+        });
+        if (same != candidates.end())
+            ++same->regions;
+        else
+            candidates << Candidate{*found, 1, region, enhanced};
+    }
+}
+
 } // namespace
 
-WatermarkReader::WatermarkReader(std::unique_ptr<platform::TextRecognizer> recognizer)
-    : m_recognizer(std::move(recognizer))
+WatermarkReader::WatermarkReader(std::unique_ptr<platform::TextRecognizer> recognizer, Enhancer enhance)
+    : m_recognizer(std::move(recognizer)), m_enhance(std::move(enhance))
 {
 }
 
@@ -73,47 +112,55 @@ WatermarkReading WatermarkReader::read(const QImage& upright)
     QList<Candidate> candidates;
     int failedRegions = 0;
     const QList<QRect> regions = regionsOf(upright.size());
-    for (const QRect& region : regions) {
-        const platform::TextRecognition text =
-            m_recognizer->recognize(enlargedRegion(upright, region, enlargementFor(region.size())));
-        if (!text.error.isEmpty()) {
-            ++failedRegions;
-            reading.error = text.error;
-            continue;
-        }
-        QSet<QString> seenHere;
-        for (const QString& line : text.lines) {
-            reading.lines << line;
-            const std::optional<WatermarkIdentifier> found = WatermarkIdentifier::find(line);
-            if (!found || seenHere.contains(found->identifier))
+    for (const bool enhanced : {false, true}) {
+        // Light text on a light background (white stamps over sky or a white wall) is read again with its
+        // local contrast raised; a picture whose stamp was read plainly costs nothing more.
+        if (enhanced && !candidates.isEmpty())
+            break;
+        for (const QRect& region : regions) {
+            const QImage source = prepared(upright, region, enlargementFor(region.size()), enhanced);
+            const platform::TextRecognition text = m_recognizer->recognize(source);
+            if (!text.error.isEmpty()) {
+                ++failedRegions;
+                reading.error = text.error;
                 continue;
-            seenHere.insert(found->identifier);
-            const auto same = std::find_if(candidates.begin(), candidates.end(), [&](const Candidate& c) {
-                return c.identifier.identifier == found->identifier;
-            });
-            if (same != candidates.end())
-                ++same->regions;
-            else
-                candidates << Candidate{*found, 1, region};
+            }
+            reading.lines << text.lines;
+            collect(text, region, upright.size(), source.size(), enhanced, candidates);
         }
     }
-    if (failedRegions < regions.size())
+    if (failedRegions < 2 * regions.size())
         reading.error.clear();
     if (candidates.isEmpty())
         return reading;
     const Candidate& best = *std::min_element(candidates.begin(), candidates.end(), isBetter);
-    if (best.regions >= 2 || isConfirmed(upright, best.firstRegion, best.identifier.identifier))
+    if (best.regions >= 2 || isConfirmed(upright, best))
         reading.found = best.identifier;
     return reading;
 }
 
-bool WatermarkReader::isConfirmed(const QImage& upright, const QRect& region, const QString& identifier)
+QImage WatermarkReader::defaultEnhancer(const QImage& region)
 {
+    return platform::withLocalContrast(region);
+}
+
+QImage WatermarkReader::prepared(const QImage& upright, const QRect& region, double scale,
+                                 bool enhanced) const
+{
+    const QImage enlarged = enlargedRegion(upright, region, scale);
+    return enhanced && m_enhance ? m_enhance(enlarged) : enlarged;
+}
+
+bool WatermarkReader::isConfirmed(const QImage& upright, const Candidate& candidate)
+{
+    const QRect& region = candidate.firstRegion;
     const double scale = enlargementFor(region.size()) * kConfirmationScale;
-    const platform::TextRecognition again = m_recognizer->recognize(enlargedRegion(upright, region, scale));
-    return std::any_of(again.lines.begin(), again.lines.end(), [&](const QString& line) {
-        const std::optional<WatermarkIdentifier> found = WatermarkIdentifier::find(line);
-        return found && found->identifier == identifier;
+    const QImage source = prepared(upright, region, scale, candidate.enhanced);
+    QList<Candidate> again;
+    collect(m_recognizer->recognize(source), region, upright.size(), source.size(), candidate.enhanced,
+            again);
+    return std::any_of(again.begin(), again.end(), [&](const Candidate& c) {
+        return c.identifier.identifier == candidate.identifier.identifier;
     });
 }
 

@@ -9,6 +9,7 @@
 #include <QRect>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -36,7 +37,10 @@ struct WatermarkReading
 class WatermarkReader
 {
 public:
-    explicit WatermarkReader(std::unique_ptr<platform::TextRecognizer> recognizer);
+    // Raises the local contrast of a region for the second reading; the default is the platform's.
+    using Enhancer = std::function<QImage(const QImage&)>;
+    explicit WatermarkReader(std::unique_ptr<platform::TextRecognizer> recognizer,
+                             Enhancer enhance = &defaultEnhancer);
     ~WatermarkReader();
 
     WatermarkReading read(const QImage& upright);
@@ -51,10 +55,16 @@ public:
     static constexpr double kMaxEnlargement = 4.0;
     static constexpr double kConfirmationScale = 1.5; // the second reading's enlargement over the first
 
+    static QImage defaultEnhancer(const QImage& region);
+
+    struct Candidate;
+
 private:
-    bool isConfirmed(const QImage& upright, const QRect& region, const QString& identifier);
+    QImage prepared(const QImage& upright, const QRect& region, double scale, bool enhanced) const;
+    bool isConfirmed(const QImage& upright, const Candidate& candidate);
 
     std::unique_ptr<platform::TextRecognizer> m_recognizer;
+    Enhancer m_enhance;
 };
 
 } // namespace lumaro::vision

@@ -61,7 +61,10 @@ WatermarkService::WatermarkService(ReaderFactory makeReader) : m_makeReader(std:
 
 std::unique_ptr<WatermarkReader> WatermarkService::withInstalledModels()
 {
-    std::unique_ptr<platform::TextRecognizer> recognizer = platform::makeTextRecognizer();
+    // Lines only: a page reader would take a photo of a page, or a sign, for a page and never see the stamp.
+    std::unique_ptr<platform::TextRecognizer> recognizer = platform::makeLineTextRecognizer();
+    if (!recognizer)
+        recognizer = platform::makeTextRecognizer();
     if (!recognizer)
         return nullptr;
     return std::make_unique<WatermarkReader>(std::move(recognizer));

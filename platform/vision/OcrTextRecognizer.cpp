@@ -91,8 +91,11 @@ TextRecognition OcrTextRecognizer::readLines(const QImage& image)
                 break;
             const detail::ReadLine line = m_lines->read(bgr, box);
             const QString text = withoutCjkSpacing(line.text.trimmed());
-            if (line.confidence >= kMinLineConfidence && hasLetterOrDigit(text))
+            if (line.confidence >= kMinLineConfidence && hasLetterOrDigit(text)) {
                 result.lines << text;
+                const cv::Rect bounds = box.boundingRect() & cv::Rect(0, 0, bgr.cols, bgr.rows);
+                result.boxes << QRect(bounds.x, bounds.y, bounds.width, bounds.height);
+            }
         }
     } catch (const std::exception& error) {
         return {{}, QString::fromUtf8(error.what()), result.textShare};
@@ -100,7 +103,9 @@ TextRecognition OcrTextRecognizer::readLines(const QImage& image)
     return result;
 }
 
-std::unique_ptr<TextRecognizer> makeTextRecognizer()
+namespace {
+
+std::unique_ptr<detail::PaddleOcr> installedLineReader()
 {
     const QString signal = QStringLiteral("照片与倾斜文字识别");
     const QString detector =
@@ -108,9 +113,24 @@ std::unique_ptr<TextRecognizer> makeTextRecognizer()
     const QString recogniser =
         detail::installedModel(signal, QStringLiteral("ocr/ch_PP-OCRv4_rec_infer_cv46.onnx"));
     const QString keys = detail::installedModel(signal, QStringLiteral("ocr/ppocr_keys_v1.txt"));
-    std::unique_ptr<detail::PaddleOcr> lines;
-    if (!detector.isEmpty() && !recogniser.isEmpty() && !keys.isEmpty())
-        lines = detail::PaddleOcr::load(detector, recogniser, keys);
+    if (detector.isEmpty() || recogniser.isEmpty() || keys.isEmpty())
+        return nullptr;
+    return detail::PaddleOcr::load(detector, recogniser, keys);
+}
+
+} // namespace
+
+std::unique_ptr<TextRecognizer> makeLineTextRecognizer()
+{
+    std::unique_ptr<detail::PaddleOcr> lines = installedLineReader();
+    if (!lines)
+        return nullptr;
+    return std::make_unique<OcrTextRecognizer>(std::move(lines), nullptr);
+}
+
+std::unique_ptr<TextRecognizer> makeTextRecognizer()
+{
+    std::unique_ptr<detail::PaddleOcr> lines = installedLineReader();
     const auto makePages = [] {
         std::unique_ptr<TesseractTextRecognizer> pages = TesseractTextRecognizer::create();
         if (!pages)

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <QImage>
+#include <QList>
+#include <QRect>
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +17,8 @@ struct TextRecognition
     QStringList lines;      // top to bottom, each trimmed and non-empty
     QString error;          // empty on success
     double textShare = 0.0; // part of the picture covered by text lines, 0..1 (0 when the reader cannot tell)
+    QList<QRect> boxes; // each line's bounds in the picture, in the order of `lines`; empty when the reader
+                        // cannot tell
 };
 
 // One recogniser per thread, initialised once (loading the language data is the slow part).
@@ -29,6 +33,10 @@ public:
 // reads them, Tesseract reads clean pages after levelling them; either alone when the other is missing;
 // nullptr when neither is available (logged once).
 std::unique_ptr<TextRecognizer> makeTextRecognizer();
+// PP-OCR alone, every line read as a line and its box given: for small text in a part of a picture (a stamp
+// in a corner), where a page reader would take the picture's other text for a page and miss the small line.
+// nullptr when its models are not installed (logged once).
+std::unique_ptr<TextRecognizer> makeLineTextRecognizer();
 
 // Spaces a reader puts between Chinese characters, or around Chinese punctuation, are not in the text
 // ("讨论 ， 成员们" → "讨论，成员们"); spaces between Latin words stay.

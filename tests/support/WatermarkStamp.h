@@ -23,6 +23,10 @@ struct WatermarkStyle
     double heightShare = 0.02; // text height as a part of the picture's height
     bool shadow = false;       // a dark copy one step down and right, as platforms draw it
     bool logo = false;         // a small rounded mark before the text
+    bool bold = true;
+    bool monospaced = false; // Noto Sans Mono CJK, as some apps stamp account numbers
+    QString
+        platformLine; // the app's name on a line of its own above the identifier ("小红书"); none when empty
 };
 
 // Returns `picture` with `text` drawn on it in Noto Sans CJK (any installed sans font when missing).

@@ -16,6 +16,8 @@ TEST(WatermarkIdentifier, FindsHandlesAndIdLinesAsPlatformsStampThem)
     const Case cases[] = {
         {"@lily_chen", "@lily_chen", "handle"},
         {"@momo.photo", "@momo.photo", "handle"},
+        {"@Lily_Chen", "@lily_chen", "handle"}, // handles are one account whatever the case
+        {"抖音号：DY88231", "dy88231", "id"},
         {"@名字", "@名字", "handle"},
         {"＠小鹿摄影", "@小鹿摄影", "handle"}, // full-width "@"
         {"小红书 @ sunny_days.", "@sunny_days",

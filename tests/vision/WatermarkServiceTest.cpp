@@ -110,11 +110,15 @@ TEST(WatermarkService, ReadsRealStampsOnRealPhotos)
     stamp("basketball1.png", "b.jpg", "号：55102937", {StampPlace::bottomCentre, 0.7, 0.025, false, true});
     stamp("astronaut.png", "c.jpg", "@橘子汽水", {StampPlace::bottomRight, 0.6, 0.02, false, false});
     stamp("chelsea.png", "d.jpg", "", {});
-    const WatermarkRunResult run = WatermarkService().run(
-        folder.path(),
-        {QStringLiteral("a.jpg"), QStringLiteral("b.jpg"), QStringLiteral("c.jpg"), QStringLiteral("d.jpg")},
-        {true, {}, nullptr});
-    ASSERT_EQ(run.results.size(), 4);
+    // A photographed page fills the corners with lines: the stamp is still read as a line of its own.
+    stamp("imageTextN.png", "e.jpg", "号：55102937", {StampPlace::bottomRight, 0.7, 0.025, true, false});
+    const WatermarkRunResult run =
+        WatermarkService().run(folder.path(),
+                               {QStringLiteral("a.jpg"), QStringLiteral("b.jpg"), QStringLiteral("c.jpg"),
+                                QStringLiteral("d.jpg"), QStringLiteral("e.jpg")},
+                               {true, {}, nullptr});
+    ASSERT_EQ(run.results.size(), 5);
+    EXPECT_EQ(run.results[4].identifier, QStringLiteral("55102937"));
     EXPECT_EQ(run.results[0].identifier, QStringLiteral("@k.tanaka"));
     EXPECT_EQ(run.results[1].identifier, QStringLiteral("55102937"));
     EXPECT_EQ(run.results[2].identifier, QStringLiteral("@橘子汽水"));
