@@ -46,8 +46,10 @@ const QList<QPair<QString, QString>>& colourWords()
 
 } // namespace
 
-FolderCardList::FolderCardList(library::FavourManager* favourites, QWidget* parent)
-    : QListWidget(parent), m_favourites(favourites), m_service(new browse::FolderCardService({}, this)),
+FolderCardList::FolderCardList(library::FavourManager* favourites, QWidget* parent,
+                               std::shared_ptr<browse::FolderCardScanner> scanner)
+    : QListWidget(parent), m_favourites(favourites),
+      m_service(new browse::FolderCardService(std::move(scanner), this)),
       m_coverCache(std::make_unique<browse::ThumbnailCache>())
 {
     browse::ThumbnailLoader::Options options;
@@ -81,13 +83,34 @@ void FolderCardList::showFolder(const QString& parent)
     if (parent == m_parent)
         return;
     m_parent = parent;
+    m_titles.clear();
+    clearCards();
+    m_covers->setFolder(parent);
+    m_service->show(parent);
+}
+
+void FolderCardList::showFolders(const QString& key, const QStringList& folders,
+                                 const QHash<QString, QString>& titles)
+{
+    m_parent = key;
+    m_titles = titles;
+    clearCards();
+    m_covers->setFolder(key);
+    m_service->showFolders(key, folders);
+}
+
+void FolderCardList::clearCards()
+{
     clear();
     m_items.clear();
     m_cards.clear();
     m_coverOf.clear();
     m_covered.clear();
-    m_covers->setFolder(parent);
-    m_service->show(parent);
+}
+
+QString FolderCardList::titleOf(const QString& folder) const
+{
+    return m_titles.value(folder, QDir(folder).dirName());
 }
 
 QStringList FolderCardList::folders() const
@@ -116,7 +139,7 @@ void FolderCardList::listed(const QString& parent, const QStringList& subfolders
     setUpdatesEnabled(false);
     const QIcon blank = coverIcon({});
     for (const QString& folder : subfolders) {
-        auto* card = new QListWidgetItem(blank, QDir(folder).dirName(), this);
+        auto* card = new QListWidgetItem(blank, titleOf(folder), this);
         card->setData(Qt::UserRole, folder);
         card->setTextAlignment(Qt::AlignHCenter | Qt::AlignTop);
         m_items.insert(folder, card);
@@ -126,7 +149,7 @@ void FolderCardList::listed(const QString& parent, const QStringList& subfolders
 
 QString FolderCardList::describe(const browse::FolderCard& card) const
 {
-    QString text = QDir(card.path).dirName() + QLatin1Char('\n');
+    QString text = titleOf(card.path) + QLatin1Char('\n');
     if (!card.readable)
         return text + tr("无法读取");
     text += tr("%1 张").arg(card.pictureCount);

@@ -8,6 +8,7 @@
 #include <QListWidget>
 
 namespace lumaro::browse {
+class FolderCardScanner;
 class FolderCardService;
 class ThumbnailCache;
 class ThumbnailLoader;
@@ -28,14 +29,23 @@ class FolderCardList : public QListWidget
 {
     Q_OBJECT
 public:
-    explicit FolderCardList(library::FavourManager* favourites, QWidget* parent = nullptr);
+    // `scanner`: where the cards are worked out and cached (the folder panel's own by default).
+    explicit FolderCardList(library::FavourManager* favourites, QWidget* parent = nullptr,
+                            std::shared_ptr<browse::FolderCardScanner> scanner = {});
     ~FolderCardList() override;
 
     void showFolder(const QString& parent);
+    // Cards of folders from anywhere, in the given order, under `key`; a card is titled by `titles` where it
+    // names the folder, else by the folder's name. Always worked out again (the folders on disk may have
+    // changed), from the scanner's cache where they did not.
+    void showFolders(const QString& key, const QStringList& folders,
+                     const QHash<QString, QString>& titles = {});
     QStringList folders() const;
     // The card of `folder` once it has arrived.
     std::optional<browse::FolderCard> card(const QString& folder) const;
     bool isBusy() const;
+    // What the card of `folder` is titled: its title from showFolders(), else the folder's name.
+    QString titleOf(const QString& folder) const;
     // Whether the cover of `folder` is drawn (tests and the first-screen measure read it).
     bool hasCover(const QString& folder) const { return m_covered.contains(folder); }
 
@@ -54,6 +64,7 @@ private:
     void coverArrived(const QString& path, const QImage& image);
     void requestVisibleCovers();
     QString describe(const browse::FolderCard& card) const;
+    void clearCards();
 
     library::FavourManager* m_favourites;
     browse::FolderCardService* m_service;
@@ -62,6 +73,7 @@ private:
     QString m_parent;
     QHash<QString, QListWidgetItem*> m_items; // folder → its card
     QHash<QString, browse::FolderCard> m_cards;
+    QHash<QString, QString> m_titles;  // folder → the title its card shows instead of its name
     QHash<QString, QString> m_coverOf; // cover picture → folder
     QSet<QString> m_covered;
     bool m_coversRequested = false;

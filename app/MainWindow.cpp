@@ -10,6 +10,7 @@
 #include "app/FolderViewMemory.h"
 #include "app/GridPreviewMode.h"
 #include "app/HistogramOverlay.h"
+#include "app/HomePage.h"
 #include "app/KeyHelpDialog.h"
 #include "app/KeyMonitor.h"
 #include "app/LoupeView.h"
@@ -32,9 +33,13 @@
 #include "browse/thumbnails/FullPictureLoader.h"
 #include "browse/thumbnails/ThumbnailCache.h"
 #include "browse/thumbnails/ThumbnailLoader.h"
+#include "home/ForecastClient.h"
+#include "home/RecentFolders.h"
 #include "library/ChannelStore.h"
+#include "library/FavourManager.h"
 #include "platform/Log.h"
 #include "platform/QSettingsStore.h"
+#include "platform/location/GeoClueLocator.h"
 #include "platform/volumes/RemovableVolumeMonitor.h"
 #include "platform/volumes/UDisksMountEvents.h"
 
@@ -95,7 +100,9 @@ MainWindow::MainWindow(QWidget* parent)
         connect(&mode->thumbnails(), &ThumbnailScrollView::firstScreenComplete, this,
                 &MainWindow::firstScreenComplete);
     }
-    setCentralWidget(m_stack);
+    m_pages = new QStackedWidget(this);
+    m_pages->addWidget(m_stack);
+    setCentralWidget(m_pages);
     m_histogram = new HistogramOverlay(*m_state, *m_thumbnails, m_stack);
     m_fullPictures = new browse::FullPictureLoader({}, this);
     m_fullPictures->setRotationFunction(
@@ -119,6 +126,8 @@ MainWindow::MainWindow(QWidget* parent)
     m_keyMonitor = new KeyMonitor(
         *this,
         [this](int key, Qt::KeyboardModifiers modifiers, bool isAutoRepeat) {
+            if (isHomeShown())
+                return false; // the culling keys never act on pictures that are not on screen
             if (key == Qt::Key_Escape && m_loupe->isOpen()) {
                 m_loupe->close(); // back to fit first; a second Esc leaves full screen
                 return true;
@@ -161,6 +170,7 @@ MainWindow::MainWindow(QWidget* parent)
     connect(m_folderPanel, &FolderPanel::openRequested, this, &MainWindow::openFolder);
     connect(m_folderPanel, &FolderPanel::moveRequested, m_navigator, &browse::FolderNavigator::move);
     buildChannelsDock();
+    buildHomePage();
     FolderMapView& map = static_cast<WaterfallMode*>(m_modes.at(waterfallMode))->folderMap();
     connect(&map, &FolderMapView::openRequested, this, &MainWindow::openFolder);
     connect(&map, &FolderMapView::moveRequested, m_navigator, &browse::FolderNavigator::move);
@@ -255,6 +265,7 @@ void MainWindow::buildMenus()
     QMenu* view = menuBar()->addMenu(tr("显示"));
     view->addAction(m_folderDock->toggleViewAction());
     view->addAction(m_channelsDock->toggleViewAction());
+    view->addAction(tr("首页"), QKeySequence(Qt::ALT | Qt::Key_Home), this, &MainWindow::showHome);
     view->addAction(tr("全屏"), QKeySequence::FullScreen, this, &MainWindow::toggleFullScreen);
     // F1 is no help key here: it is the red key's twin (see the key names).
     view->addAction(tr("快捷键帮助"), this, &MainWindow::showKeyHelp);
@@ -274,6 +285,27 @@ void MainWindow::buildChannelsDock()
     connect(m_channels, &ChannelsPanel::openRequested, this, &MainWindow::openFolder);
 }
 
+void MainWindow::buildHomePage()
+{
+    m_home = new HomePage(
+        platform::QSettingsStore::shared(), library::ChannelStore::shared(), &library::FavourManager::shared(),
+        new home::ForecastClient(home::ForecastClient::defaultBaseUrl(), platform::systemClock(), {}, this),
+        new platform::GeoClueLocator(this), m_pages);
+    m_pages->addWidget(m_home);
+    connect(m_home, &HomePage::openRequested, this, &MainWindow::openFolder);
+}
+
+void MainWindow::showHome()
+{
+    m_pages->setCurrentWidget(m_home);
+    setFolderTitle({});
+}
+
+bool MainWindow::isHomeShown() const
+{
+    return m_pages->currentWidget() == m_home;
+}
+
 void MainWindow::buildModeBar()
 {
     QToolBar* bar = addToolBar(tr("浏览模式"));
@@ -291,6 +323,8 @@ void MainWindow::buildModeBar()
     connect(m_modeActions, &QActionGroup::triggered, this,
             [this](QAction* action) { switchMode(action->data().toInt()); });
     bar->addSeparator();
+    bar->addAction(tr("首页"), this, &MainWindow::showHome)
+        ->setToolTip(tr("首页：最近的文件夹、本周的拍摄与天气 (Alt+Home)"));
     bar->addAction(tr("打开文件夹"), this, &MainWindow::chooseFolder);
     bar->addAction(m_folderDock->toggleViewAction());
     bar->addAction(tr("设置"), this, &MainWindow::showSettings);
@@ -329,6 +363,8 @@ void MainWindow::chooseFolder()
 void MainWindow::openFolder(const QString& folder)
 {
     const QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    m_pages->setCurrentWidget(m_stack);
+    home::RecentFolders(platform::QSettingsStore::shared()).remember(path);
     m_folderPanel->setDeepMode(false);
     m_sinceOpen.start();
     const auto view = m_memory->recall(path);

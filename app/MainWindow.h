@@ -36,6 +36,7 @@ class ChannelsPanel;
 class CompareView;
 class FolderPanel;
 class HistogramOverlay;
+class HomePage;
 class FolderViewMemory;
 class KeyMonitor;
 class LoupeView;
@@ -61,6 +62,10 @@ public:
     ~MainWindow() override;
 
     void openFolder(const QString& folder);
+    // The home page instead of the pictures; opening a folder leaves it.
+    void showHome();
+    bool isHomeShown() const;
+    HomePage& homePage() { return *m_home; }
     void switchMode(int mode);
     int currentModeIndex() const;
     BrowseMode& mode(int index) const { return *m_modes.at(index); }
@@ -103,6 +108,7 @@ private:
     void performViewerAction(browse::ViewerAction action);
     void buildModeBar();
     void buildChannelsDock();
+    void buildHomePage();
     void chooseFolder();
     void folderLoaded(const QString& folder, int count);
     void firstScreenComplete(int tiles);
@@ -117,7 +123,9 @@ private:
 
     browse::LMRModeState* m_state;
     browse::ThumbnailLoader* m_thumbnails;
-    QStackedWidget* m_stack;
+    QStackedWidget* m_pages; // the browsing modes, or the home page
+    QStackedWidget* m_stack; // the browsing modes
+    HomePage* m_home = nullptr;
     QList<BrowseMode*> m_modes;
     browse::FolderNavigator* m_navigator;
     browse::HotkeyDispatcher* m_dispatcher;

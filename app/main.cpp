@@ -26,7 +26,12 @@ int main(int argc, char* argv[])
                      .string(lumaro::browse::settingsKeys::originalFolderPath)
                      .value_or(QString());
     window.show();
+    // The last session's folder may be gone (a card taken out): the home page then, not an empty grid.
+    if (arguments.isEmpty() && !QFileInfo(folder).isDir())
+        folder.clear();
     if (!folder.isEmpty())
         window.openFolder(folder);
+    else
+        window.showHome();
     return application.exec();
 }

@@ -29,7 +29,8 @@ QUrl ForecastClient::defaultBaseUrl()
 }
 
 ForecastClient::ForecastClient(QUrl baseUrl, platform::Clock clock, QString cacheFolder, QObject* parent)
-    : QObject(parent), m_baseUrl(std::move(baseUrl)), m_clock(std::move(clock)),
+    : QObject(parent), m_baseUrl(baseUrl.isEmpty() ? defaultBaseUrl() : std::move(baseUrl)),
+      m_clock(clock ? std::move(clock) : platform::systemClock()),
       m_cacheFolder(cacheFolder.isEmpty() ? platform::AppPaths::cacheDir() + QStringLiteral("/forecast")
                                           : std::move(cacheFolder)),
       m_network(new QNetworkAccessManager(this))

@@ -27,6 +27,7 @@ public:
     static constexpr double cacheSeconds = 3 * 3600;
     static QUrl defaultBaseUrl(); // https://api.open-meteo.com/v1/forecast
 
+    // An empty URL, clock or folder: the service's own, the system clock, ~/.cache/lumaro/forecast.
     explicit ForecastClient(QUrl baseUrl = defaultBaseUrl(), platform::Clock clock = platform::systemClock(),
                             QString cacheFolder = {}, QObject* parent = nullptr);
     ~ForecastClient() override;

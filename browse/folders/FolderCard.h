@@ -3,6 +3,7 @@
 // colours.
 #pragma once
 
+#include <QDate>
 #include <QMap>
 #include <QString>
 #include <QStringList>
@@ -21,6 +22,7 @@ struct FolderCard
     qint64 firstTaken = 0;
     qint64 lastTaken = 0;
     QMap<QString, int> colourCounts; // "red" → pictures carrying it
+    QMap<QDate, int> picturesByDay;  // the local day each picture was taken → how many (the home page's shoots)
     QStringList names;
     bool readable = true; // false: the folder could not be listed (the card says so)
 

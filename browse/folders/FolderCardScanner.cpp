@@ -26,7 +26,7 @@ namespace lumaro::browse {
 namespace {
 
 // Bumped when what a card holds, or how it is read, changes: older files are then read as empty.
-constexpr int kCacheVersion = 1;
+constexpr int kCacheVersion = 2; // 2: the days pictures were taken
 // Folders read between two batches handed to the caller.
 constexpr int kBatchFolders = 16;
 
@@ -60,11 +60,15 @@ QJsonObject toJson(const FolderCardCacheEntry& entry)
     QJsonObject colours;
     for (auto it = entry.card.colourCounts.cbegin(); it != entry.card.colourCounts.cend(); ++it)
         colours.insert(it.key(), it.value());
+    QJsonObject days;
+    for (auto it = entry.card.picturesByDay.cbegin(); it != entry.card.picturesByDay.cend(); ++it)
+        days.insert(it.key().toString(Qt::ISODate), it.value());
     return {{QStringLiteral("signature"), QString::fromLatin1(entry.signature)},
             {QStringLiteral("count"), entry.card.pictureCount},
             {QStringLiteral("first"), entry.card.firstTaken},
             {QStringLiteral("last"), entry.card.lastTaken},
             {QStringLiteral("colours"), colours},
+            {QStringLiteral("days"), days},
             {QStringLiteral("names"), QJsonArray::fromStringList(entry.card.names)}};
 }
 
@@ -79,6 +83,12 @@ FolderCardCacheEntry fromJson(const QString& path, const QJsonObject& object)
     const QJsonObject colours = object.value(QStringLiteral("colours")).toObject();
     for (auto it = colours.begin(); it != colours.end(); ++it)
         entry.card.colourCounts.insert(it.key(), it.value().toInt());
+    const QJsonObject days = object.value(QStringLiteral("days")).toObject();
+    for (auto it = days.begin(); it != days.end(); ++it) {
+        const QDate day = QDate::fromString(it.key(), Qt::ISODate);
+        if (day.isValid())
+            entry.card.picturesByDay.insert(day, it.value().toInt());
+    }
     for (const QJsonValue& name : object.value(QStringLiteral("names")).toArray())
         entry.card.names << name.toString();
     return entry;
@@ -129,6 +139,7 @@ FolderCard FolderCardScanner::read(const QString& folder, const QStringList& nam
         if (taken > 0) {
             card.firstTaken = card.firstTaken == 0 ? taken : std::min(card.firstTaken, taken);
             card.lastTaken = std::max(card.lastTaken, taken);
+            ++card.picturesByDay[QDateTime::fromMSecsSinceEpoch(taken).date()];
         }
         for (const QString& colour : annotationFromTags(m_tags.tags(path).value_or(QStringList())).colors)
             ++card.colourCounts[colour];

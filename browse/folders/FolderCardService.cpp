@@ -6,6 +6,8 @@
 #include "platform/Log.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
+#include <QMap>
 #include <QPointer>
 #include <QThreadPool>
 
@@ -24,10 +26,22 @@ FolderCardService::~FolderCardService()
 
 void FolderCardService::show(const QString& parent)
 {
+    start(
+        parent, [parent] { return FileSystemService::shared().subfolders(parent); }, false);
+}
+
+void FolderCardService::showFolders(const QString& key, const QStringList& folders)
+{
+    start(
+        key, [folders] { return folders; }, true);
+}
+
+void FolderCardService::start(const QString& key, std::function<QStringList()> list, bool groupByParent)
+{
     const quint64 generation = ++*m_generation;
-    m_parent = parent;
-    m_busy = !parent.isEmpty();
-    if (parent.isEmpty())
+    m_parent = key;
+    m_busy = !key.isEmpty();
+    if (key.isEmpty())
         return;
     QPointer<FolderCardService> self(this);
     auto current = m_generation;
@@ -42,23 +56,32 @@ void FolderCardService::show(const QString& parent)
             },
             Qt::QueuedConnection);
     };
-    QThreadPool::globalInstance()->start([parent, scanner, current, generation, post] {
+    QThreadPool::globalInstance()->start([key, list, groupByParent, scanner, current, generation, post] {
         QElapsedTimer timer;
         timer.start();
-        const QStringList subfolders = FileSystemService::shared().subfolders(parent);
-        post([parent, subfolders](FolderCardService& service) { Q_EMIT service.listed(parent, subfolders); });
-        scanner->scan(parent, subfolders, [&](const QList<FolderCard>& cards) {
-            post([parent, cards](FolderCardService& service) { Q_EMIT service.cardsReady(parent, cards); });
-            return *current == generation;
-        });
+        const QStringList folders = list();
+        post([key, folders](FolderCardService& service) { Q_EMIT service.listed(key, folders); });
+        // The cache is kept per parent: the children of the folder shown, or the given folders grouped by
+        // theirs.
+        QMap<QString, QStringList> byParent;
+        if (!groupByParent)
+            byParent.insert(key, folders);
+        for (const QString& folder : groupByParent ? folders : QStringList())
+            byParent[QFileInfo(folder).path()] << folder;
+        for (auto group = byParent.cbegin(); group != byParent.cend() && *current == generation; ++group) {
+            scanner->scan(group.key(), group.value(), [&](const QList<FolderCard>& cards) {
+                post([key, cards](FolderCardService& service) { Q_EMIT service.cardsReady(key, cards); });
+                return *current == generation;
+            });
+        }
         if (*current != generation)
             return;
         platform::Log::raw(QStringLiteral("PERF-FOLDER-CARDS: %1 个子文件夹 %2 s")
-                               .arg(subfolders.size())
+                               .arg(folders.size())
                                .arg(double(timer.nsecsElapsed()) / 1e9, 0, 'f', 3));
-        post([parent](FolderCardService& service) {
+        post([key](FolderCardService& service) {
             service.m_busy = false;
-            Q_EMIT service.finished(parent);
+            Q_EMIT service.finished(key);
         });
     });
 }

@@ -212,6 +212,19 @@ TEST_F(MainWindowTest, CompareShowsTwoToFourNeighboursAtOneZoom)
     EXPECT_FALSE(compare.isOpen());
 }
 
+TEST_F(MainWindowTest, OnTheHomePageTheCullingKeysLeaveThePicturesAlone)
+{
+    open(m_folder.path());
+    m_window.showHome();
+    ASSERT_TRUE(m_window.isHomeShown());
+    press(Qt::Key_D); // the selected picture is not on screen: deleting it would be deleting blind
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(m_folder.exists(QStringLiteral("IMG_00.jpg")));
+    EXPECT_EQ(state().imageFiles().size(), 12);
+    m_window.openFolder(m_folder.path());
+    EXPECT_FALSE(m_window.isHomeShown());
+}
+
 TEST_F(MainWindowTest, DeleteMovesToTheTrashAndRestoreBringsItBack)
 {
     open(m_folder.path());

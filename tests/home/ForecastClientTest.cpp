@@ -3,10 +3,8 @@
 // the week read, answers kept three hours, and a server that is silent, refuses or talks nonsense.
 #include "home/ForecastClient.h"
 
+#include "tests/home/ReplayHttpServer.h"
 #include "tests/support/TempFolder.h"
-
-#include <QTcpServer>
-#include <QTcpSocket>
 
 #include <gtest/gtest.h>
 
@@ -15,66 +13,7 @@ namespace {
 using lumaro::home::Forecast;
 using lumaro::home::ForecastClient;
 using lumaro::testing::waitUntil;
-
-// An answer as the service gives it for daily=weather_code,…&hourly=cloud_cover&timezone=auto (cut to two
-// days, the second without a rain chance, and four hours).
-const QByteArray kAnswer = R"({"latitude":48.86,"longitude":2.3399997,"generationtime_ms":0.21,
-"utc_offset_seconds":7200,"timezone":"Europe/Paris","timezone_abbreviation":"CEST","elevation":43.0,
-"hourly_units":{"time":"iso8601","cloud_cover":"%"},
-"hourly":{"time":["2024-06-21T00:00","2024-06-21T01:00","2024-06-22T00:00","2024-06-22T01:00"],
-"cloud_cover":[20,41,100,null]},
-"daily_units":{"time":"iso8601","weather_code":"wmo code","temperature_2m_max":"°C","temperature_2m_min":"°C",
-"precipitation_probability_max":"%","wind_speed_10m_max":"km/h"},
-"daily":{"time":["2024-06-21","2024-06-22"],"weather_code":[2,61],"temperature_2m_max":[27.4,19.0],
-"temperature_2m_min":[15.1,12.3],"precipitation_probability_max":[10,null],"wind_speed_10m_max":[11.2,24.5]}})";
-
-// Answers each request with `status` and `body`, or not at all when `silent`.
-class ReplayServer
-{
-public:
-    ReplayServer()
-    {
-        m_server.listen(QHostAddress::LocalHost);
-        QObject::connect(&m_server, &QTcpServer::newConnection, [this] {
-            while (QTcpSocket* socket = m_server.nextPendingConnection()) {
-                QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { answer(socket); });
-            }
-        });
-    }
-
-    QUrl url() const
-    {
-        return QUrl(QStringLiteral("http://127.0.0.1:%1/v1/forecast").arg(m_server.serverPort()));
-    }
-
-    int status = 200;
-    QByteArray reason = "OK";
-    QByteArray body = kAnswer;
-    bool silent = false;
-    int requests = 0;
-    QByteArray lastRequest;
-
-private:
-    void answer(QTcpSocket* socket)
-    {
-        QByteArray& buffer = m_buffers[socket];
-        buffer += socket->readAll();
-        if (!buffer.contains("\r\n\r\n"))
-            return;
-        ++requests;
-        lastRequest = buffer.left(buffer.indexOf("\r\n"));
-        buffer.clear();
-        if (silent)
-            return;
-        socket->write("HTTP/1.1 " + QByteArray::number(status) + " " + reason +
-                      "\r\nContent-Type: application/json\r\nContent-Length: " +
-                      QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
-        socket->disconnectFromHost();
-    }
-
-    QTcpServer m_server;
-    QHash<QTcpSocket*, QByteArray> m_buffers;
-};
+using ReplayServer = lumaro::testing::ReplayHttpServer;
 
 struct Outcome
 {
@@ -183,6 +122,18 @@ TEST(ForecastClient, ASilentServerTimesOutAndAServerGoneIsUnavailable)
     ForecastClient nobody(
         QUrl(QStringLiteral("http://127.0.0.1:1/v1/forecast")), [] { return 1e9; }, cache.path());
     EXPECT_TRUE(fetchOnce(nobody, kParis).unavailable);
+}
+
+TEST(ForecastClient, LeftOutArgumentsMeanTheServiceAndTheSystemClock)
+{
+    ReplayServer server;
+    lumaro::testing::TempFolder cache;
+    EXPECT_EQ(ForecastClient({}, {}, cache.path()).requestUrl(kParis).host(),
+              QStringLiteral("api.open-meteo.com"));
+    ForecastClient client(server.url(), {}, cache.path());
+    ASSERT_TRUE(fetchOnce(client, kParis).forecast);
+    ASSERT_TRUE(fetchOnce(client, kParis).forecast); // from the cache, on the system's clock
+    EXPECT_EQ(server.requests, 1);
 }
 
 TEST(ForecastClient, ANewerPlaceDropsTheOlderAnswer)

@@ -74,13 +74,15 @@ TEST(FolderCardScanner, CountsDatesAndColoursAndReadsOnlyTheFoldersThatChanged)
     EXPECT_EQ(may.pictureCount, 3);
     EXPECT_EQ(may.firstTaken, local("2024:05:01 10:00:00"));
     EXPECT_EQ(may.lastTaken, local("2024:05:03 09:00:00"));
+    EXPECT_EQ(may.picturesByDay,
+              (QMap<QDate, int>{{QDate(2024, 5, 1), 1}, {QDate(2024, 5, 2), 1}, {QDate(2024, 5, 3), 1}}));
     EXPECT_EQ(may.colourCounts, (QMap<QString, int>{{QStringLiteral("red"), 1}}));
     EXPECT_EQ(may.coverPath(), parent.filePath(QStringLiteral("may/1.jpg")));
     EXPECT_EQ(may.coverPath([&](const QString& path) { return path.endsWith(QStringLiteral("3.png")); }),
               plain);
     EXPECT_EQ(tags.reads, 4);
 
-    // Warm: the same cards, and no picture opened.
+    // Warm: the same cards (their days too), and no picture opened.
     tags.reads = 0;
     QList<QList<FolderCard>> batches;
     EXPECT_EQ(FolderCardScanner(&tags, cache.path())
