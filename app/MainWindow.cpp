@@ -126,8 +126,6 @@ MainWindow::MainWindow(QWidget* parent)
     m_keyMonitor = new KeyMonitor(
         *this,
         [this](int key, Qt::KeyboardModifiers modifiers, bool isAutoRepeat) {
-            if (isHomeShown())
-                return false; // the culling keys never act on pictures that are not on screen
             if (key == Qt::Key_Escape && m_loupe->isOpen()) {
                 m_loupe->close(); // back to fit first; a second Esc leaves full screen
                 return true;
@@ -141,6 +139,8 @@ MainWindow::MainWindow(QWidget* parent)
                     toggleFullScreen();
                 return true;
             }
+            if (isHomeShown())
+                return false; // the culling and viewer keys never act on pictures that are not on screen
             if (m_dispatcher->handleKey(key, modifiers, isAutoRepeat))
                 return true;
             // The culling actions come first; the histogram and viewer keys never shadow one of them.
