@@ -151,3 +151,7 @@ void ForecastClient::finished(QNetworkReply* reply, const GeoPosition& position)
 }
 
 } // namespace lumaro::home
+
+// In this object rather than the module's shared moc file, which every QObject of the module pulls in: only
+// what uses it loads Qt Network (lumaro-cli starts without it).
+#include "moc_ForecastClient.cpp"

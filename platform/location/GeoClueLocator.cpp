@@ -166,3 +166,7 @@ void GeoClueLocator::finish(const QString& failure)
 }
 
 } // namespace lumaro::platform
+
+// In this object rather than the module's shared moc file, which every QObject of the module pulls in: only
+// what uses it loads Qt D-Bus (lumaro-cli starts without it).
+#include "moc_GeoClueLocator.cpp"
