@@ -37,3 +37,4 @@ HEAVY("histogram", "The tone histogram of a picture and its clipped shares", run
 HEAVY("roll", "Publish a folder as an online album on your own storage (rclone)", runRoll)
 LIGHT("sun", "Sunrise, sunset, golden and blue hour of a day at a place", runSun)
 HEAVY("watermark", "Read poster identifiers off saved pictures; sort them by poster", runWatermark)
+PAINTING("board", "Print a folder as board index sheets (contact sheets) into its _index", runBoard)
