@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHash>
 #include <QImageReader>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -27,6 +28,16 @@ namespace {
 
 const QString kTag = QStringLiteral("POSE_PANEL");
 constexpr int kPreviewSide = 900;
+
+// The crossing of the thirds lines, as a photographer says it.
+QString crossingName(const QString& powerPoint)
+{
+    static const QHash<QString, QString> names{{QStringLiteral("upperLeft"), QStringLiteral("左上")},
+                                               {QStringLiteral("upperRight"), QStringLiteral("右上")},
+                                               {QStringLiteral("lowerLeft"), QStringLiteral("左下")},
+                                               {QStringLiteral("lowerRight"), QStringLiteral("右下")}};
+    return names.value(powerPoint, powerPoint);
+}
 
 QString describe(int number, const pose::AnalysedPerson& analysed)
 {
@@ -57,11 +68,12 @@ QString describe(int number, const pose::AnalysedPerson& analysed)
                       : QStringLiteral("  弱检测，由物体检测确认"));
     if (analysed.face) {
         const pose::FaceFacts& face = *analysed.face;
-        lines << QStringLiteral("  人脸: 占画面 %1% · 第 %2 行第 %3 列 · %4三分点 %5")
+        lines << QStringLiteral("  人脸: 占画面 %1% · 第 %2 行第 %3 列 · %4%5三分点")
                      .arg(face.sizeShare * 100.0, 0, 'f', 2)
                      .arg(face.row + 1)
                      .arg(face.column + 1)
-                     .arg(face.onPowerPoint ? QStringLiteral("在") : QStringLiteral("近"), face.powerPoint);
+                     .arg(face.onPowerPoint ? QStringLiteral("在") : QStringLiteral("靠近"),
+                          crossingName(face.powerPoint));
     }
     QStringList repaired;
     for (auto it = analysed.repairs.cbegin(); it != analysed.repairs.cend(); ++it)
