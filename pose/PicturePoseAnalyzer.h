@@ -78,6 +78,8 @@ public:
     // The object detector's person score that may confirm a weak sighting. Alone the detector needs 0.45 to
     // name a thing; here the pose network has already seen a body in the same place.
     static constexpr float kConfirmingObjectScore = 0.3f;
+    // The long side faces are looked for at.
+    static constexpr int kFaceSide = 640;
     // A weak sighting shorter than this share of the picture gets a close look of the object detector, at
     // most kCloseLooks of them per picture (each costs as much as the whole look).
     static constexpr double kCloseLookShare = 0.25;
