@@ -8,14 +8,16 @@
 #include "library/RepertoireStore.h"
 #include "vision/GroupPrefix.h"
 
+#include "app/BoardSheetPanel.h"
 #include "app/CardMonitorPanel.h"
 #include "app/GroupingPanel.h"
 #include "app/PairingPanel.h"
 #include "app/PosePanel.h"
 #include "app/ReportPanel.h"
 #include "app/RollPanel.h"
-#include "browse/hotkeys/HistogramHotkey.h"
 #include "app/VisionPanel.h"
+#include "app/WatermarkPanel.h"
+#include "browse/hotkeys/HistogramHotkey.h"
 
 namespace lumaro::app {
 
@@ -25,9 +27,12 @@ void installToolPanels(ToolHost& host)
     host.addToolPanel(QStringLiteral("已收藏"), new FavouritesPanel(host, library::FavourManager::shared()));
     static library::RepertoireStore repertoire(&vision::GroupPrefix::stripped);
     repertoire.open();
-    host.addToolPanel(QStringLiteral("Repertoire 合集"), new RepertoirePanel(host, repertoire, library::FavourManager::shared()));
+    host.addToolPanel(QStringLiteral("Repertoire 合集"),
+                      new RepertoirePanel(host, repertoire, library::FavourManager::shared()));
     host.addToolPanel(QStringLiteral("文件名分组"), new GroupingPanel(host));
     host.addToolPanel(QStringLiteral("图像分析"), new VisionPanel(host));
+    host.addToolPanel(QStringLiteral("水印标识分拣"), new WatermarkPanel(host));
+    host.addToolPanel(QStringLiteral("索引表"), new BoardSheetPanel(host));
     host.addToolPanel(QStringLiteral("人物姿态"), new PosePanel(host));
     host.addToolPanel(QStringLiteral("JPG-RAW配对清理"), new PairingPanel(PairingPanel::Tool::clean, host));
     host.addToolPanel(QStringLiteral("RAW PICK"), new PairingPanel(PairingPanel::Tool::pick, host));
