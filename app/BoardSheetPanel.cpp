@@ -128,7 +128,8 @@ void BoardSheetPanel::start()
                                                ? QStringLiteral("，%1 张无法解码").arg(result.undecodable)
                                                : QString())
                                       .arg(QUrl::fromLocalFile(shown).toString(),
-                                           QFileInfo(shown).fileName().toHtmlEscaped()));
+                                           result.pdfPath.isEmpty() ? QStringLiteral("打开第一页")
+                                                                    : QStringLiteral("打开 PDF")));
             }
         });
 }

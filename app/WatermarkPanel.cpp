@@ -124,9 +124,9 @@ void WatermarkPanel::forget()
 
 void WatermarkPanel::setBusy(bool busy)
 {
-    for (QWidget* w : {static_cast<QWidget*>(m_readButton), static_cast<QWidget*>(m_allPictures),
-                       static_cast<QWidget*>(m_undoButton)})
-        w->setEnabled(!busy);
+    m_readButton->setEnabled(!busy);
+    m_allPictures->setEnabled(!busy);
+    m_undoButton->setEnabled(!busy && !m_lastLog.isEmpty());
     m_previewButton->setEnabled(!busy && !m_results.isEmpty());
     m_sortButton->setEnabled(!busy && !m_results.isEmpty());
     m_progress->setVisible(busy);
