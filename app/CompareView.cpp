@@ -3,6 +3,7 @@
 
 #include "app/TilePainter.h"
 #include "browse/state/LMRModeState.h"
+#include "browse/thumbnails/FaceCentreFinder.h"
 #include "browse/thumbnails/FullPictureLoader.h"
 #include "browse/thumbnails/ThumbnailLoader.h"
 
@@ -16,8 +17,8 @@
 namespace lumaro::app {
 
 CompareView::CompareView(browse::LMRModeState& state, browse::ThumbnailLoader& previews,
-                         browse::FullPictureLoader& full, QWidget* parent)
-    : QWidget(parent), m_state(state), m_previews(previews), m_full(full)
+                         browse::FullPictureLoader& full, QWidget* parent, browse::FaceCentreFinder* faces)
+    : QWidget(parent), m_state(state), m_previews(previews), m_full(full), m_faces(faces)
 {
     setAutoFillBackground(true);
     QPalette dark = palette();
@@ -92,6 +93,8 @@ void CompareView::follow()
     for (int i = m_start; i < m_start + panes; ++i)
         m_paths << *folder + QLatin1Char('/') + files.at(i);
     m_full.request(m_paths.constFirst(), m_paths.mid(1));
+    if (m_faces && m_state.selectedImageIndex())
+        m_faces->request(m_paths.at(*m_state.selectedImageIndex() - m_start)); // ready for the loupe key
     for (const QString& path : std::as_const(m_paths))
         m_previews.requestPreview(path);
     update();
@@ -110,7 +113,16 @@ void CompareView::zoomBy(int steps)
 
 void CompareView::toggleZoom()
 {
-    m_frame.zoom = m_frame.zoom == ZoomFrame::fit ? 1.0 : ZoomFrame::fit;
+    if (m_frame.zoom != ZoomFrame::fit) {
+        m_frame.zoom = ZoomFrame::fit;
+        return update();
+    }
+    m_frame.zoom = 1.0;
+    const auto selected = m_state.selectedImageIndex();
+    if (m_faces && selected && *selected >= m_start && *selected - m_start < m_paths.size()) {
+        if (const auto face = m_faces->centre(m_paths.at(*selected - m_start)); face && *face)
+            m_frame.centre = **face;
+    }
     update();
 }
 
@@ -166,7 +178,10 @@ void CompareView::paintEvent(QPaintEvent*)
             painter.drawImage(m_frame.place(image.size(), isFull, QRectF(cell), devicePixelRatioF()), image);
         }
         const QString name = path.section(QLatin1Char('/'), -1);
-        TilePainter::paintMarks(painter, cell.adjusted(8, 30, -8, -8), m_state.rating(name), 16);
+        TilePainter::paintColorDots(painter, cell, m_state.imageAnnotations().value(name).colors, 16);
+        // A small corner: a reject's veil must not darken the picture being judged.
+        TilePainter::paintMarks(painter, QRect(cell.left() + 4, cell.bottom() - 48, 220, 44),
+                                m_state.rating(name), 16);
         QString status = m_frame.zoom == ZoomFrame::fit
                              ? tr("适合窗口")
                              : QStringLiteral("%1 %").arg(qRound(m_frame.zoom * 100));

@@ -10,6 +10,7 @@
 #include <QWidget>
 
 namespace lumaro::browse {
+class FaceCentreFinder;
 class FullPictureLoader;
 class LMRModeState;
 class ThumbnailLoader;
@@ -21,8 +22,8 @@ namespace lumaro::app {
 // selection (the selection first when it opens); moving the selection inside the run moves the highlight,
 // past its ends the run moves along. A click on a pane selects its picture, so the star and pick keys act on
 // it. All panes share one zoom (fit, 100 %, 200 %) and one place looked at: the wheel, a drag or the loupe
-// key change them all. Until a pane's full-size decode is in, its picture's own preview is shown fitted,
-// never another file's.
+// key change them all; the loupe key from fit looks at the selected picture's face when one was found. Until
+// a pane's full-size decode is in, its picture's own preview is shown fitted, never another file's.
 class CompareView : public QWidget
 {
     Q_OBJECT
@@ -31,7 +32,7 @@ public:
     static constexpr int maxPanes = 4;
 
     CompareView(browse::LMRModeState& state, browse::ThumbnailLoader& previews,
-                browse::FullPictureLoader& full, QWidget* parent);
+                browse::FullPictureLoader& full, QWidget* parent, browse::FaceCentreFinder* faces = nullptr);
 
     // The compare key: closed → 2 panes → 3 → 4 → closed. Fewer than two pictures: stays closed.
     void step();
@@ -69,6 +70,7 @@ private:
     browse::LMRModeState& m_state;
     browse::ThumbnailLoader& m_previews;
     browse::FullPictureLoader& m_full;
+    browse::FaceCentreFinder* m_faces;
     int m_panes = minPanes;
     int m_start = 0;
     QStringList m_paths;

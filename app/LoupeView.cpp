@@ -143,7 +143,10 @@ void LoupeView::paintEvent(QPaintEvent*)
     painter.setRenderHint(QPainter::SmoothPixmapTransform, !m_isFull || m_frame.zoom == fitZoom);
     painter.drawImage(imageRect(), m_image);
     const QString name = m_path.section(QLatin1Char('/'), -1);
-    TilePainter::paintMarks(painter, rect().adjusted(8, 8, -8, -8), m_state.rating(name), 20);
+    TilePainter::paintColorDots(painter, rect().adjusted(8, 8, -8, -8),
+                                m_state.imageAnnotations().value(name).colors, 18);
+    // A small corner: a reject's veil must not darken the picture whose focus is being judged.
+    TilePainter::paintMarks(painter, QRect(8, height() - 60, 260, 52), m_state.rating(name), 20);
     QString status =
         m_frame.zoom == fitZoom ? tr("适合窗口") : QStringLiteral("%1 %").arg(qRound(m_frame.zoom * 100));
     if (!m_isFull)

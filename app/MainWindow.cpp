@@ -111,7 +111,7 @@ MainWindow::MainWindow(QWidget* parent)
     faces->setRotationFunction(
         [this](const QString& path) { return m_state->rotationOverrideForPath(path); });
     m_loupe = new LoupeView(*m_state, *m_thumbnails, *m_fullPictures, m_stack, faces);
-    m_compare = new CompareView(*m_state, *m_thumbnails, *m_fullPictures, m_stack);
+    m_compare = new CompareView(*m_state, *m_thumbnails, *m_fullPictures, m_stack, faces);
     m_info = new ShootingInfoOverlay(*m_state, m_stack);
     for (PreviewView* preview : m_stack->findChildren<PreviewView*>())
         connect(preview, &PreviewView::loupeRequested, m_loupe,

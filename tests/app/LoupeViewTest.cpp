@@ -55,3 +55,30 @@ TEST(LoupeView, OpensOnTheFaceFoundOffTheMainThreadAndKeepsThePlaceForTheNextPic
 
 } // namespace
 } // namespace lumaro::app
+
+namespace lumaro::app {
+namespace {
+
+TEST(LoupeView, ARejectIsMarkedInItsCornerWithoutDarkeningThePictureBeingJudged)
+{
+    testing::TempFolder folder;
+    folder.writePicture(QStringLiteral("a.jpg"), QSize(600, 400), Qt::white);
+    browse::ThumbnailCache cache;
+    browse::LMRModeState state(&cache);
+    state.setFolderPath(folder.path(), folder.path(), folder.path());
+    state.setImageFiles({QStringLiteral("a.jpg")});
+    state.select(0);
+    state.setRating(QStringLiteral("a.jpg"), platform::PictureMarks{0, platform::PickFlag::rejected});
+    browse::ThumbnailLoader previews(cache);
+    browse::FullPictureLoader full;
+    QWidget parent;
+    parent.resize(300, 200);
+    parent.show();
+    LoupeView loupe(state, previews, full, &parent);
+    loupe.open();
+    ASSERT_TRUE(waitUntil([&] { return loupe.isShowingFullSize(); }));
+    EXPECT_GT(qGray(loupe.grab().toImage().pixel(150, 100)), 230);
+}
+
+} // namespace
+} // namespace lumaro::app
