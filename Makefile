@@ -9,7 +9,7 @@ FOLDER ?=
 JOBS ?= $(shell nproc)
 SECONDS ?= 60
 
-.PHONY: deps configure build run test bench fuzz install demo clean
+.PHONY: deps configure build run test sanitize bench fuzz install demo clean
 
 deps:
 	@bash scripts/install-deps.sh
@@ -30,6 +30,10 @@ run: build
 
 test: build
 	@cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS) -LE network
+
+# CI's second lane: one clang build under ASan + UBSan (build/fuzz) for the fuzz harnesses and every suite.
+sanitize:
+	@bash scripts/sanitizer-lane.sh
 
 bench: deps
 	@cmake --preset release >/dev/null
