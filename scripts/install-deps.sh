@@ -2,12 +2,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Installs everything Lumaro builds, tests and runs with, from Debian 12's own packages.
 # Idempotent: packages already present are left alone. Works as root or through sudo.
-# --fuzz adds the clang toolchain and libFuzzer for `make fuzz` (not needed by `make test`).
 set -euo pipefail
 
 packages=(
-  # toolchain
-  build-essential cmake ninja-build pkg-config git
+  # toolchain; the test build is clang's, for its sanitizers and libFuzzer
+  build-essential cmake ninja-build pkg-config git clang-14 libfuzzer-14-dev
   # Qt 6 (Widgets for the app, Core/Gui for everything else) and its image plugins (TIFF, WebP)
   qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libgl-dev
   # shooting report: charts in the app (Qt Charts, which needs Qt's OpenGL module), SVG charts painted into PDFs
@@ -45,10 +44,6 @@ packages=(
 # Any working npm will do, so Debian's is only asked for where there is none.
 if ! command -v npm >/dev/null; then
   packages+=(npm)
-fi
-
-if [ "${1:-}" = "--fuzz" ]; then
-  packages+=(clang-14 libfuzzer-14-dev)
 fi
 
 missing=()

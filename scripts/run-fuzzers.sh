@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Builds the fuzz preset and runs every harness in fuzz/ for SECONDS seconds each (default 60), one after the
-# other. Prints per harness the inputs run and whether it crashed; exits 1 when any harness crashed.
+# Builds the test preset (clang, ASan + UBSan) and runs every harness in fuzz/ for SECONDS seconds each
+# (default 60), one after the other. Prints per harness the inputs run and whether it crashed; exits 1 when any harness crashed.
 # Usage: scripts/run-fuzzers.sh [SECONDS] [HARNESS...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds="${1:-60}"
 shift || true
 
-cmake --preset fuzz >/dev/null
-cmake --build build/fuzz --target lumaro_fuzzers -j "$(nproc)"
+cmake --preset check >/dev/null
+cmake --build build/check --target lumaro_fuzzers -j "$(nproc)"
 
 harnesses=("$@")
 if [ ${#harnesses[@]} -eq 0 ]; then
@@ -27,12 +27,12 @@ failed=0
 total=0
 printf '%-18s %12s %8s  %s\n' harness inputs corpus result
 for h in "${harnesses[@]}"; do
-  work="build/fuzz/corpus/$h"
-  crashes="build/fuzz/crashes/$h"
-  log="build/fuzz/logs/$h.log"
+  work="build/check/fuzz-runs/corpus/$h"
+  crashes="build/check/fuzz-runs/crashes/$h"
+  log="build/check/fuzz-runs/logs/$h.log"
   mkdir -p "$work" "$crashes" "$(dirname "$log")"
   status=0
-  "build/fuzz/fuzz/fuzz_$h" "$work" "fuzz/$h/corpus" -max_total_time="$seconds" -timeout=25 -rss_limit_mb=2560 \
+  "build/check/fuzz/fuzz_$h" "$work" "fuzz/$h/corpus" -max_total_time="$seconds" -timeout=25 -rss_limit_mb=2560 \
     -max_len=65536 -print_final_stats=1 -artifact_prefix="$crashes/" >"$log" 2>&1 || status=$?
   runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1)
   units=$(find "$work" -type f | wc -l)
