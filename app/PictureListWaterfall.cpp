@@ -10,6 +10,8 @@
 #include <QMouseEvent>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace lumaro::app {
 
 PictureListWaterfall::PictureListWaterfall(library::FavourManager& favourites, QWidget* parent)
@@ -32,8 +34,9 @@ PictureListWaterfall::PictureListWaterfall(library::FavourManager& favourites, Q
 
 PictureListWaterfall::~PictureListWaterfall()
 {
-    delete m_view; // before the state and the cache it reads
-    m_view = nullptr;
+    // Before the state and the cache it reads; m_view is cleared first because the viewport, going down with
+    // it, still passes its last events through eventFilter.
+    delete std::exchange(m_view, nullptr);
 }
 
 void PictureListWaterfall::setPaths(const QStringList& paths)

@@ -80,7 +80,8 @@ struct SharedRun
     std::atomic<qsizetype> done{0};
     std::mutex mutex;
     std::condition_variable settled;
-    int inFlight = 0; // files taken and not yet finished
+    int inFlight = 0;    // files taken and not yet finished
+    bool closed = false; // the caller has left: the cancel flag and the work's captures may be gone
 };
 
 // Takes files one by one until none is left or the run is cancelled.
@@ -91,6 +92,8 @@ void drain(SharedRun& run, qsizetype count, const std::atomic_bool* cancel, cons
     for (;;) {
         {
             std::lock_guard lock(run.mutex);
+            if (run.closed)
+                return;
             ++run.inFlight;
         }
         const qsizetype i = run.next++;
@@ -167,6 +170,7 @@ std::optional<ScanResult> ShootScanner::scan(const QString& folder, bool deep, c
         // Wait only for helpers that have a file in hand; one the pool has not started yet will take none.
         std::unique_lock lock(run->mutex);
         run->settled.wait(lock, [&] { return run->inFlight == 0; });
+        run->closed = true;
     }
     if (progress)
         progress(run->done.load(), count);

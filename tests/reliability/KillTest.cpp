@@ -8,6 +8,7 @@
 #include "platform/ExifOrientation.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 
@@ -211,6 +212,33 @@ std::vector<KillCase> killCases()
                          EXPECT_EQ(picked.size(), 3);
                          EXPECT_FALSE(picked.contains(QStringLiteral("raw-lonely")));
                      }});
+    // Published to a plain folder (a remote of rclone's local backend, in the sandbox's own rclone config):
+    // the shoot is only read, the roll's record is written whole or not at all, and a re-run sends what the
+    // killed one did not.
+    cases.push_back(
+        {"roll publish",
+         2,
+         [](Scene& s) {
+             shootOf(s, kShootNames.mid(0, 3));
+             QDir().mkpath(s.cli().root() + QStringLiteral("/config/rclone"));
+             QFile config(s.cli().root() + QStringLiteral("/config/rclone/rclone.conf"));
+             EXPECT_TRUE(config.open(QIODevice::WriteOnly) && config.write("[disk]\ntype = local\n") > 0);
+             return QStringList{
+                 QStringLiteral("roll"), QStringLiteral("publish"),
+                 QStringLiteral("-q"),   s.shoot(),
+                 QStringLiteral("--to"), QStringLiteral("disk:") + s.root() + QStringLiteral("/remote")};
+         },
+         "shoot-",
+         {QStringLiteral("shoot")},
+         [](Scene& s, const QStringList&) {
+             const CliRun list =
+                 s.cli().run({QStringLiteral("roll"), QStringLiteral("list"), QStringLiteral("-q")});
+             EXPECT_EQ(QString::fromUtf8(list.out).count(QLatin1Char('\n')), 1) << list.out.toStdString();
+             // The album's previews, one per picture.
+             const QStringList sent = QDir(s.root() + QStringLiteral("/remote/shoot/p"))
+                                          .entryList({QStringLiteral("*.jpg")}, QDir::Files);
+             EXPECT_EQ(sent.size(), 3) << sent.join(QLatin1Char(' ')).toStdString();
+         }});
     return cases;
 }
 
@@ -283,6 +311,6 @@ std::string caseName(const ::testing::TestParamInfo<size_t>& info)
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, KillTest, ::testing::Range<size_t>(0, 7), caseName);
+INSTANTIATE_TEST_SUITE_P(Commands, KillTest, ::testing::Range<size_t>(0, 8), caseName);
 
 } // namespace
