@@ -26,6 +26,16 @@ std::optional<double> number(const QJsonArray& values, qsizetype index)
     return values.at(index).toDouble();
 }
 
+// A figure that only makes sense within [lowest, highest] (a WMO code, a percentage): anything else the
+// answer holds there, a huge or negative number included, counts as missing rather than being converted.
+std::optional<int> wholeNumber(const QJsonArray& values, qsizetype index, int lowest, int highest)
+{
+    const std::optional<double> value = number(values, index);
+    if (!value || !(*value >= lowest && *value <= highest))
+        return std::nullopt;
+    return int(std::lround(*value));
+}
+
 // The mean hourly cloud cover of each day ("2024-06-21T13:00" → "2024-06-21").
 QHash<QString, int> dailyCloudCover(const QJsonObject& hourly)
 {
@@ -33,7 +43,7 @@ QHash<QString, int> dailyCloudCover(const QJsonObject& hourly)
     const QJsonArray cover = series(hourly, "cloud_cover", "cloudcover");
     QHash<QString, std::pair<double, int>> sums;
     for (qsizetype i = 0; i < times.size(); ++i) {
-        const auto value = number(cover, i);
+        const auto value = wholeNumber(cover, i, 0, 100);
         if (!value)
             continue;
         auto& sum = sums[times.at(i).toString().left(10)];
@@ -91,11 +101,10 @@ std::optional<Forecast> Forecast::parse(const QByteArray& json, QString* error)
         day.date = QDate::fromString(dates.at(i).toString(), Qt::ISODate);
         if (!day.date.isValid())
             return refuse(QStringLiteral("a day that is no date: %1").arg(dates.at(i).toString()));
-        day.weatherCode = int(number(codes, i).value_or(-1));
+        day.weatherCode = wholeNumber(codes, i, 0, 99).value_or(-1);
         day.temperatureMax = number(highs, i);
         day.temperatureMin = number(lows, i);
-        if (const auto chance = number(rain, i))
-            day.precipitationChance = int(std::lround(*chance));
+        day.precipitationChance = wholeNumber(rain, i, 0, 100);
         day.windSpeedMax = number(wind, i);
         const auto cloud = clouds.constFind(dates.at(i).toString());
         if (cloud != clouds.cend())

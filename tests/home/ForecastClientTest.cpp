@@ -152,3 +152,17 @@ TEST(ForecastClient, ANewerPlaceDropsTheOlderAnswer)
 }
 
 } // namespace
+
+// Found by fuzzing: a code or percentage far outside its range was converted to int (undefined behaviour).
+// Out of range now reads as missing, like null.
+TEST(Forecast, FiguresOutsideTheirRangeReadAsMissing)
+{
+    const auto forecast = lumaro::home::Forecast::parse(
+        R"({"daily":{"time":["2024-06-21"],"weather_code":[8.9e45],"precipitation_probability_max":[-1e300]},
+            "hourly":{"time":["2024-06-21T00:00"],"cloud_cover":[1e20]}})");
+    ASSERT_TRUE(forecast);
+    ASSERT_EQ(forecast->days.size(), 1);
+    EXPECT_EQ(forecast->days[0].weatherCode, -1);
+    EXPECT_FALSE(forecast->days[0].precipitationChance);
+    EXPECT_FALSE(forecast->days[0].cloudCover);
+}
