@@ -2,8 +2,7 @@
 // The grouping panel over a real folder: the renames happen off the main thread, the result is shown and the
 // folder listed again; group then clean from the panel gives back the names.
 #include "app/GroupingPanel.h"
-#include "app/ToolHost.h"
-#include "browse/state/LMRModeState.h"
+#include "tests/app/FakeToolHost.h"
 #include "tests/support/TempFolder.h"
 #include "tests/vision/VisionIndexFixture.h"
 
@@ -16,23 +15,10 @@
 namespace lumaro::app {
 namespace {
 
+using testing::FakeToolHost;
 using testing::TempFolder;
 using testing::visibleFileNames;
 using testing::waitUntil;
-
-class RecordingHost : public ToolHost
-{
-public:
-    browse::LMRModeState& modeState() override { return m_state; }
-    void addToolPanel(const QString&, QWidget*) override {}
-    void reloadCurrentFolder() override { ++reloads; }
-    QWidget* dialogParent() override { return nullptr; }
-
-    int reloads = 0;
-
-private:
-    browse::LMRModeState m_state;
-};
 
 QPushButton* button(GroupingPanel& panel, const QString& text)
 {
@@ -46,12 +32,13 @@ QPushButton* button(GroupingPanel& panel, const QString& text)
 TEST(GroupingPanel, GroupsThenCleansTheCurrentFolderAndReloadsIt)
 {
     TempFolder folder;
-    const QStringList names{QStringLiteral("IMG_0001.jpg"), QStringLiteral("IMG_0002.jpg"), QStringLiteral("b.png")};
+    const QStringList names{QStringLiteral("IMG_0001.jpg"), QStringLiteral("IMG_0002.jpg"),
+                            QStringLiteral("b.png")};
     for (const QString& name : names)
         folder.write(name);
     testing::writeVisionIndex(folder, QStringLiteral("vision_index_0101000000_x.json"),
                               QStringLiteral("2024-01-01T00:00:00Z"), {});
-    RecordingHost host;
+    FakeToolHost host;
     host.modeState().setFolderPath(folder.path(), folder.path(), folder.path());
     GroupingPanel panel(host);
     QLabel* status = panel.findChild<QLabel*>();
@@ -72,7 +59,7 @@ TEST(GroupingPanel, APreviewRenamesNothingAndLeavesTheListAlone)
     TempFolder folder;
     folder.write(QStringLiteral("IMG_0001.jpg"));
     testing::writeVisionIndex(folder, QStringLiteral("vision_index_0101000000_x.json"), {}, {});
-    RecordingHost host;
+    FakeToolHost host;
     host.modeState().setFolderPath(folder.path(), folder.path(), folder.path());
     GroupingPanel panel(host);
     panel.findChild<QCheckBox*>()->setChecked(true);

@@ -6,11 +6,10 @@
 #include "app/HistogramOverlay.h"
 #include "app/MainWindow.h"
 #include "app/ThumbnailScrollView.h"
-#include "app/ToolHost.h"
 #include "browse/hotkeys/HistogramHotkey.h"
 #include "browse/hotkeys/HotkeyManager.h"
-#include "browse/state/LMRModeState.h"
 #include "platform/fakes/MemorySettingsStore.h"
+#include "tests/app/FakeToolHost.h"
 #include "tests/support/TempFolder.h"
 
 #include <QCheckBox>
@@ -25,20 +24,9 @@
 namespace lumaro::app {
 namespace {
 
+using testing::FakeToolHost;
 using testing::TempFolder;
 using testing::waitUntil;
-
-class StateHost : public ToolHost
-{
-public:
-    browse::LMRModeState& modeState() override { return m_state; }
-    void addToolPanel(const QString&, QWidget*) override {}
-    void reloadCurrentFolder() override {}
-    QWidget* dialogParent() override { return nullptr; }
-
-private:
-    browse::LMRModeState m_state;
-};
 
 TEST(ReportPanel, ReportsTheTreeAndCountsThisSessionsDeletions)
 {
@@ -47,7 +35,7 @@ TEST(ReportPanel, ReportsTheTreeAndCountsThisSessionsDeletions)
     folder.writePicture(QStringLiteral("day2/IMG_2.jpg"), {40, 60});
     const QString deleted = folder.writePicture(QStringLiteral("IMG_3.jpg"));
     const QString restored = folder.writePicture(QStringLiteral("IMG_4.jpg"));
-    StateHost host;
+    FakeToolHost host;
     host.modeState().setFolderPath(folder.path(), folder.path(), folder.path());
     platform::MemorySettingsStore store;
     browse::HotkeyManager actions(store);
@@ -78,7 +66,7 @@ TEST(ReportPanel, ACancelledRunsLateResultIsDropped)
     TempFolder folder;
     for (int i = 0; i < 30; ++i)
         folder.writePicture(QStringLiteral("IMG_%1.jpg").arg(i));
-    StateHost host;
+    FakeToolHost host;
     host.modeState().setFolderPath(folder.path(), folder.path(), folder.path());
     platform::MemorySettingsStore store;
     browse::HotkeyManager actions(store);

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The online album panel publishing the folder shown to a real WebDAV server, off the main thread.
 #include "app/RollPanel.h"
-#include "app/ToolHost.h"
-#include "browse/state/LMRModeState.h"
+#include "tests/app/FakeToolHost.h"
 #include "tests/rolls/WebDavServer.h"
 #include "tests/support/TempFolder.h"
 
@@ -15,20 +14,9 @@
 namespace lumaro::app {
 namespace {
 
+using testing::FakeToolHost;
 using testing::TempFolder;
 using testing::waitUntil;
-
-class FolderHost : public ToolHost
-{
-public:
-    browse::LMRModeState& modeState() override { return m_state; }
-    void addToolPanel(const QString&, QWidget*) override {}
-    void reloadCurrentFolder() override {}
-    QWidget* dialogParent() override { return nullptr; }
-
-private:
-    browse::LMRModeState m_state;
-};
 
 TEST(RollPanel, PublishesTheFolderShownAndListsTheRoll)
 {
@@ -40,7 +28,7 @@ TEST(RollPanel, PublishesTheFolderShownAndListsTheRoll)
     TempFolder shoot;
     shoot.writePicture(QStringLiteral("IMG_1.jpg"), {300, 200});
     shoot.writePicture(QStringLiteral("IMG_2.jpg"), {200, 300});
-    FolderHost host;
+    FakeToolHost host;
     RollPanel panel(host, platform::Rclone(server.remote(QStringLiteral("dav"))));
 
     panel.publish();

@@ -2,9 +2,8 @@
 // The watermark and board sheet panels over real folders: the work runs off the main thread, the panel shows
 // what came of it, and what the module refuses is said in the panel.
 #include "app/BoardSheetPanel.h"
-#include "app/ToolHost.h"
 #include "app/WatermarkPanel.h"
-#include "browse/state/LMRModeState.h"
+#include "tests/app/FakeToolHost.h"
 #include "tests/support/TempFolder.h"
 
 #include <QDir>
@@ -16,20 +15,9 @@
 namespace lumaro::app {
 namespace {
 
+using testing::FakeToolHost;
 using testing::TempFolder;
 using testing::waitUntil;
-
-class QuietHost : public ToolHost
-{
-public:
-    browse::LMRModeState& modeState() override { return m_state; }
-    void addToolPanel(const QString&, QWidget*) override {}
-    void reloadCurrentFolder() override {}
-    QWidget* dialogParent() override { return nullptr; }
-
-private:
-    browse::LMRModeState m_state;
-};
 
 QPushButton* button(QWidget& panel, const QString& text)
 {
@@ -47,7 +35,7 @@ bool says(QWidget& panel, const QString& text)
     return false;
 }
 
-void open(QuietHost& host, const TempFolder& folder, const QStringList& names)
+void open(FakeToolHost& host, const TempFolder& folder, const QStringList& names)
 {
     host.modeState().setFolderPath(folder.path(), folder.path(), folder.path());
     host.modeState().setImageFiles(names);
@@ -57,7 +45,7 @@ TEST(WatermarkPanel, WithoutAVisionIndexItSaysHowToGetOneAndWritesNothing)
 {
     TempFolder folder;
     folder.writePicture(QStringLiteral("a.jpg"));
-    QuietHost host;
+    FakeToolHost host;
     open(host, folder, {QStringLiteral("a.jpg")});
     WatermarkPanel panel(host);
     button(panel, QStringLiteral("读取水印标识"))->click();
@@ -72,7 +60,7 @@ TEST(BoardSheetPanel, MakesTheSheetsOfTheShownFolder)
     TempFolder folder;
     folder.writePicture(QStringLiteral("a.jpg"));
     folder.writePicture(QStringLiteral("b.png"));
-    QuietHost host;
+    FakeToolHost host;
     open(host, folder, {QStringLiteral("a.jpg"), QStringLiteral("b.png")});
     BoardSheetPanel panel(host);
     button(panel, QStringLiteral("生成索引表"))->click();
