@@ -4,6 +4,7 @@
 // refusal said with its reason, and no service at all.
 #include "platform/location/GeoClueLocator.h"
 
+#include "tests/platform/PrivateBus.h"
 #include "tests/support/TempFolder.h"
 
 #include <QDBusConnection>
@@ -19,33 +20,8 @@
 namespace {
 
 using lumaro::platform::GeoClueLocator;
+using lumaro::testing::PrivateBus;
 using lumaro::testing::waitUntil;
-
-class PrivateBus
-{
-public:
-    PrivateBus()
-    {
-        if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
-            return;
-        m_daemon.start(
-            QStringLiteral("dbus-daemon"),
-            {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-        if (m_daemon.waitForReadyRead(10000))
-            m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
-    }
-    ~PrivateBus()
-    {
-        QDBusConnection::disconnectFromBus(QStringLiteral("geoclue"));
-        m_daemon.kill();
-        m_daemon.waitForFinished();
-    }
-    QString address() const { return m_address; }
-
-private:
-    QProcess m_daemon;
-    QString m_address;
-};
 
 class FakeManager : public QObject
 {
@@ -125,7 +101,7 @@ struct FakeGeoClue
 
 TEST(GeoClueLocator, AsksForACityPlaceAndStopsOnceItHasOne)
 {
-    PrivateBus bus;
+    PrivateBus bus(QStringLiteral("geoclue"));
     if (bus.address().isEmpty())
         GTEST_SKIP() << "no dbus-daemon to run a private bus";
     FakeGeoClue geoclue(bus.address());
@@ -148,7 +124,7 @@ TEST(GeoClueLocator, AsksForACityPlaceAndStopsOnceItHasOne)
 
 TEST(GeoClueLocator, ARefusalIsSaidAndNoServiceIsNoLocator)
 {
-    PrivateBus bus;
+    PrivateBus bus(QStringLiteral("geoclue"));
     if (bus.address().isEmpty())
         GTEST_SKIP() << "no dbus-daemon to run a private bus";
     {

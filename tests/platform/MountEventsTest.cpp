@@ -4,6 +4,7 @@
 #include "platform/volumes/RemovableVolumeMonitor.h"
 #include "platform/volumes/UDisksMountEvents.h"
 
+#include "tests/platform/PrivateBus.h"
 #include "tests/support/TempFolder.h"
 
 #include <QDBusConnection>
@@ -18,43 +19,18 @@
 using lumaro::platform::MountedVolume;
 using lumaro::platform::RemovableVolumeMonitor;
 using lumaro::platform::UDisksMountEvents;
+using lumaro::testing::PrivateBus;
 using lumaro::testing::waitUntil;
 
 namespace {
 
-class PrivateBus
+// A stand-in owning udisks2's name on the private bus, from which the test sends what udisks2 sends.
+QDBusConnection udisksOn(const PrivateBus& bus)
 {
-public:
-    PrivateBus()
-    {
-        if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
-            return;
-        m_daemon.start(
-            QStringLiteral("dbus-daemon"),
-            {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-        if (m_daemon.waitForReadyRead(10000))
-            m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
-    }
-    ~PrivateBus()
-    {
-        QDBusConnection::disconnectFromBus(QStringLiteral("udisks"));
-        m_daemon.kill();
-        m_daemon.waitForFinished();
-    }
-    QString address() const { return m_address; }
-
-    // A stand-in owning udisks2's name, from which the test sends what udisks2 sends.
-    QDBusConnection udisks() const
-    {
-        QDBusConnection bus = QDBusConnection::connectToBus(m_address, QStringLiteral("udisks"));
-        bus.registerService(QStringLiteral("org.freedesktop.UDisks2"));
-        return bus;
-    }
-
-private:
-    QProcess m_daemon;
-    QString m_address;
-};
+    QDBusConnection connection = QDBusConnection::connectToBus(bus.address(), QStringLiteral("udisks"));
+    connection.registerService(QStringLiteral("org.freedesktop.UDisks2"));
+    return connection;
+}
 
 QDBusMessage propertiesChanged(const QString& interface)
 {
@@ -70,10 +46,10 @@ QDBusMessage propertiesChanged(const QString& interface)
 
 TEST(UDisksMountEvents, AMountSeenByUDisksMakesTheMonitorReadTheMountTable)
 {
-    PrivateBus bus;
+    PrivateBus bus(QStringLiteral("udisks"));
     if (bus.address().isEmpty())
         GTEST_SKIP() << "no dbus-daemon to run a private bus";
-    const QDBusConnection udisks = bus.udisks();
+    const QDBusConnection udisks = udisksOn(bus);
     UDisksMountEvents events(bus.address(), nullptr);
     ASSERT_TRUE(events.isListening());
     QList<MountedVolume> mounted;
@@ -92,7 +68,7 @@ TEST(UDisksMountEvents, AMountSeenByUDisksMakesTheMonitorReadTheMountTable)
 
 TEST(UDisksMountEvents, WithoutUDisksTheMonitorFallsBackToPolling)
 {
-    PrivateBus bus;
+    PrivateBus bus(QStringLiteral("udisks"));
     if (bus.address().isEmpty())
         GTEST_SKIP() << "no dbus-daemon to run a private bus";
     UDisksMountEvents events(bus.address(), nullptr); // nobody owns udisks2's name on this bus

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// A session bus of the test's own (dbus-daemon), so stand-ins for desktop services can own their names
+// without touching the machine's bus.
+#pragma once
+
+#include <QProcess>
+#include <QString>
+
+namespace lumaro::testing {
+
+class PrivateBus
+{
+public:
+    // `connectionName`: the named connection the test opens to it, closed again when the bus goes.
+    explicit PrivateBus(QString connectionName);
+    ~PrivateBus();
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+
+    // Empty when dbus-daemon is missing or did not start: the test skips.
+    QString address() const { return m_address; }
+
+private:
+    QString m_connectionName;
+    QProcess m_daemon;
+    QString m_address;
+};
+
+} // namespace lumaro::testing
