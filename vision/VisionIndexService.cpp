@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <mutex>
 
 namespace lumaro::vision {
 
@@ -55,47 +56,25 @@ private:
     int m_pending = 0;
 };
 
-// The analysers of one run: made on first need up to a limit, handed to one worker at a time, and all
-// destroyed with the run.
-class AnalyzerPool
+// The one analyser of a run, shared by its workers: made on first need and destroyed with the run. A factory
+// that failed is tried again by the next picture.
+class SharedAnalyzer
 {
 public:
-    AnalyzerPool(VisionIndexService::AnalyzerFactory make, int limit)
-        : m_make(std::move(make)), m_limit(limit)
-    {
-    }
+    explicit SharedAnalyzer(VisionIndexService::AnalyzerFactory make) : m_make(std::move(make)) {}
 
-    std::unique_ptr<VisionPictureAnalyzer> take()
-    {
-        std::unique_lock lock(m_mutex);
-        m_returned.wait(lock, [this] { return !m_idle.empty() || m_made < m_limit; });
-        if (!m_idle.empty()) {
-            auto analyzer = std::move(m_idle.back());
-            m_idle.pop_back();
-            return analyzer;
-        }
-        ++m_made;
-        lock.unlock();
-        return m_make();
-    }
-
-    void give(std::unique_ptr<VisionPictureAnalyzer> analyzer)
+    VisionPictureAnalyzer* get()
     {
         std::lock_guard lock(m_mutex);
-        if (analyzer)
-            m_idle.push_back(std::move(analyzer));
-        else
-            --m_made; // a factory that failed may be tried again by the next picture
-        m_returned.notify_one();
+        if (!m_analyzer)
+            m_analyzer = m_make();
+        return m_analyzer.get();
     }
 
 private:
     VisionIndexService::AnalyzerFactory m_make;
-    const int m_limit;
     std::mutex m_mutex;
-    std::condition_variable m_returned;
-    std::vector<std::unique_ptr<VisionPictureAnalyzer>> m_idle;
-    int m_made = 0;
+    std::unique_ptr<VisionPictureAnalyzer> m_analyzer;
 };
 
 void postDidUpdateOnMainThread(const QVariantMap& info)
@@ -173,11 +152,6 @@ std::optional<VisionRecognitionResult> VisionIndexService::resultFromUpdate(cons
     return result;
 }
 
-int VisionIndexService::analyzerLimit(int admissionLimit, int processorCount)
-{
-    return std::max(1, std::min(admissionLimit, processorCount));
-}
-
 VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStringList& fileNames,
                                              const VisionIndexRunOptions& options)
 {
@@ -204,7 +178,7 @@ VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStrin
     const QString stamp = VisionIndexNaming::runStamp(QDateTime::currentDateTime());
 
     VisionStageTimes times;
-    AnalyzerPool analyzers(m_makeAnalyzer, analyzerLimit(limit, m_processorCount));
+    SharedAnalyzer analyzer(m_makeAnalyzer);
     QSemaphore admission(limit);
     TaskGroup group;
     std::mutex resultsMutex;
@@ -220,12 +194,10 @@ VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStrin
         group.enter();
         pool.start([&, name] {
             const QString path = QDir(folderPath).filePath(name);
-            std::unique_ptr<VisionPictureAnalyzer> analyzer = analyzers.take();
             std::optional<VisionRecognitionResult> result;
             QString reason = QStringLiteral("no analyser could be made");
-            if (analyzer)
-                result = analyzer->analyze(path, &times, &reason);
-            analyzers.give(std::move(analyzer));
+            if (VisionPictureAnalyzer* shared = analyzer.get())
+                result = shared->analyze(path, &times, &reason);
             {
                 std::lock_guard lock(resultsMutex);
                 if (result)

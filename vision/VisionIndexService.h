@@ -54,7 +54,8 @@ struct VisionIndexRunResult
 // run() blocks its caller (call it off the main thread in the app); one run at a time per service. A
 // picture that fails is logged, counted and left out; the run never stops half-way. A cancelled run writes
 // nothing at all (no `_index` folder, no `.hidden` entry), so the newest index file stays a complete one.
-// The analysers (and their models) live only as long as the run. "VisionIndexDidUpdate" is posted on the main
+// The admitted pictures share the run's one analyser (one copy of every model: a copy per worker cost about
+// 100 MB each at 24 MP), which lives only as long as the run. "VisionIndexDidUpdate" is posted on the main
 // thread after each picture, when there is an application object.
 class VisionIndexService
 {
@@ -73,10 +74,6 @@ public:
 
     // Pictures analysed at a time for a run of `pictureCount` pictures on `processorCount` processors.
     static int concurrencyLimit(qsizetype pictureCount, int processorCount);
-
-    // Analysers made for a run of this admission limit: no more than there are processors to keep busy,
-    // since each holds every model (the semaphore admits pictures; an admitted picture waits for a free one).
-    static int analyzerLimit(int admissionLimit, int processorCount);
 
     // The user info of "VisionIndexDidUpdate" for one finished picture ("folderPath", "filePath" and, when it
     // was analysed, its mark and labels), so a view refreshes that picture before the run's file is written.

@@ -86,9 +86,8 @@ VisionPictureAnalyzer::keptObservations(const std::vector<SceneObservation>& obs
     return kept;
 }
 
-std::optional<std::vector<platform::FaceBox>> VisionPictureAnalyzer::facesIn(const QImage& image,
-                                                                           VisionStageTimes* times,
-                                                                           QString* error)
+std::optional<std::vector<platform::FaceBox>>
+VisionPictureAnalyzer::facesIn(const QImage& image, VisionStageTimes* times, QString* error)
 {
     if (!m_backends.faces)
         return std::vector<platform::FaceBox>{};
@@ -96,7 +95,11 @@ std::optional<std::vector<platform::FaceBox>> VisionPictureAnalyzer::facesIn(con
     // fittedSize keeps both sides at least one pixel, so a panorama strip never reaches the detector empty.
     const QImage small = image.scaled(platform::fittedSize(image.size(), kFaceSide), Qt::IgnoreAspectRatio,
                                       Qt::SmoothTransformation);
-    platform::FaceDetection found = m_backends.faces->detect(small);
+    platform::FaceDetection found;
+    {
+        std::lock_guard lock(m_locks.faces);
+        found = m_backends.faces->detect(small);
+    }
     if (!found.error.isEmpty()) {
         Log::line(kTag, QStringLiteral("执行 Vision 请求失败: ") + found.error);
         *error = found.error;
@@ -112,13 +115,14 @@ std::optional<std::vector<platform::FaceBox>> VisionPictureAnalyzer::facesIn(con
 }
 
 std::optional<PictureSignals> VisionPictureAnalyzer::signalsOf(const QString& filePath, const QImage& image,
-                                                const QSize& pixelSize, VisionStageTimes* times,
-                                                QString* error)
+                                                               const QSize& pixelSize,
+                                                               VisionStageTimes* times, QString* error)
 {
     PictureSignals s;
     s.pixelSize = pixelSize;
     s.analysedSize = image.size();
     if (m_backends.classifier) {
+        std::lock_guard lock(m_locks.classifier);
         StageTimer timer(stage(times, &VisionStageTimes::classification));
         platform::SceneClassification classified = m_backends.classifier->classify(image);
         if (classified.error.isEmpty())
@@ -127,6 +131,7 @@ std::optional<PictureSignals> VisionPictureAnalyzer::signalsOf(const QString& fi
             logBackendError(QStringLiteral("场景分类错误: "), classified.error);
     }
     if (m_backends.objects) {
+        std::lock_guard lock(m_locks.objects);
         StageTimer timer(stage(times, &VisionStageTimes::objects));
         platform::ObjectDetections found = m_backends.objects->detect(image);
         if (found.error.isEmpty())
@@ -135,6 +140,7 @@ std::optional<PictureSignals> VisionPictureAnalyzer::signalsOf(const QString& fi
             logBackendError(QStringLiteral("物体检测错误: "), found.error);
     }
     if (m_backends.people) {
+        std::lock_guard lock(m_locks.people);
         StageTimer timer(stage(times, &VisionStageTimes::people));
         platform::PersonDetections found = m_backends.people->detect(image);
         if (found.error.isEmpty())
@@ -147,6 +153,7 @@ std::optional<PictureSignals> VisionPictureAnalyzer::signalsOf(const QString& fi
         return std::nullopt;
     s.faces = std::move(*faces);
     if (m_backends.drawing) {
+        std::lock_guard lock(m_locks.drawing);
         StageTimer timer(stage(times, &VisionStageTimes::drawing));
         const platform::DrawingScore drawing = m_backends.drawing->score(image);
         if (drawing.error.isEmpty())
@@ -155,6 +162,7 @@ std::optional<PictureSignals> VisionPictureAnalyzer::signalsOf(const QString& fi
             logBackendError(QStringLiteral("插画判断错误: "), drawing.error);
     }
     if (m_backends.recognizer) {
+        std::lock_guard lock(m_locks.recognizer);
         StageTimer timer(stage(times, &VisionStageTimes::text));
         const platform::TextRecognition text = m_backends.recognizer->recognize(image);
         if (text.error.isEmpty()) {
@@ -190,7 +198,8 @@ std::optional<VisionRecognitionResult> VisionPictureAnalyzer::analyze(const QStr
     result.pixelWidth = decoded->pixelSize.width();
     result.pixelHeight = decoded->pixelSize.height();
 
-    const std::optional<PictureSignals> signals = signalsOf(filePath, decoded->image, decoded->pixelSize, times, error);
+    const std::optional<PictureSignals> signals =
+        signalsOf(filePath, decoded->image, decoded->pixelSize, times, error);
     if (!signals)
         return std::nullopt;
     double confidenceSum = 0.0;

@@ -16,6 +16,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -47,9 +48,11 @@ struct VisionBackends
     static VisionBackends installed();
 };
 
-// Not thread-safe: one analyser per worker thread at a time (the backends keep network state). A picture
-// that cannot be decoded gives nullopt and its reason in `error`; a backend's error is logged and only empties
-// that backend's part.
+// Thread-safe: the workers of a run share one analyser. A backend keeps network state (and the networks'
+// working memory, hundreds of MB at 24 MP across all of them), so each backend serves one picture at a time
+// behind its own lock while the other workers decode or use the other backends. A picture that cannot be
+// decoded gives nullopt and its reason in `error`; a backend's error is logged and only empties that
+// backend's part.
 class VisionPictureAnalyzer
 {
 public:
@@ -74,14 +77,19 @@ public:
     static constexpr float kMinConfidence = 0.2f;
 
 private:
-    // nullopt when the face detector could not look at the picture at all (logged, the reason in `error`): "no
-    // face" would be a guess.
-    std::optional<PictureSignals> signalsOf(const QString& filePath, const QImage& image, const QSize& pixelSize,
-                                            VisionStageTimes* times, QString* error);
+    // nullopt when the face detector could not look at the picture at all (logged, the reason in `error`):
+    // "no face" would be a guess.
+    std::optional<PictureSignals> signalsOf(const QString& filePath, const QImage& image,
+                                            const QSize& pixelSize, VisionStageTimes* times, QString* error);
     std::optional<std::vector<platform::FaceBox>> facesIn(const QImage& image, VisionStageTimes* times,
                                                           QString* error);
 
     VisionBackends m_backends;
+    struct Locks
+    {
+        std::mutex classifier, recognizer, faces, people, objects, drawing;
+    };
+    Locks m_locks;
 };
 
 } // namespace lumaro::vision

@@ -69,9 +69,9 @@ TEST_P(ConcurrencyLimit, DependsOnPicturesAndProcessors)
 
 INSTANTIATE_TEST_SUITE_P(Table, ConcurrencyLimit,
                          ::testing::Values(LimitCase{0, 10, 4}, LimitCase{99, 10, 4}, LimitCase{100, 10, 8},
-                                           LimitCase{999, 10, 8}, LimitCase{1000, 10, 10}, LimitCase{1000, 2, 6},
-                                           LimitCase{100, 2, 4}, LimitCase{500, 6, 6}, LimitCase{5000, 32, 12},
-                                           LimitCase{99, 2, 4}));
+                                           LimitCase{999, 10, 8}, LimitCase{1000, 10, 10},
+                                           LimitCase{1000, 2, 6}, LimitCase{100, 2, 4}, LimitCase{500, 6, 6},
+                                           LimitCase{5000, 32, 12}, LimitCase{99, 2, 4}));
 
 TEST(VisionIndexNaming, FolderKeyCleansTheNameAndAppendsABase36Hash)
 {
@@ -80,7 +80,8 @@ TEST(VisionIndexNaming, FolderKeyCleansTheNameAndAppendsABase36Hash)
         << key.toStdString();
     EXPECT_EQ(key, VisionIndexNaming::folderKey(QStringLiteral("/photos/2024/My Trip #1/")));
     EXPECT_NE(key, VisionIndexNaming::folderKey(QStringLiteral("/photos/2025/My Trip #1")));
-    EXPECT_EQ(VisionIndexNaming::runStamp(QDateTime(QDate(2026, 3, 9), QTime(7, 5, 4))), QStringLiteral("0309070504"));
+    EXPECT_EQ(VisionIndexNaming::runStamp(QDateTime(QDate(2026, 3, 9), QTime(7, 5, 4))),
+              QStringLiteral("0309070504"));
     EXPECT_EQ(VisionIndexNaming::indexFileName(QStringLiteral("0309070504"), QStringLiteral("a_1")),
               QStringLiteral("vision_index_0309070504_a_1.json"));
 }
@@ -106,14 +107,16 @@ TEST(VisionIndexService, WritesIndexAndSummaryReadBackKeyByKey)
     TempFolder folder;
     folder.writePicture(QStringLiteral("a.jpg"), {300, 200});
     folder.writePicture(QStringLiteral("b.png"), {100, 300});
-    VisionIndexService service(fakes({{QStringLiteral("menu"), 0.6f}, {QStringLiteral("envelope"), 0.3f},
+    VisionIndexService service(fakes({{QStringLiteral("menu"), 0.6f},
+                                      {QStringLiteral("envelope"), 0.3f},
                                       {QStringLiteral("tiny"), 0.2f}},
                                      {QStringLiteral("TOTAL 12.00"), QStringLiteral("谢谢")}),
                                2);
     int notified = 0;
     QObject receiver;
-    QObject::connect(&lumaro::platform::NotificationCenter::shared(), &lumaro::platform::NotificationCenter::posted,
-                     &receiver, [&](const QString& name, const QVariantMap&) {
+    QObject::connect(&lumaro::platform::NotificationCenter::shared(),
+                     &lumaro::platform::NotificationCenter::posted, &receiver,
+                     [&](const QString& name, const QVariantMap&) {
                          notified += name == QStringLiteral("VisionIndexDidUpdate");
                      });
     LogCapture log;
@@ -130,11 +133,12 @@ TEST(VisionIndexService, WritesIndexAndSummaryReadBackKeyByKey)
     const QJsonObject index = readJson(run.indexPath);
     QStringList keys = index.keys();
     keys.sort();
-    EXPECT_EQ(keys, (QStringList{"generatedAt", "results", "sourceFolderName", "sourceFolderPath", "totalImages",
-                                 "totalObjects", "totalScenes", "totalText"}));
+    EXPECT_EQ(keys, (QStringList{"generatedAt", "results", "sourceFolderName", "sourceFolderPath",
+                                 "totalImages", "totalObjects", "totalScenes", "totalText"}));
     EXPECT_EQ(index[QStringLiteral("sourceFolderPath")].toString(), folder.path());
     EXPECT_EQ(index[QStringLiteral("sourceFolderName")].toString(), QFileInfo(folder.path()).fileName());
-    EXPECT_TRUE(QDateTime::fromString(index[QStringLiteral("generatedAt")].toString(), Qt::ISODate).isValid());
+    EXPECT_TRUE(
+        QDateTime::fromString(index[QStringLiteral("generatedAt")].toString(), Qt::ISODate).isValid());
     EXPECT_EQ(index[QStringLiteral("totalImages")].toInt(), 2);
     EXPECT_EQ(index[QStringLiteral("totalObjects")].toInt(), 4);
     EXPECT_EQ(index[QStringLiteral("totalScenes")].toInt(), 4);
@@ -148,7 +152,8 @@ TEST(VisionIndexService, WritesIndexAndSummaryReadBackKeyByKey)
         EXPECT_EQ(resultKeys, (QStringList{"classification", "confidence", "fileName", "filePath", "objects",
                                            "pixelHeight", "pixelWidth", "scene", "text"}));
         const bool isA = r[QStringLiteral("fileName")].toString() == QStringLiteral("a.jpg");
-        EXPECT_EQ(r[QStringLiteral("filePath")].toString(), folder.filePath(r[QStringLiteral("fileName")].toString()));
+        EXPECT_EQ(r[QStringLiteral("filePath")].toString(),
+                  folder.filePath(r[QStringLiteral("fileName")].toString()));
         EXPECT_EQ(r[QStringLiteral("pixelWidth")].toInt(), isA ? 300 : 100);
         EXPECT_EQ(r[QStringLiteral("pixelHeight")].toInt(), isA ? 200 : 300);
         // Half the mean of the kept confidences: (0.6 + 0.3) / 4.
@@ -160,7 +165,9 @@ TEST(VisionIndexService, WritesIndexAndSummaryReadBackKeyByKey)
     }
 
     const QJsonObject summary = readJson(run.summaryPath);
-    EXPECT_EQ(summary[QStringLiteral("tagSummaries")].toArray().first().toObject()[QStringLiteral("count")].toInt(), 2);
+    EXPECT_EQ(
+        summary[QStringLiteral("tagSummaries")].toArray().first().toObject()[QStringLiteral("count")].toInt(),
+        2);
     EXPECT_EQ(summary[QStringLiteral("imageTags")].toObject()[QStringLiteral("b.png")].toArray(),
               QJsonArray({"menu", "envelope"}));
     EXPECT_EQ(summary[QStringLiteral("sourceFolderPath")].toString(), folder.path());
@@ -220,7 +227,8 @@ TEST(VisionIndexService, BrokenPicturesAreLoggedCountedAndLeftOut)
     };
     const VisionIndexRunResult run = service.run(
         folder.path(),
-        {QStringLiteral("good.jpg"), QStringLiteral("cut short.jpg"), QStringLiteral("not a picture.png")}, options);
+        {QStringLiteral("good.jpg"), QStringLiteral("cut short.jpg"), QStringLiteral("not a picture.png")},
+        options);
     EXPECT_EQ(calls, 3);
     EXPECT_EQ(run.failed, 2);
     ASSERT_EQ(run.results.size(), 1);
@@ -245,40 +253,52 @@ TEST(VisionIndexService, ABackendErrorEmptiesOnlyItsPart)
     EXPECT_EQ(run.results[0].classificationMark, QStringLiteral("MARK_UNTAG"));
 }
 
-// Counts the classifiers alive, so a test sees how many analysers a run holds and whether it lets them go.
+// Counts the classifiers alive and the workers inside one at a time, so a test sees how many analysers a run
+// holds, whether it lets them go, and whether a shared backend is ever entered twice at once.
 class CountedClassifier final : public lumaro::platform::SceneClassifier
 {
 public:
-    explicit CountedClassifier(std::atomic<int>& alive)
-        : m_alive(alive)
+    CountedClassifier(std::atomic<int>& alive, std::atomic<int>& mostInside)
+        : m_alive(alive), m_mostInside(mostInside)
     {
         ++m_alive;
     }
     ~CountedClassifier() override { --m_alive; }
-    lumaro::platform::SceneClassification classify(const QImage&) override { return {}; }
+    lumaro::platform::SceneClassification classify(const QImage& image) override
+    {
+        const int inside = ++m_inside;
+        m_mostInside = std::max(m_mostInside.load(), inside);
+        // Long enough for another worker to arrive while this one is inside.
+        const QImage work = image.scaled(image.size() * 8);
+        --m_inside;
+        return {{{QStringLiteral("menu"), work.isNull() ? 0.f : 0.9f}}, {}};
+    }
 
 private:
     std::atomic<int>& m_alive;
+    std::atomic<int>& m_mostInside;
+    std::atomic<int> m_inside{0};
 };
 
-TEST(VisionIndexService, AnalysersAreNoMoreThanTheProcessorsAndAreReleasedWhenTheRunEnds)
+TEST(VisionIndexService, TheWorkersShareOneAnalyserOneBackendCallAtATimeReleasedWhenTheRunEnds)
 {
     TempFolder folder;
     QStringList names;
     for (int i = 0; i < 12; ++i)
         names << QFileInfo(folder.writePicture(QStringLiteral("p%1.png").arg(i))).fileName();
-    std::atomic<int> alive{0}, made{0};
+    std::atomic<int> alive{0}, made{0}, mostInside{0};
     VisionIndexService service(
         [&] {
             ++made;
             VisionBackends backends;
-            backends.classifier = std::make_unique<CountedClassifier>(alive);
+            backends.classifier = std::make_unique<CountedClassifier>(alive, mostInside);
             return std::make_unique<VisionPictureAnalyzer>(std::move(backends));
         },
         2);
     const VisionIndexRunResult run = service.run(folder.path(), names);
     EXPECT_EQ(run.results.size(), 12);
-    EXPECT_LE(made.load(), 2); // four pictures admitted at a time, two analysers on two processors
+    EXPECT_EQ(made.load(), 1); // four pictures admitted at a time, one set of models
+    EXPECT_EQ(mostInside.load(), 1);
     EXPECT_EQ(alive.load(), 0);
 }
 
@@ -301,7 +321,8 @@ TEST(VisionIndexService, ACancelledRunWritesNothing)
 TEST(VisionIndexReader, TheNewestRunThatHasThePictureWins)
 {
     TempFolder folder;
-    const auto write = [&](const QString& name, const QString& at, const QString& fileName, const QString& mark) {
+    const auto write = [&](const QString& name, const QString& at, const QString& fileName,
+                           const QString& mark) {
         VisionRecognitionResult r;
         r.fileName = fileName;
         r.classificationMark = mark;
@@ -329,15 +350,18 @@ TEST(VisionIndexReader, ARunDatedInTheFutureNeverWinsAndGroupedNamesAreFound)
 {
     TempFolder folder;
     folder.makeFolder(QStringLiteral("_index"));
-    const auto write = [&](const QString& name, const QDateTime& at, const QString& fileName, const QString& mark) {
+    const auto write = [&](const QString& name, const QDateTime& at, const QString& fileName,
+                           const QString& mark) {
         VisionRecognitionResult r;
         r.fileName = fileName;
         r.classificationMark = mark;
-        ASSERT_TRUE(VisionIndexFile::write(folder.filePath(QStringLiteral("_index/") + name), {{r}, at, folder.path()}));
+        ASSERT_TRUE(VisionIndexFile::write(folder.filePath(QStringLiteral("_index/") + name),
+                                           {{r}, at, folder.path()}));
     };
     const QDateTime now = QDateTime::currentDateTimeUtc();
-    write(QStringLiteral("vision_index_9912312359_x_1.json"), QDateTime(QDate(2099, 1, 1), QTime(0, 0), Qt::UTC),
-          QStringLiteral("a.jpg"), QStringLiteral("MARK_TOOLS"));
+    write(QStringLiteral("vision_index_9912312359_x_1.json"),
+          QDateTime(QDate(2099, 1, 1), QTime(0, 0), Qt::UTC), QStringLiteral("a.jpg"),
+          QStringLiteral("MARK_TOOLS"));
     write(QStringLiteral("vision_index_0101000000_x_1.json"), now.addSecs(-60), QStringLiteral("a.jpg"),
           QStringLiteral("MARK_PEOPLE"));
     // Grouping renamed the picture after the run: it is found under its new name, and the old one.
@@ -360,10 +384,16 @@ TEST(VisionIndexReader, HostileIndexFilesAreSkippedWithoutReadingThem)
     VisionRecognitionResult r;
     r.fileName = QStringLiteral("a.jpg");
     r.classificationMark = QStringLiteral("MARK_OUTDOOR");
-    ASSERT_TRUE(VisionIndexFile::write(folder.filePath(QStringLiteral("_index/vision_index_0101000000_x_1.json")),
-                                       {{r}, QDateTime::currentDateTimeUtc().addSecs(-60), folder.path()}));
-    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/zero"), folder.filePath(QStringLiteral("_index/vision_index_zero.json"))));
-    ASSERT_EQ(::mkfifo(QFile::encodeName(folder.filePath(QStringLiteral("_index/vision_index_fifo.json"))).constData(), 0600), 0);
+    ASSERT_TRUE(
+        VisionIndexFile::write(folder.filePath(QStringLiteral("_index/vision_index_0101000000_x_1.json")),
+                               {{r}, QDateTime::currentDateTimeUtc().addSecs(-60), folder.path()}));
+    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/zero"),
+                            folder.filePath(QStringLiteral("_index/vision_index_zero.json"))));
+    ASSERT_EQ(
+        ::mkfifo(
+            QFile::encodeName(folder.filePath(QStringLiteral("_index/vision_index_fifo.json"))).constData(),
+            0600),
+        0);
     QFile big(folder.filePath(QStringLiteral("_index/vision_index_big.json")));
     ASSERT_TRUE(big.open(QIODevice::WriteOnly));
     ASSERT_TRUE(big.resize(VisionIndexFile::kMaxBytes + 1)); // sparse: costs no disk
