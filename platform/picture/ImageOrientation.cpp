@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/picture/ImageOrientation.h"
 
+#include "platform/picture/HugePages.h"
+
 #include <QTransform>
 
 namespace lumaro::platform {
 
 namespace {
 
+// A full-size picture is turned into huge-page memory (see HugePages); anything else, or a format that is
+// not 32-bit, by Qt.
 QImage turned(const QImage& image, int degrees)
 {
-    return image.transformed(QTransform().rotate(degrees));
+    QImage quick = HugePages::rotated(image, degrees / 90);
+    return quick.isNull() ? image.transformed(QTransform().rotate(degrees)) : quick;
 }
 
 } // namespace

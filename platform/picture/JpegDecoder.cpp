@@ -2,6 +2,7 @@
 #include "platform/picture/JpegDecoder.h"
 
 #include "platform/picture/FittedSize.h"
+#include "platform/picture/HugePages.h"
 
 #include <turbojpeg.h>
 
@@ -78,7 +79,8 @@ std::optional<QImage> JpegDecoder::decode(const QByteArray& data, int maxSide, Q
     if (tjDecompressHeader3(handle.get(), bytes(data), size, &width, &height, &subsampling, &colorspace) != 0)
         return fail(QString::fromUtf8(tjGetErrorStr2(handle.get())));
     const tjscalingfactor scale = chooseScale(width, height, maxSide);
-    QImage image(TJSCALED(width, scale), TJSCALED(height, scale), QImage::Format_RGB32);
+    QImage image =
+        HugePages::image(QSize(TJSCALED(width, scale), TJSCALED(height, scale)), QImage::Format_RGB32);
     if (image.isNull())
         return fail(QStringLiteral("out of memory for %1×%2").arg(width).arg(height));
     const int status = tjDecompress2(handle.get(), bytes(data), size, image.bits(), image.width(),

@@ -7,6 +7,7 @@
 #include "platform/picture/EmbeddedPreview.h"
 #include "platform/picture/FittedSize.h"
 #include "platform/picture/HeifDecoder.h"
+#include "platform/picture/HugePages.h"
 #include "platform/picture/ImageOrientation.h"
 #include "platform/picture/JpegDecoder.h"
 
@@ -15,6 +16,8 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <QSet>
+
+#include <cstring>
 
 namespace lumaro::platform {
 
@@ -97,6 +100,28 @@ DecodedPicture readCutShortJpeg(const QByteArray& data, const ExifSummary& exif,
     return failed(error);
 }
 
+// The rest of the file read straight behind its head into one block of huge pages (see HugePages): no growth,
+// no second copy. The block must outlive the bytes returned.
+QByteArray wholeFile(QFile& file, const QByteArray& head, HugePages::Block& memory)
+{
+    const qint64 size = std::max(file.size(), qint64(head.size()));
+    memory = HugePages::block(size);
+    if (!memory)
+        return head + file.readAll();
+    std::memcpy(memory.get(), head.constData(), size_t(head.size()));
+    qint64 filled = head.size();
+    while (filled < size) {
+        const qint64 got = file.read(memory.get() + filled, size - filled);
+        if (got <= 0)
+            break;
+        filled += got;
+    }
+    const QByteArray grown = file.readAll(); // still being written: what came since it was measured
+    if (!grown.isEmpty())
+        return QByteArray(memory.get(), filled) + grown;
+    return QByteArray::fromRawData(memory.get(), filled);
+}
+
 DecodedPicture readJpeg(const PictureRequest& request)
 {
     QFile file;
@@ -112,7 +137,8 @@ DecodedPicture readJpeg(const PictureRequest& request)
                 applyExifOrientation(*preview, exif.orientation), DecodeRoute::cameraPreview, {}};
         file.seek(data.size());
     }
-    data += file.readAll();
+    HugePages::Block memory;
+    data = wholeFile(file, data, memory);
     if (!exif.readable)
         exif = EmbeddedPreview::exifOf(data);
     QString error;
