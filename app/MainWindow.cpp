@@ -407,8 +407,13 @@ void MainWindow::rememberFolderForNextStart()
 
 void MainWindow::reloadCurrentFolder()
 {
-    if (const auto folder = m_state->currentFolder())
-        currentMode().folderLoader().load(*folder);
+    const auto folder = m_state->currentFolder();
+    if (!folder)
+        return;
+    // Before the list comes back, so the views ask again for what failed or changed.
+    m_thumbnails->refresh();
+    m_fullPictures->refresh();
+    currentMode().folderLoader().load(*folder);
 }
 
 void MainWindow::setFolderTitle(const QString& folder)

@@ -36,13 +36,26 @@ void FullPictureLoader::request(const QString& current, const QStringList& ahead
     for (auto it = m_images.begin(); it != m_images.end();) {
         if (m_wanted.contains(it.key()))
             ++it;
-        else
+        else {
+            m_stamps.remove(it.key());
             it = m_images.erase(it);
+        }
     }
     publishWanted();
+    startWanted();
+}
+
+void FullPictureLoader::startWanted()
+{
+    // The picture on screen alone first: on two cores a decode ahead beside it would take most of a core
+    // and memory bandwidth from it. The ones ahead start once it is in.
     for (const QString& path : std::as_const(m_wanted)) {
-        if (!m_images.contains(path) && !m_running.contains(path) && !m_failed.contains(path))
+        if (m_images.contains(path) || m_failed.contains(path))
+            continue;
+        if (!m_running.contains(path))
             start(path);
+        if (path == m_wanted.constFirst())
+            return;
     }
 }
 
@@ -60,6 +73,20 @@ void FullPictureLoader::clear()
     m_images.clear();
     m_running.clear();
     m_failed.clear();
+    m_stamps.clear();
+}
+
+void FullPictureLoader::refresh()
+{
+    m_failed.clear();
+    for (auto it = m_images.begin(); it != m_images.end();) {
+        if (platform::FileStamp::sameContent(m_stamps.value(it.key()), platform::FileStamp::of(it.key()))) {
+            ++it;
+        } else {
+            m_stamps.remove(it.key());
+            it = m_images.erase(it);
+        }
+    }
 }
 
 std::optional<QImage> FullPictureLoader::image(const QString& path) const
@@ -84,18 +111,21 @@ void FullPictureLoader::start(const QString& path)
             std::lock_guard lock(wanted->mutex);
             skipped = !wanted->paths.contains(path);
         }
+        // Stamped before the read: a file still growing is seen as changed by the next refresh.
+        const auto stamp = skipped ? std::nullopt : platform::FileStamp::of(path);
         const QImage image = skipped ? QImage() : decode(path, rotation);
         QMetaObject::invokeMethod(
             self.data(),
-            [self, path, epoch, image, skipped] {
+            [self, path, epoch, image, skipped, stamp] {
                 if (self)
-                    self->finish(path, epoch, image, skipped);
+                    self->finish(path, epoch, image, skipped, stamp);
             },
             Qt::QueuedConnection);
     });
 }
 
-void FullPictureLoader::finish(const QString& path, quint64 epoch, const QImage& image, bool skipped)
+void FullPictureLoader::finish(const QString& path, quint64 epoch, const QImage& image, bool skipped,
+                               const std::optional<platform::FileStamp>& stamp)
 {
     if (epoch != m_epoch || m_running.value(path, epoch + 1) != epoch)
         return; // cleared since
@@ -103,14 +133,17 @@ void FullPictureLoader::finish(const QString& path, quint64 epoch, const QImage&
     if (!m_wanted.contains(path))
         return; // no longer wanted: dropped, never shown
     if (skipped) {
-        start(path); // wanted again after its decode passed it over
+        startWanted(); // wanted again after its decode passed it over
         return;
     }
     if (image.isNull())
         m_failed.insert(path);
-    else
+    else {
         m_images.insert(path, image);
+        m_stamps.insert(path, stamp);
+    }
     Q_EMIT ready(path);
+    startWanted();
 }
 
 } // namespace lumaro::browse

@@ -2,6 +2,8 @@
 // Decodes pictures at their full size for the 100 % loupe, the one on screen first, the next one ahead.
 #pragma once
 
+#include "platform/files/FileStamp.h"
+
 #include <QHash>
 #include <QImage>
 #include <QObject>
@@ -34,13 +36,17 @@ public:
     ~FullPictureLoader() override;
 
     void setRotationFunction(RotationFunction rotation) { m_rotation = std::move(rotation); }
-    // `current` first, then `ahead` (the pictures the user is likely to go to next).
+    // `current` first, then `ahead` (the pictures the user is likely to go to next), once `current` is in.
     void request(const QString& current, const QStringList& ahead = {});
     // Forgets everything (the loupe was closed, or a picture's pixels changed).
     void clear();
+    // The folder is read again: failures are tried again, and so are images whose file's size or modification
+    // time moved since they were decoded, at the next request().
+    void refresh();
 
     std::optional<QImage> image(const QString& path) const;
     bool hasFailed(const QString& path) const { return m_failed.contains(path); }
+    int runningCount() const { return int(m_running.size()); }
 
 Q_SIGNALS:
     void ready(const QString& path);
@@ -52,8 +58,10 @@ private:
         std::mutex mutex;
         QSet<QString> paths;
     };
+    void startWanted();
     void start(const QString& path);
-    void finish(const QString& path, quint64 epoch, const QImage& image, bool skipped);
+    void finish(const QString& path, quint64 epoch, const QImage& image, bool skipped,
+                const std::optional<platform::FileStamp>& stamp);
     void publishWanted();
 
     DecodeFunction m_decode;
@@ -63,6 +71,7 @@ private:
     QHash<QString, QImage> m_images;
     QHash<QString, quint64> m_running; // path → the epoch it was started in
     QSet<QString> m_failed;
+    QHash<QString, std::optional<platform::FileStamp>> m_stamps; // the held images' files as they were read
     std::shared_ptr<Wanted> m_shared = std::make_shared<Wanted>();
     quint64 m_epoch = 0; // bumped by clear(): results started before are dropped
 };

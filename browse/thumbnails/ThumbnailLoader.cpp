@@ -21,6 +21,11 @@ QString jobKey(const QString& path, PictureKind kind)
     return (kind == PictureKind::preview ? QStringLiteral("P:") : QStringLiteral("T:")) + path;
 }
 
+QString pathOfKey(const QString& key)
+{
+    return key.mid(2);
+}
+
 QImage readPicture(const QString& path, int maxSide, bool thumbnail, int rotation)
 {
     platform::PictureRequest request{path, maxSide, thumbnail, rotation};
@@ -72,6 +77,7 @@ void ThumbnailLoader::setFolder(const QString& folder)
     m_previews.clear();
     m_previewOrder.clear();
     m_failed.clear();
+    m_stamps.clear();
 }
 
 std::optional<QImage> ThumbnailLoader::thumbnail(const QString& path) const
@@ -120,9 +126,35 @@ void ThumbnailLoader::invalidate(const QString& path)
     m_running.remove(jobKey(path, PictureKind::preview));
     m_failed.remove(jobKey(path, PictureKind::thumbnail));
     m_failed.remove(jobKey(path, PictureKind::preview));
+    m_stamps.remove(jobKey(path, PictureKind::thumbnail));
+    m_stamps.remove(jobKey(path, PictureKind::preview));
     m_previews.remove(path);
     m_previewOrder.removeAll(path);
     Q_EMIT invalidated(path);
+}
+
+void ThumbnailLoader::refresh()
+{
+    QSet<QString> stale;
+    for (const QString& key : std::as_const(m_failed))
+        stale.insert(pathOfKey(key));
+    for (auto it = m_stamps.begin(); it != m_stamps.end();) {
+        const QString path = pathOfKey(it.key());
+        const bool held = it.key() == jobKey(path, PictureKind::preview) ? m_previews.contains(path)
+                                                                         : m_cache.contains(path);
+        if (!held) {
+            it = m_stamps.erase(it);
+            continue;
+        }
+        if (!platform::FileStamp::sameContent(*it, platform::FileStamp::of(path)))
+            stale.insert(path);
+        ++it;
+    }
+    for (const QString& path : std::as_const(stale)) {
+        Log::line(QStringLiteral("ThumbnailLoader"), QStringLiteral("重新读取: ") + path);
+        m_cache.clearFile(path);
+        invalidate(path);
+    }
 }
 
 bool ThumbnailLoader::isDone(const QString& path, PictureKind kind) const
@@ -181,19 +213,21 @@ void ThumbnailLoader::start(const Job& job)
     const QString path = job.path;
     const PictureKind kind = job.kind;
     m_pool.start([self, decode, path, kind, side, isThumbnail, rotation, generation, epoch] {
+        // Stamped before the read: a file still growing is seen as changed by the next refresh.
+        const auto stamp = platform::FileStamp::of(path);
         const QImage image = decode(path, side, isThumbnail, rotation);
         QMetaObject::invokeMethod(
             self.data(),
-            [self, path, kind, generation, epoch, image] {
+            [self, path, kind, generation, epoch, image, stamp] {
                 if (self)
-                    self->finish(path, kind, generation, epoch, image);
+                    self->finish(path, kind, generation, epoch, image, stamp);
             },
             Qt::QueuedConnection);
     });
 }
 
 void ThumbnailLoader::finish(const QString& path, PictureKind kind, quint64 generation, quint64 epoch,
-                             const QImage& image)
+                             const QImage& image, const std::optional<platform::FileStamp>& stamp)
 {
     const QString key = jobKey(path, kind);
     const bool current = generation == m_generation && epoch == m_epochs.value(path);
@@ -202,6 +236,7 @@ void ThumbnailLoader::finish(const QString& path, PictureKind kind, quint64 gene
     scheduleDispatch();
     if (!current)
         return; // a folder that was left, or pixels that changed meanwhile
+    m_stamps.insert(key, stamp);
     if (image.isNull())
         m_failed.insert(key);
     else if (kind == PictureKind::thumbnail)

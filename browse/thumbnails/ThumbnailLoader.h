@@ -3,6 +3,7 @@
 #pragma once
 
 #include "browse/thumbnails/ThumbnailPriority.h"
+#include "platform/files/FileStamp.h"
 
 #include <QHash>
 #include <QImage>
@@ -76,6 +77,11 @@ public:
     void requestPreview(const QString& current, const QStringList& neighbours = {});
     // Forgets the decoded images of a file (its pixels changed) and cancels their decodes in flight.
     void invalidate(const QString& path);
+    // The user asked to read the folder again: every file that failed is tried again (it may have been still
+    // on its way from a card or a camera), and so is every file whose size or modification time moved since
+    // its images were decoded (a partial picture decoded mid-copy). Stats only the files whose images are
+    // held.
+    void refresh();
 
     int queuedCount() const { return int(m_queue.size()); }
     int runningCount() const { return int(m_running.size()); }
@@ -99,7 +105,8 @@ private:
     void scheduleDispatch();
     void dispatch();
     void start(const Job& job);
-    void finish(const QString& path, PictureKind kind, quint64 generation, quint64 epoch, const QImage& image);
+    void finish(const QString& path, PictureKind kind, quint64 generation, quint64 epoch, const QImage& image,
+                const std::optional<platform::FileStamp>& stamp);
     void keepPreview(const QString& path, const QImage& image);
     bool isDone(const QString& path, PictureKind kind) const;
 
@@ -118,6 +125,7 @@ private:
     QHash<QString, QImage> m_previews;
     QStringList m_previewOrder;          // oldest first
     QSet<QString> m_failed;              // job keys that decoded to nothing
+    QHash<QString, std::optional<platform::FileStamp>> m_stamps; // job key → the file as its decode found it
 };
 
 } // namespace lumaro::browse

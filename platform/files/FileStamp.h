@@ -18,6 +18,14 @@ struct FileStamp
     qint64 changedNs = 0;
 
     bool operator==(const FileStamp&) const = default;
+    // Whether the bytes are the same: neither the size nor the content time moved (writing a tag moves only
+    // the status time). A file that could not be stat'ed once and can now has changed.
+    static bool sameContent(const std::optional<FileStamp>& a, const std::optional<FileStamp>& b)
+    {
+        if (!a || !b)
+            return a.has_value() == b.has_value();
+        return a->size == b->size && a->modifiedNs == b->modifiedNs;
+    }
 
     // nullopt when the file cannot be stat'ed (gone, no permission).
     static std::optional<FileStamp> of(const QString& path);

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The thumbnail scheduler: the current picture is served before queued prefetch, leaving a folder drops its
-// queued work and its late results, a reload throws away a decode in flight, failures are not retried.
+// queued work and its late results, a reload throws away a decode in flight, failures are not retried; reading
+// the folder again retries them and reads again the files that changed since they were decoded.
 #include "browse/thumbnails/ThumbnailLoader.h"
 
 #include "browse/thumbnails/ThumbnailCache.h"
 #include "tests/support/TempFolder.h"
 
+#include <QBuffer>
+#include <QRandomGenerator>
 #include <QSemaphore>
 #include <QSignalSpy>
 
@@ -163,6 +166,74 @@ TEST(ThumbnailLoaderTest, AFileThatCannotBeDecodedIsMarkedAndNotRetried)
     EXPECT_EQ(decoder.decoded().size(), 1);
     EXPECT_FALSE(cache.image(QStringLiteral("/f/bad.jpg")).has_value());
 }
+
+// A red picture with grain, so that its scan is long enough to be cut in the middle.
+QByteArray redJpeg()
+{
+    QImage image(320, 240, QImage::Format_RGB32);
+    QRandomGenerator grain(7);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, qRgb(215 + int(grain.bounded(40u)), int(grain.bounded(40u)), 0));
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "JPEG", 95);
+    return bytes;
+}
+
+struct RefreshCase
+{
+    const char* name;
+    double writtenBeforeFirstLook; // the share of the file on disk when its thumbnail was first read
+    bool readAgain;
+};
+
+void PrintTo(const RefreshCase& c, std::ostream* out)
+{
+    *out << c.name;
+}
+
+class ThumbnailRefreshTest : public ::testing::TestWithParam<RefreshCase>
+{
+};
+
+// A picture copied in while the folder is on screen: what was read of it mid-copy must not stay after a
+// refresh.
+TEST_P(ThumbnailRefreshTest, ARefreshReadsAgainWhatFailedOrChanged)
+{
+    const RefreshCase& c = GetParam();
+    testing::TempFolder folder;
+    const QByteArray whole = redJpeg();
+    const QString path = folder.write(QStringLiteral("IMG_0001.JPG"),
+                                      whole.left(qsizetype(whole.size() * c.writtenBeforeFirstLook)));
+    ThumbnailCache cache;
+    ThumbnailLoader loader(cache, {}, oneThread());
+    loader.setFolder(folder.path());
+    loader.requestThumbnails({path});
+    ASSERT_TRUE(waitUntil([&] {
+        return idle(loader) && (cache.contains(path) || loader.hasFailed(path, PictureKind::thumbnail));
+    }));
+    if (c.writtenBeforeFirstLook < 1)
+        folder.write(QStringLiteral("IMG_0001.JPG"), whole); // the copy ends
+
+    QSignalSpy invalidated(&loader, &ThumbnailLoader::invalidated);
+    loader.refresh();
+    EXPECT_EQ(invalidated.count(), c.readAgain ? 1 : 0);
+    loader.requestThumbnails({path});
+    ASSERT_TRUE(waitUntil([&] { return idle(loader) && cache.contains(path); }));
+    EXPECT_FALSE(loader.hasFailed(path, PictureKind::thumbnail));
+    const QImage thumbnail = *cache.image(path);
+    const QRgb corner = thumbnail.pixel(thumbnail.width() - 1, thumbnail.height() - 1);
+    EXPECT_GT(qRed(corner), 180) << "the bottom of the picture is still the grey of a cut-short read";
+    EXPECT_LT(qGreen(corner), 90);
+}
+
+INSTANTIATE_TEST_SUITE_P(MidCopy, ThumbnailRefreshTest,
+                         ::testing::Values(RefreshCase{"nothing_but_the_first_bytes_failed", 0.01, true},
+                                           RefreshCase{"half_the_file_decoded_half_grey", 0.5, true},
+                                           RefreshCase{"the_whole_file_is_not_read_twice", 1.0, false}),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 } // namespace
 } // namespace lumaro::browse
