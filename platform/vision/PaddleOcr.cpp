@@ -14,8 +14,10 @@ namespace lumaro::platform::detail {
 
 namespace {
 
-constexpr int kPageLong = 960; // the detector's input: the picture fitted into 960 × 736 or 736 × 960
-constexpr int kPageShort = 736;
+// The detector's input: the picture fitted into one square for both orientations. OpenCV 4.6 cannot run one
+// net at a second input size, and a net per shape held a second set of page-sized maps (about 200 MB) as
+// soon as a folder mixed upright and lying pictures. A 3:2 or 4:3 picture is scaled as in a 960 × 736 input.
+constexpr int kPageSide = 960;
 constexpr float kTextThreshold = 0.3f;
 constexpr double kBoxThreshold = 0.6;
 constexpr double kUnclip = 1.5;
@@ -96,21 +98,9 @@ struct PaddleOcr::Networks
     };
     QByteArray detectorBytes;
     QByteArray recogniserBytes;
-    std::mutex mapLock; // guards the two maps; each net has its own lock for its forward passes
-    std::map<std::pair<int, int>, std::unique_ptr<Guarded>> detectors;
+    Guarded detector;   // imported at kPageSide × kPageSide
+    std::mutex mapLock; // guards the recognisers' map; each net has its own lock for its forward passes
     std::map<int, std::unique_ptr<Guarded>> recognisers;
-
-    Guarded& detectorFor(cv::Size size)
-    {
-        std::lock_guard lock(mapLock);
-        auto& slot = detectors[{size.width, size.height}];
-        if (!slot) {
-            auto made = std::make_unique<Guarded>();
-            made->net = cv::dnn::readNetFromONNX(detectorBytes.constData(), size_t(detectorBytes.size()));
-            slot = std::move(made);
-        }
-        return *slot;
-    }
 
     Guarded& recogniserFor(int width)
     {
@@ -147,12 +137,11 @@ PaddleOcr::PaddleOcr(std::shared_ptr<Networks> networks, QStringList keys)
 {
 }
 
-cv::Mat PaddleOcr::forward(cv::Size detectorInput, const cv::Mat& blob)
+cv::Mat PaddleOcr::detectorForward(const cv::Mat& blob)
 {
-    Networks::Guarded& guarded = m_networks->detectorFor(detectorInput);
-    std::lock_guard lock(guarded.lock);
-    guarded.net.setInput(blob);
-    return guarded.net.forward().clone();
+    std::lock_guard lock(m_networks->detector.lock);
+    m_networks->detector.net.setInput(blob);
+    return m_networks->detector.net.forward().clone();
 }
 
 cv::Mat PaddleOcr::forward(int recogniserWidth, const cv::Mat& blob)
@@ -188,7 +177,10 @@ std::unique_ptr<PaddleOcr> PaddleOcr::load(const QString& detectorPath, const QS
         std::unique_ptr<PaddleOcr>(new PaddleOcr(Networks::shared(*detector, *recogniser), dictionary));
     // Both graphs must import here, not halfway through a run.
     try {
-        ocr->m_networks->detectorFor(cv::Size(kPageLong, kPageShort));
+        std::lock_guard lock(ocr->m_networks->detector.lock);
+        if (ocr->m_networks->detector.net.empty())
+            ocr->m_networks->detector.net = cv::dnn::readNetFromONNX(
+                ocr->m_networks->detectorBytes.constData(), size_t(ocr->m_networks->detectorBytes.size()));
         ocr->m_networks->recogniserFor(kWidthBuckets[0]);
     } catch (const std::exception& error) {
         Log::line(QStringLiteral("VISION_INDEX"),
@@ -200,8 +192,7 @@ std::unique_ptr<PaddleOcr> PaddleOcr::load(const QString& detectorPath, const QS
 
 std::vector<cv::RotatedRect> PaddleOcr::detect(const cv::Mat& bgr)
 {
-    const bool landscape = bgr.cols >= bgr.rows;
-    const cv::Size input = landscape ? cv::Size(kPageLong, kPageShort) : cv::Size(kPageShort, kPageLong);
+    const cv::Size input(kPageSide, kPageSide);
     const double scale = std::min(double(input.width) / bgr.cols, double(input.height) / bgr.rows);
     const cv::Size fitted(std::max(1, int(bgr.cols * scale)), std::max(1, int(bgr.rows * scale)));
     // Padded with the page's own edge so the border draws no text edge.
@@ -210,7 +201,7 @@ std::vector<cv::RotatedRect> PaddleOcr::detect(const cv::Mat& bgr)
     cv::Mat page;
     cv::copyMakeBorder(resized, page, 0, input.height - fitted.height, 0, input.width - fitted.width,
                        cv::BORDER_REPLICATE);
-    const cv::Mat out = forward(input, normalisedBlob(page, {0.485, 0.456, 0.406}, {0.229, 0.224, 0.225}));
+    const cv::Mat out = detectorForward(normalisedBlob(page, {0.485, 0.456, 0.406}, {0.229, 0.224, 0.225}));
     const cv::Mat probability(out.size[2], out.size[3], CV_32F, const_cast<float*>(out.ptr<float>(0, 0)));
     const cv::Mat mask = probability > kTextThreshold;
     std::vector<std::vector<cv::Point>> contours;

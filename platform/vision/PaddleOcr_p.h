@@ -26,8 +26,8 @@ struct ReadLine
 // (each net guarded by its own lock), since the detector's maps at page size are the largest memory of the
 // whole analysis: two workers then hold one set, and the set goes when the last instance does. Works around
 // two faults of OpenCV 4.6 with these graphs: a detector net returns empty maps once it has run at another
-// input size, so each of the two page shapes has its own net; the recogniser's width is fixed when the graph
-// is imported, so one net is kept per width bucket.
+// input size, so the one detector net takes every picture in one square shape; the recogniser's width is
+// fixed when the graph is imported, so one net is kept per width bucket.
 class PaddleOcr
 {
 public:
@@ -44,7 +44,7 @@ public:
 
 private:
     PaddleOcr(std::shared_ptr<Networks> networks, QStringList keys);
-    cv::Mat forward(cv::Size detectorInput, const cv::Mat& blob);
+    cv::Mat detectorForward(const cv::Mat& blob);
     cv::Mat forward(int recogniserWidth, const cv::Mat& blob);
 
     std::shared_ptr<Networks> m_networks;

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The installed PP-OCR text reader across pictures of both orientations.
+#include "platform/vision/TextRecognizer.h"
+
+#include "tests/support/TempFolder.h"
+
+#include <QFile>
+#include <QFont>
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QImage pageOf(QSize size)
+{
+    QImage page(size, QImage::Format_RGB32);
+    page.fill(Qt::white);
+    QPainter painter(&page);
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPixelSize(36);
+    painter.setFont(font);
+    painter.setPen(QColor(30, 30, 30));
+    painter.drawText(60, 120, QStringLiteral("Harbour market opens at six"));
+    painter.drawText(60, 200, QStringLiteral("Fresh mackerel and squid"));
+    return page;
+}
+
+qint64 residentBytes()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray& line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').value(0).toLongLong() * 1024;
+    }
+    return 0;
+}
+
+TEST(LineTextReader, UprightAndLyingPicturesInTurnShareOneDetectorAndReadTheSame)
+{
+    const QString models = lumaro::testing::sharedModelsDir();
+    if (models.isEmpty())
+        GTEST_SKIP() << "no models: ../shared/models is not beside the checkout";
+    qputenv("LUMARO_MODELS_DIR", models.toUtf8());
+    const std::unique_ptr<lumaro::platform::TextRecognizer> reader =
+        lumaro::platform::makeLineTextRecognizer();
+    ASSERT_TRUE(reader);
+    const QImage lying = pageOf({1200, 800});
+    const QImage upright = pageOf({800, 1200});
+
+    const QStringList first = reader->recognize(lying).lines;
+    const qint64 before = residentBytes();
+    const QStringList turned = reader->recognize(upright).lines;
+    const qint64 grown = residentBytes() - before;
+    const QStringList again = reader->recognize(lying).lines;
+
+    ASSERT_FALSE(first.isEmpty());
+    EXPECT_EQ(turned, first);
+    EXPECT_EQ(again, first);
+    // A second detector net for the other shape holds page-sized maps of about 200 MB.
+    EXPECT_LT(grown, 80 << 20) << grown / (1 << 20) << " MB more after an upright picture";
+}
+
+} // namespace
