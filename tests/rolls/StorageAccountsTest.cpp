@@ -13,8 +13,11 @@
 #include <QDirIterator>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QTemporaryFile>
 
 #include <gtest/gtest.h>
+
+#include <utility>
 
 using namespace lumaro::rolls;
 using lumaro::testing::TempFolder;
@@ -32,9 +35,17 @@ protected:
             s_why = "dbus-daemon or gnome-keyring-daemon is not installed";
             return;
         }
+        // A bus that starts no services on demand: the first call to the Secret Service would otherwise start
+        // a second, locked keyring before ours owns the name, and ours would give way to it.
+        s_busConfig = new QTemporaryFile;
+        s_busConfig->open();
+        s_busConfig->write("<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen>"
+                           "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                           "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
+        s_busConfig->flush();
         s_bus = new QProcess;
-        s_bus->start(dbus, {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                            QStringLiteral("--print-address=1")});
+        s_bus->start(dbus, {QStringLiteral("--config-file=") + s_busConfig->fileName(),
+                            QStringLiteral("--nofork"), QStringLiteral("--print-address=1")});
         if (!s_bus->waitForReadyRead(10000)) {
             s_why = "no private session bus";
             return;
@@ -42,8 +53,8 @@ protected:
         qputenv("DBUS_SESSION_BUS_ADDRESS", s_bus->readLine().trimmed());
         s_keyring = new QProcess;
         s_keyring->start(keyring, {QStringLiteral("--foreground"), QStringLiteral("--components=secrets"),
-                                   QStringLiteral("--login")});
-        // As at a desktop login: the password on standard input opens the login keyring, made on first use.
+                                   QStringLiteral("--unlock")});
+        // The password on standard input opens the login keyring, made on first use.
         s_keyring->write("keyring-of-the-test\n");
         s_keyring->closeWriteChannel();
         // The daemon answers once it owns its name on the bus; a first store proves it.
@@ -65,6 +76,7 @@ protected:
             delete process;
         }
         s_keyring = s_bus = nullptr;
+        delete std::exchange(s_busConfig, nullptr);
     }
     void SetUp() override
     {
@@ -74,6 +86,7 @@ protected:
 
     static inline QProcess* s_bus = nullptr;
     static inline QProcess* s_keyring = nullptr;
+    static inline QTemporaryFile* s_busConfig = nullptr;
     static inline std::string s_why;
 };
 
