@@ -91,10 +91,13 @@ PublishOutcome RollPublisher::publish(const RollRequest& request,
                         QStringLiteral("the roll is %1, over its budget of %2; nothing was sent")
                             .arg(megabytes(staged.bytes()), megabytes(*request.budgetBytes)));
 
-    // What the store already has of this roll: only the rest is sent, and it is what must fit.
+    // What the store already has of this roll: only the rest is sent, and it is what must fit. The first
+    // contact with the store: few low-level retries, so a refused sign-in is said in a second, not after
+    // rclone's default ten backed-off attempts (12 s over sftp).
     const platform::RcloneResult listing =
         m_rclone.run({QStringLiteral("lsjson"), QStringLiteral("-R"), QStringLiteral("--files-only"),
-                      QStringLiteral("--no-mimetype"), QStringLiteral("--no-modtime"), *target});
+                      QStringLiteral("--no-mimetype"), QStringLiteral("--no-modtime"),
+                      QStringLiteral("--low-level-retries"), QStringLiteral("3"), *target});
     if (!listing.ok() && listing.exitCode != kRcloneDirectoryNotFound)
         return finished(PublishStatus::failed, QStringLiteral("%1: %2").arg(*target, listing.reason()));
     QHash<QString, qint64> online;

@@ -2,7 +2,7 @@
 // The online album panel publishing the folder shown to a real WebDAV server, off the main thread.
 #include "app/RollPanel.h"
 #include "tests/app/FakeToolHost.h"
-#include "tests/rolls/WebDavServer.h"
+#include "tests/rolls/RcloneServer.h"
 #include "tests/support/TempFolder.h"
 
 #include <QComboBox>
@@ -23,7 +23,7 @@ TEST(RollPanel, PublishesTheFolderShownAndListsTheRoll)
     if (!platform::Rclone::isInstalled())
         GTEST_SKIP() << "rclone is not installed";
     TempFolder space;
-    testing::WebDavServer server(space.makeFolder(QStringLiteral("remote")));
+    testing::RcloneServer server(space.makeFolder(QStringLiteral("remote")));
     ASSERT_TRUE(server.start());
     TempFolder shoot;
     shoot.writePicture(QStringLiteral("IMG_1.jpg"), {300, 200});

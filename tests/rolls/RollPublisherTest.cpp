@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Publishing to a real WebDAV server: what lands online, what a second publish sends and removes, refusals
-// before anything is sent, a server gone mid-way, bad credentials, unpublishing.
+// Publishing to real WebDAV and SFTP servers: what lands online, what a second publish sends and removes,
+// refusals before anything is sent, a server gone mid-way, bad credentials, unpublishing.
 #include "rolls/RollPublisher.h"
 
 #include "platform/metadata/LocationTags.h"
 #include "tests/report/ShootPictures.h"
-#include "tests/rolls/WebDavServer.h"
+#include "tests/rolls/RcloneServer.h"
 #include "tests/support/TempFolder.h"
 
 #include <QDirIterator>
@@ -18,8 +18,8 @@
 #include <gtest/gtest.h>
 
 using namespace lumaro::rolls;
+using lumaro::testing::RcloneServer;
 using lumaro::testing::TempFolder;
-using lumaro::testing::WebDavServer;
 
 namespace {
 
@@ -27,7 +27,14 @@ const lumaro::testing::ExifTags kShotInParis{
     {QStringLiteral("Exif.GPSInfo.GPSLatitudeRef"), QStringLiteral("N")},
     {QStringLiteral("Exif.GPSInfo.GPSLatitude"), QStringLiteral("48/1 51/1 24/1")}};
 
-class RollPublish : public ::testing::Test
+struct Store
+{
+    RcloneServer::Protocol protocol;
+    const char* name;
+    const char* refusedSignIn; // what the server's refusal of a wrong password says
+};
+
+class RollPublish : public ::testing::TestWithParam<Store>
 {
 protected:
     void SetUp() override
@@ -35,7 +42,8 @@ protected:
         if (!lumaro::platform::Rclone::isInstalled())
             GTEST_SKIP() << "rclone is not installed";
         m_space.makeFolder(QStringLiteral("remote"));
-        m_server = std::make_unique<WebDavServer>(m_space.filePath(QStringLiteral("remote")));
+        m_server = std::make_unique<RcloneServer>(m_space.filePath(QStringLiteral("remote")), QString(),
+                                                  QString(), GetParam().protocol);
         ASSERT_TRUE(m_server->start());
         for (const char* name : {"IMG_0001.JPG", "IMG_0002.JPG", "a b & c.jpg"})
             lumaro::testing::writeShot(m_shoot, QString::fromUtf8(name), kShotInParis, {900, 600});
@@ -69,10 +77,10 @@ protected:
 
     TempFolder m_space;
     TempFolder m_shoot;
-    std::unique_ptr<WebDavServer> m_server;
+    std::unique_ptr<RcloneServer> m_server;
 };
 
-TEST_F(RollPublish, PutsEveryPictureOnlineWithoutItsLocationAndRecordsTheRoll)
+TEST_P(RollPublish, PutsEveryPictureOnlineWithoutItsLocationAndRecordsTheRoll)
 {
     RollRequest request;
     request.options.originals = true;
@@ -95,7 +103,7 @@ TEST_F(RollPublish, PutsEveryPictureOnlineWithoutItsLocationAndRecordsTheRoll)
     EXPECT_EQ(record->target, QStringLiteral("dav:albums/") + QDir(m_shoot.path()).dirName());
 }
 
-TEST_F(RollPublish, KeepsTheLocationOnlyWhenAsked)
+TEST_P(RollPublish, KeepsTheLocationOnlyWhenAsked)
 {
     RollRequest request;
     request.options.keepLocation = true;
@@ -104,7 +112,7 @@ TEST_F(RollPublish, KeepsTheLocationOnlyWhenAsked)
         EXPECT_TRUE(lumaro::platform::LocationTags::has(onlinePath(file))) << file.toStdString();
 }
 
-TEST_F(RollPublish, AgainSendsOnlyWhatChangedAndRemovesWhatTheFolderLost)
+TEST_P(RollPublish, AgainSendsOnlyWhatChangedAndRemovesWhatTheFolderLost)
 {
     ASSERT_EQ(publish().status, PublishStatus::published);
     const QStringList before = online();
@@ -137,7 +145,7 @@ TEST_F(RollPublish, AgainSendsOnlyWhatChangedAndRemovesWhatTheFolderLost)
     EXPECT_FALSE(page.contains(QStringLiteral("IMG_0001")));
 }
 
-TEST_F(RollPublish, OverItsBudgetIsRefusedBeforeAnythingIsSent)
+TEST_P(RollPublish, OverItsBudgetIsRefusedBeforeAnythingIsSent)
 {
     RollRequest request;
     request.budgetBytes = 1000;
@@ -148,7 +156,7 @@ TEST_F(RollPublish, OverItsBudgetIsRefusedBeforeAnythingIsSent)
     EXPECT_FALSE(RollStore::find(QDir(m_shoot.path()).dirName()));
 }
 
-TEST_F(RollPublish, AServerGoneMidwayLeavesNoPageAndTheNextPublishCompletesOnce)
+TEST_P(RollPublish, AServerGoneMidwayLeavesNoPageAndTheNextPublishCompletesOnce)
 {
     m_server->stop();
     const PublishOutcome broken = publish();
@@ -162,21 +170,22 @@ TEST_F(RollPublish, AServerGoneMidwayLeavesNoPageAndTheNextPublishCompletesOnce)
     EXPECT_EQ(online().size(), 3 * 2 + 1);
 }
 
-TEST_F(RollPublish, WrongCredentialsFailWithTheServersReason)
+TEST_P(RollPublish, WrongCredentialsFailWithTheServersReason)
 {
     m_server->stop();
-    m_server = std::make_unique<WebDavServer>(m_space.filePath(QStringLiteral("remote")),
-                                              QStringLiteral("ann"), QStringLiteral("secret"));
+    m_server =
+        std::make_unique<RcloneServer>(m_space.filePath(QStringLiteral("remote")), QStringLiteral("ann"),
+                                       QStringLiteral("secret"), GetParam().protocol);
     ASSERT_TRUE(m_server->start());
     const PublishOutcome outcome = publish();
     EXPECT_EQ(outcome.status, PublishStatus::failed);
-    EXPECT_TRUE(outcome.message.contains(QStringLiteral("401")) ||
-                outcome.message.contains(QStringLiteral("nauthori"), Qt::CaseInsensitive))
+    EXPECT_TRUE(outcome.message.contains(QRegularExpression(QString::fromUtf8(GetParam().refusedSignIn),
+                                                            QRegularExpression::CaseInsensitiveOption)))
         << outcome.message.toStdString();
     EXPECT_TRUE(online().isEmpty());
 }
 
-TEST_F(RollPublish, UnpublishRemovesTheRollsFolderAndRecordOnly)
+TEST_P(RollPublish, UnpublishRemovesTheRollsFolderAndRecordOnly)
 {
     m_space.write(QStringLiteral("remote/albums/someone-else/x.jpg"));
     ASSERT_EQ(publish().status, PublishStatus::published);
@@ -192,6 +201,12 @@ TEST_F(RollPublish, UnpublishRemovesTheRollsFolderAndRecordOnly)
     EXPECT_FALSE(RollStore::find(roll->target));
     EXPECT_EQ(m_shoot.entries().size(), 3);
 }
+
+INSTANTIATE_TEST_SUITE_P(Stores, RollPublish,
+                         ::testing::Values(Store{RcloneServer::Protocol::webdav, "WebDav", "401|unauthori"},
+                                           Store{RcloneServer::Protocol::sftp, "Sftp",
+                                                 "unable to authenticate"}),
+                         [](const ::testing::TestParamInfo<Store>& info) { return info.param.name; });
 
 struct DestinationCase
 {

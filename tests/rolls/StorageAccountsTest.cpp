@@ -6,7 +6,7 @@
 
 #include "platform/AppPaths.h"
 #include "platform/cloud/SecretStore.h"
-#include "tests/rolls/WebDavServer.h"
+#include "tests/rolls/RcloneServer.h"
 #include "tests/support/TempFolder.h"
 
 #include <QDeadlineTimer>
@@ -138,7 +138,7 @@ TEST_F(KeyringAccounts, APublishSignsInWithThePasswordFromTheKeyring)
     if (!lumaro::platform::Rclone::isInstalled())
         GTEST_SKIP() << "rclone is not installed";
     TempFolder space;
-    lumaro::testing::WebDavServer server(space.makeFolder(QStringLiteral("remote")), QStringLiteral("bo"),
+    lumaro::testing::RcloneServer server(space.makeFolder(QStringLiteral("remote")), QStringLiteral("bo"),
                                          QStringLiteral("right horse battery"));
     ASSERT_TRUE(server.start());
     TempFolder shoot;
@@ -147,7 +147,7 @@ TEST_F(KeyringAccounts, APublishSignsInWithThePasswordFromTheKeyring)
     ASSERT_TRUE(StorageAccounts::add(
         {QStringLiteral("studio"),
          QStringLiteral("webdav"),
-         {{QStringLiteral("url"), server.url()}, {QStringLiteral("user"), QStringLiteral("bo")}}},
+         {{QStringLiteral("url"), server.address()}, {QStringLiteral("user"), QStringLiteral("bo")}}},
         QStringLiteral("right horse battery"), &error));
     const lumaro::platform::Rclone rclone(
         {{QStringLiteral("RCLONE_CONFIG"), space.filePath(QStringLiteral("none"))}});
