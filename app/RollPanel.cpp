@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/RollPanel.h"
 
+#include "app/InBackground.h"
+#include "app/StorageAccountDialog.h"
 #include "app/ToolHost.h"
 #include "browse/state/LMRModeState.h"
 #include "rolls/StorageAccounts.h"
@@ -40,7 +42,7 @@ RollPanel::RollPanel(ToolHost& host, platform::Rclone rclone, QWidget* parent)
       m_keepLocation(new QCheckBox(tr("保留位置信息 (GPS)"), this)),
       m_publish(new QPushButton(tr("发布"), this)), m_progress(new QProgressBar(this)),
       m_status(new QLabel(this)), m_rolls(new QListWidget(this)),
-      m_unpublish(new QPushButton(tr("取消发布…"), this))
+      m_unpublish(new QPushButton(tr("取消发布…"), this)), m_accounts(new QPushButton(tr("存储账户…"), this))
 {
     m_destination->setEditable(true);
     m_destination->setToolTip(tr("rclone 远端和路径，例如 nextcloud:相册 或 s3:bucket/albums"));
@@ -53,8 +55,11 @@ RollPanel::RollPanel(ToolHost& host, platform::Rclone rclone, QWidget* parent)
     m_status->setTextInteractionFlags(Qt::TextBrowserInteraction);
     m_status->setOpenExternalLinks(true);
 
+    auto* destination = new QHBoxLayout;
+    destination->addWidget(m_destination, 1);
+    destination->addWidget(m_accounts);
     auto* form = new QFormLayout;
-    form->addRow(tr("发布到"), m_destination);
+    form->addRow(tr("发布到"), destination);
     form->addRow(tr("相册名"), m_name);
     form->addRow(tr("预算"), m_budget);
     auto* layout = new QVBoxLayout(this);
@@ -70,6 +75,7 @@ RollPanel::RollPanel(ToolHost& host, platform::Rclone rclone, QWidget* parent)
 
     connect(m_publish, &QPushButton::clicked, this, [this] { isRunning() ? cancel() : publish(); });
     connect(m_unpublish, &QPushButton::clicked, this, &RollPanel::unpublishSelected);
+    connect(m_accounts, &QPushButton::clicked, this, &RollPanel::showAccounts);
     listRolls();
     loadRemotes();
 }
@@ -81,24 +87,38 @@ RollPanel::~RollPanel()
 
 void RollPanel::loadRemotes()
 {
-    // `rclone listremotes` reads the user's config; off the main thread, so opening the window never waits.
-    QPointer<RollPanel> self(this);
-    const platform::Rclone rclone = m_rclone;
-    QThreadPool::globalInstance()->start([self, rclone] {
-        const platform::RcloneResult listed = rclone.run({QStringLiteral("listremotes")});
-        const QStringList remotes =
-            QString::fromUtf8(listed.output).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        QMetaObject::invokeMethod(
-            qApp,
-            [self, remotes] {
-                if (!self)
-                    return;
-                for (const QString& remote : remotes)
-                    if (self->m_destination->findText(remote.trimmed()) < 0)
-                        self->m_destination->addItem(remote.trimmed());
-            },
-            Qt::QueuedConnection);
-    });
+    // Lumaro's own accounts, then the user's rclone config (`rclone listremotes` reads it: off the main
+    // thread, so opening the window never waits).
+    const QString typed = m_destination->currentText();
+    m_destination->clear();
+    m_destination->setEditText(typed);
+    for (const rolls::StorageAccount& account : rolls::StorageAccounts::all())
+        addDestination(account.name + QLatin1Char(':'));
+    inBackground(
+        this,
+        [rclone = m_rclone] {
+            return QString::fromUtf8(rclone.run({QStringLiteral("listremotes")}).output)
+                .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        },
+        [this](const QStringList& remotes) {
+            for (const QString& remote : remotes)
+                addDestination(remote.trimmed());
+        });
+}
+
+void RollPanel::addDestination(const QString& remote)
+{
+    if (m_destination->findText(remote) < 0)
+        m_destination->addItem(remote);
+}
+
+StorageAccountDialog* RollPanel::showAccounts()
+{
+    auto* dialog = new StorageAccountDialog(m_rclone, m_host.dialogParent());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &StorageAccountDialog::accountsChanged, this, &RollPanel::loadRemotes);
+    dialog->open();
+    return dialog;
 }
 
 void RollPanel::listRolls()
@@ -245,12 +265,23 @@ void RollPanel::unpublishSelected()
                                                   .arg(roll->pictures));
     if (answer != QMessageBox::Yes)
         return;
-    QString error;
-    m_status->setText(rolls::RollPublisher(m_rclone.with(rolls::StorageAccounts::environment(m_rclone)))
-                              .unpublish(*roll, &error)
-                          ? tr("已删除线上相册: %1").arg(roll->target)
-                          : tr("❌ 删除失败: %1").arg(error.toHtmlEscaped()));
-    listRolls();
+    m_unpublish->setEnabled(false);
+    m_status->setText(tr("正在删除线上相册: %1…").arg(roll->target));
+    // The keyring and the store may take their time: off the main thread.
+    inBackground(
+        this,
+        [rclone = m_rclone, roll = *roll] {
+            QString error;
+            const bool removed =
+                rolls::RollPublisher(rclone.with(rolls::StorageAccounts::environment(rclone)))
+                    .unpublish(roll, &error);
+            return std::pair{removed, error};
+        },
+        [this, target = roll->target](const std::pair<bool, QString>& outcome) {
+            m_status->setText(outcome.first ? tr("已删除线上相册: %1").arg(target)
+                                            : tr("❌ 删除失败: %1").arg(outcome.second.toHtmlEscaped()));
+            listRolls();
+        });
 }
 
 } // namespace lumaro::app

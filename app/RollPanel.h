@@ -21,6 +21,7 @@ class QSpinBox;
 
 namespace lumaro::app {
 
+class StorageAccountDialog;
 class ToolHost;
 
 // Main thread. Preparing and sending run on a pool thread; the window stays live and the run can be
@@ -34,6 +35,8 @@ public:
 
     void publish();
     void cancel();
+    // The storage accounts dialog, window-modal; deleted when closed.
+    StorageAccountDialog* showAccounts();
     bool isRunning() const { return m_cancel != nullptr; }
     QComboBox& destination() { return *m_destination; }
     QLabel& status() { return *m_status; }
@@ -48,6 +51,7 @@ private:
     void unpublishSelected();
     void listRolls();
     void loadRemotes();
+    void addDestination(const QString& remote);
 
     ToolHost& m_host;
     platform::Rclone m_rclone;
@@ -61,6 +65,7 @@ private:
     QLabel* m_status;
     QListWidget* m_rolls;
     QPushButton* m_unpublish;
+    QPushButton* m_accounts;
     std::shared_ptr<std::atomic_bool> m_cancel;
 };
 

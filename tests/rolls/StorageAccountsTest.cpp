@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Storage accounts against a real Secret Service: GNOME Keyring on a private session bus started here, so the
-// user's own keyring is never touched. Skipped, with the reason, where neither can run.
+// Storage accounts against a real Secret Service (GNOME Keyring on a private session bus). Skipped, with the
+// reason, where neither can run.
 #include "rolls/StorageAccounts.h"
 #include "rolls/RollPublisher.h"
 
 #include "platform/AppPaths.h"
 #include "platform/cloud/SecretStore.h"
+#include "tests/rolls/PrivateKeyring.h"
 #include "tests/rolls/RcloneServer.h"
 #include "tests/support/TempFolder.h"
 
-#include <QDeadlineTimer>
 #include <QDirIterator>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryFile>
 
 #include <gtest/gtest.h>
 
@@ -27,67 +24,15 @@ namespace {
 class KeyringAccounts : public ::testing::Test
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        const QString dbus = QStandardPaths::findExecutable(QStringLiteral("dbus-daemon"));
-        const QString keyring = QStandardPaths::findExecutable(QStringLiteral("gnome-keyring-daemon"));
-        if (dbus.isEmpty() || keyring.isEmpty()) {
-            s_why = "dbus-daemon or gnome-keyring-daemon is not installed";
-            return;
-        }
-        // A bus that starts no services on demand: the first call to the Secret Service would otherwise start
-        // a second, locked keyring before ours owns the name, and ours would give way to it.
-        s_busConfig = new QTemporaryFile;
-        s_busConfig->open();
-        s_busConfig->write("<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen>"
-                           "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-                           "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
-        s_busConfig->flush();
-        s_bus = new QProcess;
-        s_bus->start(dbus, {QStringLiteral("--config-file=") + s_busConfig->fileName(),
-                            QStringLiteral("--nofork"), QStringLiteral("--print-address=1")});
-        if (!s_bus->waitForReadyRead(10000)) {
-            s_why = "no private session bus";
-            return;
-        }
-        qputenv("DBUS_SESSION_BUS_ADDRESS", s_bus->readLine().trimmed());
-        s_keyring = new QProcess;
-        s_keyring->start(keyring, {QStringLiteral("--foreground"), QStringLiteral("--components=secrets"),
-                                   QStringLiteral("--unlock")});
-        // The password on standard input opens the login keyring, made on first use.
-        s_keyring->write("keyring-of-the-test\n");
-        s_keyring->closeWriteChannel();
-        // The daemon answers once it owns its name on the bus; a first store proves it.
-        QString error;
-        const QDeadlineTimer deadline(20000);
-        while (!lumaro::platform::SecretStore::store(QStringLiteral("probe"), QStringLiteral("x"), &error) &&
-               !deadline.hasExpired())
-            s_keyring->waitForReadyRead(200);
-        if (!lumaro::platform::SecretStore::lookup(QStringLiteral("probe")))
-            s_why = "GNOME Keyring did not start: " + error.toStdString();
-    }
-    static void TearDownTestSuite()
-    {
-        for (QProcess* process : {s_keyring, s_bus}) {
-            if (process) {
-                process->kill();
-                process->waitForFinished();
-            }
-            delete process;
-        }
-        s_keyring = s_bus = nullptr;
-        delete std::exchange(s_busConfig, nullptr);
-    }
+    static void SetUpTestSuite() { s_keyring = new lumaro::testing::PrivateKeyring; }
+    static void TearDownTestSuite() { delete std::exchange(s_keyring, nullptr); }
     void SetUp() override
     {
-        if (!s_why.empty())
-            GTEST_SKIP() << s_why;
+        if (!s_keyring->whyNot().empty())
+            GTEST_SKIP() << s_keyring->whyNot();
     }
 
-    static inline QProcess* s_bus = nullptr;
-    static inline QProcess* s_keyring = nullptr;
-    static inline QTemporaryFile* s_busConfig = nullptr;
-    static inline std::string s_why;
+    static inline lumaro::testing::PrivateKeyring* s_keyring = nullptr;
 };
 
 bool anyFileUnderContains(const QString& folder, const QByteArray& text)
