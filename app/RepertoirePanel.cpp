@@ -16,6 +16,7 @@
 #include <QHBoxLayout>
 #include <QInputDialog>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QThreadPool>
@@ -51,6 +52,8 @@ RepertoirePanel::RepertoirePanel(ToolHost& host, library::RepertoireStore& store
     m_message->setWordWrap(true);
     m_summary->setWordWrap(true);
     auto* create = new QPushButton(tr("新建合集…"), this);
+    auto* rename = new QPushButton(tr("重命名…"), this);
+    auto* drop = new QPushButton(tr("删除合集…"), this);
     auto* add = new QPushButton(tr("加入当前图片 (B)"), this);
     auto* remove = new QPushButton(tr("从合集移除"), this);
     auto* toFolder = new QPushButton(tr("导出到文件夹…"), this);
@@ -58,6 +61,8 @@ RepertoirePanel::RepertoirePanel(ToolHost& host, library::RepertoireStore& store
     auto* top = new QHBoxLayout;
     top->addWidget(m_bundles, 1);
     top->addWidget(create);
+    top->addWidget(rename);
+    top->addWidget(drop);
     auto* middle = new QHBoxLayout;
     middle->addWidget(add);
     middle->addWidget(remove);
@@ -74,6 +79,8 @@ RepertoirePanel::RepertoirePanel(ToolHost& host, library::RepertoireStore& store
     m_pictures->setMinimumHeight(240);
 
     connect(create, &QPushButton::clicked, this, &RepertoirePanel::askNewBundle);
+    connect(rename, &QPushButton::clicked, this, &RepertoirePanel::askRename);
+    connect(drop, &QPushButton::clicked, this, &RepertoirePanel::askDrop);
     connect(add, &QPushButton::clicked, this, &RepertoirePanel::addSelection);
     connect(remove, &QPushButton::clicked, this, &RepertoirePanel::removeSelected);
     connect(toFolder, &QPushButton::clicked, this, [this] { askExport(false); });
@@ -163,6 +170,51 @@ void RepertoirePanel::askNewBundle()
     if (!ok)
         return;
     if (const auto refusal = createBundle(name))
+        say(*refusal);
+}
+
+std::optional<QString> RepertoirePanel::renameBundle(const QString& newName)
+{
+    if (auto refusal = m_store.rename(currentBundle(), newName))
+        return refusal;
+    platform::QSettingsStore::shared().setString(kCurrentBundleKey, newName.trimmed());
+    m_bundles->setItemText(m_bundles->currentIndex(), newName.trimmed());
+    fillBundles();
+    return std::nullopt;
+}
+
+std::optional<QString> RepertoirePanel::dropBundle()
+{
+    const QString name = currentBundle();
+    if (auto refusal = m_store.drop(name))
+        return refusal;
+    fillBundles();
+    say(tr("已删除合集“%1”（图片本身未动）").arg(name));
+    return std::nullopt;
+}
+
+void RepertoirePanel::askRename()
+{
+    if (currentBundle().isEmpty())
+        return;
+    bool ok = false;
+    const QString name =
+        QInputDialog::getText(this, tr("重命名合集"), tr("新名称:"), QLineEdit::Normal, currentBundle(), &ok);
+    if (!ok || name.trimmed() == currentBundle())
+        return;
+    if (const auto refusal = renameBundle(name))
+        say(*refusal);
+}
+
+void RepertoirePanel::askDrop()
+{
+    if (currentBundle().isEmpty())
+        return;
+    const auto answer = QMessageBox::question(
+        this, tr("删除合集"), tr("删除合集“%1”？只删除这份清单，图片本身不受影响。").arg(currentBundle()));
+    if (answer != QMessageBox::Yes)
+        return;
+    if (const auto refusal = dropBundle())
         say(*refusal);
 }
 

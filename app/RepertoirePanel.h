@@ -37,7 +37,11 @@ public:
     // Adds the window's selected picture to the current bundle; the message says what happened.
     void addSelection();
     void removeSelected();
+    // Each: nullopt when done, else why not (the store's words).
     std::optional<QString> createBundle(const QString& name);
+    std::optional<QString> renameBundle(const QString& newName);
+    // Forgets the current bundle's list; its pictures stay where they are.
+    std::optional<QString> dropBundle();
     // Exports the current bundle off the main thread; exported() reports the outcome in words.
     void exportTo(const QString& folder, bool asZip);
     QString message() const;
@@ -53,6 +57,8 @@ protected:
 private:
     void fillBundles();
     void askNewBundle();
+    void askRename();
+    void askDrop();
     void askExport(bool asZip);
     void say(const QString& text);
 

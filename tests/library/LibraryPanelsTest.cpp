@@ -186,3 +186,38 @@ TEST(RepertoirePanel, AddsTheSelectedPictureToABundleAndExportsIt)
     EXPECT_EQ(folder.read(QStringLiteral("out/IMG_1.jpg")), QByteArrayLiteral("theirs"));
     EXPECT_TRUE(folder.exists(QStringLiteral("out/IMG_1_1.jpg")));
 }
+
+TEST(RepertoirePanel, RenamesAndDeletesABundleButNeverItsPictures)
+{
+    TempFolder folder;
+    const QString shoot = folder.makeFolder(QStringLiteral("shoot"));
+    folder.writePicture(QStringLiteral("shoot/IMG_1.jpg"));
+    Host host;
+    host.state.setFolderPath(shoot, shoot, shoot);
+    host.state.setImageFiles({QStringLiteral("IMG_1.jpg")});
+    host.state.select(0);
+    library::RepertoireStore store;
+    ASSERT_TRUE(store.open(folder.filePath(QStringLiteral("repertoire.db"))));
+    platform::MemorySettingsStore settings;
+    library::FavourManager favourites(settings);
+    ASSERT_TRUE(favourites.open(folder.filePath(QStringLiteral("fav.db"))));
+    app::RepertoirePanel panel(host, store, favourites);
+    ASSERT_EQ(panel.createBundle(QStringLiteral("婚礼")), std::nullopt);
+    ASSERT_EQ(panel.createBundle(QStringLiteral("客户")), std::nullopt);
+    panel.setCurrentBundle(QStringLiteral("婚礼"));
+    panel.addSelection();
+
+    EXPECT_NE(panel.renameBundle(QStringLiteral("客户")), std::nullopt) << "a taken name";
+    EXPECT_EQ(panel.currentBundle(), QStringLiteral("婚礼"));
+    ASSERT_EQ(panel.renameBundle(QStringLiteral(" 婚礼 精选 ")), std::nullopt);
+    EXPECT_EQ(panel.currentBundle(), QStringLiteral("婚礼 精选"));
+    EXPECT_EQ(panel.pictures().paths(), QStringList{shoot + QStringLiteral("/IMG_1.jpg")});
+    // A panel opened later comes back to the bundle under its new name.
+    app::RepertoirePanel later(host, store, favourites);
+    EXPECT_EQ(later.currentBundle(), QStringLiteral("婚礼 精选"));
+
+    ASSERT_EQ(panel.dropBundle(), std::nullopt);
+    EXPECT_FALSE(store.bundle(QStringLiteral("婚礼 精选")));
+    EXPECT_EQ(panel.currentBundle(), QStringLiteral("客户"));
+    EXPECT_TRUE(folder.exists(QStringLiteral("shoot/IMG_1.jpg")));
+}
