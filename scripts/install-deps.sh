@@ -29,8 +29,9 @@ packages=(
   libglib2.0-bin desktop-file-utils appstream libvips-tools hyperfine libjpeg-turbo-progs attr
   # the report PDF rendered back in its test
   poppler-utils
-  # online albums: rclone speaks every storage protocol (S3, B2, WebDAV, SFTP, Drive …) and serves WebDAV in tests
-  rclone
+  # online albums: rclone speaks every storage protocol (S3, B2, WebDAV, SFTP, Drive …) and serves WebDAV and
+  # SFTP in tests; a headless browser shows a published album page in its test
+  rclone chromium
   # storage accounts' secrets in the desktop keyring (Secret Service); a private GNOME Keyring for its tests
   libsecret-1-dev gnome-keyring
   # the home page's cities (each time zone's coordinates in zone1970.tab) and their time zones

@@ -11,7 +11,10 @@
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QImage>
+#include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
+#include <QUrl>
 
 #include "platform/files/FileNameCodec.h"
 
@@ -101,6 +104,33 @@ TEST_P(RollPublish, PutsEveryPictureOnlineWithoutItsLocationAndRecordsTheRoll)
     ASSERT_TRUE(record);
     EXPECT_EQ(record->pictures, 3);
     EXPECT_EQ(record->target, QStringLiteral("dav:albums/") + QDir(m_shoot.path()).dirName());
+}
+
+TEST_P(RollPublish, ItsPageShowsThePicturesInABrowser)
+{
+    const QString chromium = QStandardPaths::findExecutable(QStringLiteral("chromium"));
+    if (chromium.isEmpty())
+        GTEST_SKIP() << "chromium is not installed";
+    ASSERT_EQ(publish().status, PublishStatus::published);
+    const QString shot = m_space.filePath(QStringLiteral("page.png"));
+    QProcess browser;
+    // As root a browser refuses its sandbox; the page is our own, read from disk.
+    browser.start(chromium, {QStringLiteral("--headless"), QStringLiteral("--no-sandbox"),
+                             QStringLiteral("--disable-gpu"), QStringLiteral("--window-size=1200,900"),
+                             QStringLiteral("--screenshot=") + shot,
+                             QUrl::fromLocalFile(onlinePath(QStringLiteral("index.html"))).toString()});
+    ASSERT_TRUE(browser.waitForFinished(120000));
+    const QImage page(shot);
+    ASSERT_FALSE(page.isNull()) << browser.readAllStandardError().toStdString();
+    // The shoot's pictures are dark cyan: a page whose thumbnails did not load shows none of it.
+    int cyan = 0;
+    for (int y = 0; y < page.height(); ++y)
+        for (int x = 0; x < page.width(); ++x) {
+            const QColor pixel = page.pixelColor(x, y);
+            cyan +=
+                pixel.red() < 30 && std::abs(pixel.green() - 128) < 20 && std::abs(pixel.blue() - 128) < 20;
+        }
+    EXPECT_GT(cyan, page.width() * page.height() / 20) << "thumbnails shown: " << cyan << " pixels";
 }
 
 TEST_P(RollPublish, KeepsTheLocationOnlyWhenAsked)
