@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -105,18 +106,45 @@ RenameResult TrashRestorer::putBack(const QString& trashedPath, const QString& t
     return result;
 }
 
+const QSet<QString>& TrashRecords::recordNames(const QString& trashDir)
+{
+    auto known = m_names.find(trashDir);
+    if (known == m_names.end()) {
+        QSet<QString> names;
+        if (DIR* dir = ::opendir(FileNameCodec::encode(trashDir + QStringLiteral("/info")).constData())) {
+            while (const dirent* item = ::readdir(dir)) {
+                const QString name = FileNameCodec::decode(QByteArray(item->d_name));
+                if (name.endsWith(QLatin1String(".trashinfo")))
+                    names.insert(name);
+            }
+            ::closedir(dir);
+        }
+        known = m_names.insert(trashDir, names);
+    }
+    return *known;
+}
+
+bool TrashRecords::isListed(const QString& trashDir, const QString& recordName)
+{
+    return recordNames(trashDir).contains(recordName);
+}
+
 QList<TrashEntry> TrashRecords::naming(const QString& trashDir, const QString& originalPath)
 {
-    auto known = m_byTrash.find(trashDir);
-    if (known == m_byTrash.end()) {
+    const QString suffix = QFileInfo(originalPath).suffix().toLower();
+    const QString key = trashDir + QLatin1Char('\n') + suffix;
+    auto known = m_byPath.find(key);
+    if (known == m_byPath.end()) {
         QMultiHash<QString, TrashEntry> byPath;
-        const QDir info(trashDir + QStringLiteral("/info"));
-        for (const QString& name :
-             info.entryList({QStringLiteral("*.trashinfo")}, QDir::Files | QDir::Hidden, QDir::Unsorted)) {
-            if (const auto entry = TrashRestorer::readInfo(info.filePath(name), trashDir))
+        const QString info = trashDir + QStringLiteral("/info/");
+        for (const QString& name : recordNames(trashDir)) {
+            const QString item = name.chopped(int(qstrlen(".trashinfo")));
+            if (!suffix.isEmpty() && QFileInfo(item).suffix().toLower() != suffix)
+                continue;
+            if (const auto entry = TrashRestorer::readInfo(info + name, trashDir))
                 byPath.insert(entry->originalPath, *entry);
         }
-        known = m_byTrash.insert(trashDir, byPath);
+        known = m_byPath.insert(key, byPath);
     }
     return known->values(originalPath);
 }
@@ -145,9 +173,13 @@ QList<TrashEntry> TrashRestorer::findByOriginalPath(const QString& originalPath,
     for (const QString& trashDir : trashes) {
         int misses = 0;
         for (int attempt = 1; misses < kMissesBeforeGivingUp && attempt <= 1000; ++attempt) {
-            const QString itemName = TrashDirectories::itemName(name, attempt);
-            const auto entry = readInfo(
-                trashDir + QStringLiteral("/info/") + itemName + QStringLiteral(".trashinfo"), trashDir);
+            const QString recordName =
+                TrashDirectories::itemName(name, attempt) + QStringLiteral(".trashinfo");
+            if (records && !records->isListed(trashDir, recordName)) {
+                ++misses;
+                continue;
+            }
+            const auto entry = readInfo(trashDir + QStringLiteral("/info/") + recordName, trashDir);
             if (!entry) {
                 ++misses;
                 continue;
@@ -158,7 +190,7 @@ QList<TrashEntry> TrashRestorer::findByOriginalPath(const QString& originalPath,
         }
     }
     if (found.isEmpty()) {
-        // Named otherwise ("IMG 7 (2).jpg" by other trashers): every record, read once for the whole batch.
+        // Named otherwise ("IMG 7 (2).jpg" by other trashers): the records of its extension, once a batch.
         for (const QString& trashDir : trashes) {
             for (const TrashEntry& entry : batch.naming(trashDir, wanted)) {
                 if (exists(entry.trashedPath))

@@ -8,6 +8,7 @@
 #include <QDateTime>
 #include <QHash>
 #include <QMultiHash>
+#include <QSet>
 #include <QString>
 
 #include <functional>
@@ -24,19 +25,26 @@ struct TrashEntry
     QDateTime deletionDate;
 };
 
-// The records of the trashes as one batch of restores has read them: each trash's info/ folder is listed and
-// read at most once per batch, and only when a record could not be found under the file's own name. Not
-// thread-safe: one per batch, on the batch's thread.
+// The records of the trashes as one batch of restores has read them: each trash's info/ folder is listed at
+// most once per batch, so a name that is not there costs no failed open; a record is read only when its name
+// may be the file's. Not thread-safe: one per batch, on the batch's thread.
 class TrashRecords
 {
 public:
-    // The records of `trashDir` whose Path names `originalPath` (cleaned, absolute).
+    // The records of `trashDir` whose Path names `originalPath` (cleaned, absolute), among the items whose
+    // name ends in the file's own extension (every trasher keeps it when it numbers a clash: "IMG 7.2.jpg",
+    // "IMG 7 (2).jpg"); all of them for a file without one. Read once per trash, extension and batch.
     QList<TrashEntry> naming(const QString& trashDir, const QString& originalPath);
+    // Whether `trashDir`'s info/ held a record of that name when the batch first looked.
+    bool isListed(const QString& trashDir, const QString& recordName);
     // The trashes that may hold a file of `folder`, looked up once per folder and batch.
     QStringList trashesFor(const QString& folder, const VolumeLookup& lookup);
 
 private:
-    QHash<QString, QMultiHash<QString, TrashEntry>> m_byTrash;
+    const QSet<QString>& recordNames(const QString& trashDir);
+
+    QHash<QString, QSet<QString>> m_names;                    // trash → its records' names
+    QHash<QString, QMultiHash<QString, TrashEntry>> m_byPath; // trash and extension → original path → items
     QHash<QString, QStringList> m_trashesByFolder;
 };
 
