@@ -78,6 +78,8 @@ std::optional<QImage> JpegDecoder::decode(const QByteArray& data, int maxSide, Q
     const auto size = static_cast<unsigned long>(data.size());
     if (tjDecompressHeader3(handle.get(), bytes(data), size, &width, &height, &subsampling, &colorspace) != 0)
         return fail(QString::fromUtf8(tjGetErrorStr2(handle.get())));
+    if (width <= 0 || height <= 0) // the first bytes of a file still being written
+        return fail(QStringLiteral("Premature end of JPEG file"));
     const tjscalingfactor scale = chooseScale(width, height, maxSide);
     QImage image =
         HugePages::image(QSize(TJSCALED(width, scale), TJSCALED(height, scale)), QImage::Format_RGB32);

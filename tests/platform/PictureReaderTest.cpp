@@ -169,6 +169,20 @@ INSTANTIATE_TEST_SUITE_P(Files, BrokenFileTest,
                                            "text.png", "empty.tiff", "text.webp", "looping.CR2",
                                            "missing.jpg", "missing.cr2"));
 
+// A picture caught in its first bytes (still being copied in) is called what it is, not a lack of memory.
+TEST(PictureReaderTest, AJpegOfOnlyItsFirstBytesIsCalledCutShort)
+{
+    TempFolder folder;
+    folder.writePicture(QStringLiteral("whole.jpg"), QSize(800, 600));
+    const QString path =
+        folder.write(QStringLiteral("copying.jpg"), folder.read(QStringLiteral("whole.jpg")).left(10));
+    for (const int side : {256, 0}) {
+        const DecodedPicture picture = decode(path, side, true);
+        EXPECT_TRUE(picture.isNull());
+        EXPECT_TRUE(picture.error.contains(QLatin1String("Premature end"))) << qPrintable(picture.error);
+    }
+}
+
 // A JPEG cut short shows what can be decoded, with the reason: its own EXIF thumbnail when it has one (the
 // whole picture, small), else the rows that made it into the file.
 TEST(PictureReaderTest, AJpegCutShortShowsWhatIsThere)
