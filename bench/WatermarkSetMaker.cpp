@@ -5,12 +5,14 @@
 // monospaced Noto CJK; some with the app's name on a line above; 1–3 % of the height) or left clean.
 // truth.tsv names each picture's identifier (empty for the clean ones), and "faint" after it when the stamp
 // is too faint for a person to read (white on white without a shadow: its letters stand less than
-// kReadableStep grey levels off the picture).
-//   watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES
+// kReadableStep grey levels off the picture). With FONTS, every stamp is drawn in one of the font files
+// there instead of Noto CJK (a held-out set in fonts the reader was never tuned on).
+//   watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES [FONTS]
 #include "tests/support/WatermarkStamp.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QImage>
 #include <QRandomGenerator>
@@ -47,9 +49,22 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
-    if (argc != 6) {
-        std::fprintf(stderr, "usage: watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES\n");
+    if (argc != 6 && argc != 7) {
+        std::fprintf(stderr, "usage: watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES [FONTS]\n");
         return 2;
+    }
+    QStringList families;
+    if (argc == 7) {
+        const QDir fonts(QString::fromLocal8Bit(argv[6]));
+        for (const QString& file : fonts.entryList({"*.ttf", "*.ttc", "*.otf"}, QDir::Files, QDir::Name))
+            for (const QString& family : QFontDatabase::applicationFontFamilies(
+                     QFontDatabase::addApplicationFont(fonts.filePath(file))))
+                if (!families.contains(family))
+                    families << family;
+        if (families.isEmpty()) {
+            std::fprintf(stderr, "watermark_set_maker: no font in %s\n", argv[6]);
+            return 2;
+        }
     }
     const QDir backgrounds(QString::fromLocal8Bit(argv[1]));
     const QDir out(QString::fromLocal8Bit(argv[2]));
@@ -89,6 +104,8 @@ int main(int argc, char** argv)
                 style.logo = random.bounded(3) == 0;
                 style.bold = random.bounded(3) != 0;
                 style.monospaced = random.bounded(4) == 0;
+                if (!families.isEmpty())
+                    style.family = families[int(random.bounded(qsizetype(families.size())))];
                 if (poster.size() > 2 && random.bounded(2) == 0)
                     style.platformLine = poster[2];
                 const QImage stamped = stampWatermark(picture, poster[1], style);

@@ -4,21 +4,28 @@
 # pictures made by watermark_set_maker: tuned/ (the photos of ../shared/models/test-images, posters of
 # watermark-set/posters-tuned.tsv) and heldout/ (other photos, other posters, another seed), and the time.
 # "readable" leaves out the stamps no person could read either (white on white without a shadow).
-#   watermark-accuracy.sh BUILD_DIR HELDOUT_PHOTOS [SET_DIR]
-# HELDOUT_PHOTOS: photos the reader was never tuned on, gathered by watermark-photos.sh. Only the held-out
-# set's counts are printed, not its pictures: looking at its failures would make it a tuning set.
+#   watermark-accuracy.sh BUILD_DIR HELDOUT_PHOTOS [SET_DIR] [FRESH]
+# HELDOUT_PHOTOS: photos gathered by watermark-photos.sh; the reader has since been tuned on their failures.
+# FRESH: photos and fonts gathered by watermark-fresh-photos.sh, stamped with the posters of
+# posters-fresh.tsv and another seed: the set the reader was never tuned on. Only its counts are printed, not
+# its pictures: looking at its failures would make it a tuning set. SETS="tuned heldout fresh" picks the sets.
 set -euo pipefail
 build=$1
 heldout_photos=$2
 set_dir=${3:-/tmp/lumaro-watermark-set}
+fresh=${4:-}
+sets=${SETS:-tuned heldout${fresh:+ fresh}}
 here=$(cd "$(dirname "$0")" && pwd)
 models=${LUMARO_MODELS_DIR:-$here/../../shared/models}
 export LUMARO_MODELS_DIR=$models
 maker=$build/bench/watermark_set_maker
 rm -rf "$set_dir" && mkdir -p "$set_dir"
-"$maker" "$models/test-images" "$set_dir/tuned" 1 "$here/watermark-set/posters-tuned.tsv" 3 2>/dev/null
-"$maker" "$heldout_photos" "$set_dir/heldout" 7 "$here/watermark-set/posters-heldout.tsv" 3 2>/dev/null
-for set in tuned heldout; do
+for set in $sets; do
+    case $set in
+    tuned) "$maker" "$models/test-images" "$set_dir/tuned" 1 "$here/watermark-set/posters-tuned.tsv" 3 ;;
+    heldout) "$maker" "$heldout_photos" "$set_dir/heldout" 7 "$here/watermark-set/posters-heldout.tsv" 3 ;;
+    fresh) "$maker" "$fresh/photos" "$set_dir/fresh" 23 "$here/watermark-set/posters-fresh.tsv" 3 "$fresh/fonts" ;;
+    esac 2>/dev/null
     mv "$set_dir/$set/truth.tsv" "$set_dir/$set.truth.tsv"
     start=$(date +%s.%N)
     "$build/cli/lumaro-cli" watermark "$set_dir/$set" --all --quiet > "$set_dir/$set.out" || true
@@ -27,7 +34,7 @@ for set in tuned heldout; do
 import sys
 name, truth_path, out_path, start, end = sys.argv[1:]
 rows = [l.rstrip('\n').split('\t') for l in open(truth_path, encoding='utf-8') if '\t' in l]
-truth = {r[0]: r[1] for r in rows}
+truth = {r[0]: r[1].lower() for r in rows}  # identifiers are read in one case
 faint = {r[0] for r in rows if len(r) > 2 and r[2] == 'faint'}
 got = {}
 for line in open(out_path, encoding='utf-8'):
@@ -39,13 +46,17 @@ readable = [f for f in stamped if f not in faint]
 right = sum(1 for f in stamped if got.get(f) == truth[f])
 right_readable = sum(1 for f in readable if got.get(f) == truth[f])
 wrong = [f for f in truth if got.get(f) and got[f] != truth[f]]
+missed = [f for f in stamped if not got.get(f)]
 seconds = float(end) - float(start)
 print(f"{name}: {right}/{len(stamped)} identifiers right ({100 * right / max(1, len(stamped)):.1f} %), "
       f"readable stamps {right_readable}/{len(readable)} ({100 * right_readable / max(1, len(readable)):.1f} %), "
-      f"{len(wrong)} pictures given a wrong identifier, {len(truth) - len(stamped)} clean; "
+      f"{len(wrong)} pictures given a wrong identifier, {len(missed)} stamps not read, "
+      f"{len(truth) - len(stamped)} clean; "
       f"{seconds:.1f} s for {len(truth)} pictures ({seconds / max(1, len(truth)):.2f} s each)")
-if name != 'heldout':
+if name != 'fresh':
     for f in wrong:
         print(f"  wrong: {f}: {got[f]!r} for {truth[f]!r}")
+    for f in missed:
+        print(f"  missed: {f}: {truth[f]!r}")
 PY
 done

@@ -18,6 +18,8 @@ QImage stampWatermark(const QImage& picture, const QString& text, const Watermar
     painter.setRenderHint(QPainter::TextAntialiasing);
     QFont font(style.monospaced ? QStringLiteral("Noto Sans Mono CJK SC")
                                 : QStringLiteral("Noto Sans CJK SC"));
+    if (!style.family.isEmpty())
+        font.setFamily(style.family);
     font.setPixelSize(std::max(6, int(out.height() * style.heightShare)));
     font.setBold(style.bold);
     painter.setFont(font);

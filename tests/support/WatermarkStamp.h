@@ -25,11 +25,13 @@ struct WatermarkStyle
     bool logo = false;         // a small rounded mark before the text
     bool bold = true;
     bool monospaced = false; // Noto Sans Mono CJK, as some apps stamp account numbers
+    QString family;          // another font family than Noto's, when not empty
     QString
         platformLine; // the app's name on a line of its own above the identifier ("小红书"); none when empty
 };
 
-// Returns `picture` with `text` drawn on it in Noto Sans CJK (any installed sans font when missing).
+// Returns `picture` with `text` drawn on it in Noto Sans CJK or `style.family` (any installed sans font when
+// missing).
 QImage stampWatermark(const QImage& picture, const QString& text, const WatermarkStyle& style);
 
 } // namespace lumaro::testing
