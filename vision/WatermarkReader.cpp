@@ -21,9 +21,9 @@ struct WatermarkReader::Candidate
 
 namespace {
 
-// The line reader's detector looks at 960 × 736 at most; a region is scaled to fill that.
-constexpr int kDetectorLong = 960;
-constexpr int kDetectorShort = 736;
+// The line reader's detector looks at a strip as 1920 × 320; a region is scaled to fill that.
+constexpr int kDetectorLong = 1920;
+constexpr int kDetectorShort = 320;
 
 double enlargementFor(QSize region)
 {
@@ -63,8 +63,26 @@ bool isBetter(const Candidate& a, const Candidate& b)
            b.identifier.kind != WatermarkIdentifier::Kind::number;
 }
 
+// The reader's least sure character of the identifier in `line` (the "@" and an ID line's key left out: they
+// name no poster); 1 when the reader cannot tell.
+float weakestCharacter(const QString& line, const QList<float>& confidences, const WatermarkIdentifier& found)
+{
+    if (confidences.size() != line.size())
+        return 1.f;
+    const QString name =
+        found.kind == WatermarkIdentifier::Kind::handle ? found.identifier.mid(1) : found.identifier;
+    const QString folded = line.normalized(QString::NormalizationForm_KC).toLower();
+    const qsizetype at = folded.size() == line.size() ? folded.lastIndexOf(name) : -1;
+    const qsizetype from = at < 0 ? 0 : at, to = at < 0 ? line.size() : at + name.size();
+    float weakest = 1.f;
+    for (qsizetype i = from; i < to; ++i)
+        weakest = std::min(weakest, confidences[i]);
+    return weakest;
+}
+
+// `surest`: the least a character of an identifier must be read with to be taken.
 void collect(const platform::TextRecognition& text, const QRect& region, QSize picture, QSize enlarged,
-             bool enhanced, QList<Candidate>& candidates)
+             bool enhanced, float surest, QList<Candidate>& candidates)
 {
     QSet<QString> seenHere;
     for (qsizetype i = 0; i < text.lines.size(); ++i) {
@@ -72,6 +90,9 @@ void collect(const platform::TextRecognition& text, const QRect& region, QSize p
             continue;
         const std::optional<WatermarkIdentifier> found = WatermarkIdentifier::find(text.lines[i]);
         if (!found || seenHere.contains(found->identifier))
+            continue;
+        const QList<float> confidences = text.characterConfidences.value(i);
+        if (weakestCharacter(text.lines[i], confidences, *found) < surest)
             continue;
         seenHere.insert(found->identifier);
         const auto same = std::find_if(candidates.begin(), candidates.end(), [&](const Candidate& c) {
@@ -96,10 +117,8 @@ WatermarkReader::~WatermarkReader() = default;
 QList<QRect> WatermarkReader::regionsOf(QSize picture)
 {
     const int w = picture.width(), h = picture.height();
-    const int rw = std::max(1, int(std::lround(w * kRegionWidth)));
     const int rh = std::max(1, int(std::lround(h * kRegionHeight)));
-    return {QRect(0, 0, rw, rh), QRect(w - rw, 0, rw, rh), QRect(0, h - rh, rw, rh),
-            QRect(w - rw, h - rh, rw, rh), QRect((w - rw) / 2, h - rh, rw, rh)};
+    return {QRect(0, 0, w, rh), QRect(0, h - rh, w, rh)};
 }
 
 WatermarkReading WatermarkReader::read(const QImage& upright)
@@ -126,7 +145,8 @@ WatermarkReading WatermarkReader::read(const QImage& upright)
                 continue;
             }
             reading.lines << text.lines;
-            collect(text, region, upright.size(), source.size(), enhanced, candidates);
+            collect(text, region, upright.size(), source.size(), enhanced, kMinCharacterConfidence,
+                    candidates);
         }
     }
     if (failedRegions < 2 * regions.size())
@@ -156,8 +176,9 @@ bool WatermarkReader::isConfirmed(const QImage& upright, const Candidate& candid
     const QRect& region = candidate.firstRegion;
     const double scale = enlargementFor(region.size()) * kConfirmationScale;
     const QImage source = prepared(upright, region, scale, candidate.enhanced);
+    // The first reading was sure of every character; this one has only to say the same.
     QList<Candidate> again;
-    collect(m_recognizer->recognize(source), region, upright.size(), source.size(), candidate.enhanced,
+    collect(m_recognizer->recognize(source), region, upright.size(), source.size(), candidate.enhanced, 0.f,
             again);
     return std::any_of(again.begin(), again.end(), [&](const Candidate& c) {
         return c.identifier.identifier == candidate.identifier.identifier;

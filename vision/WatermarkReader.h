@@ -27,13 +27,14 @@ struct WatermarkReading
 };
 
 // Not thread-safe: one per worker (it owns its recogniser). Platforms draw their stamp small (1–3 % of the
-// picture's height) near a corner or the middle of the bottom edge, so only those regions are read, each
-// enlarged until its text is as tall as the line reader wants it. Regions overlap, so a stamp cut by one
-// region's edge is whole in its neighbour. When several identifiers are read, the one read in most regions
-// wins; on a tie an ID line beats a handle (the number is the account, the name can change). An identifier
-// seen in one region only must be read the same again from that region at another enlargement: a misread
-// character rarely repeats at another scale, and a picture sorted to the wrong poster is worse than one left
-// where it is.
+// picture's height) near a corner or the middle of the bottom edge, so only the bands along the top and
+// bottom edges are read, each enlarged until its text is as tall as the line reader wants it; a band spans
+// the whole width, so a stamp anywhere along the edge is whole in it. When several identifiers are read, the
+// one read in most bands wins; on a tie an ID line beats a handle (the number is the account, the name can
+// change). An identifier seen in one band only must be read the same again from that band at another
+// enlargement: a misread character rarely repeats at another scale, and a picture sorted to the wrong poster
+// is worse than one left where it is. For the same reason an identifier one of whose characters the reader
+// was unsure of is not taken at all.
 class WatermarkReader
 {
 public:
@@ -45,15 +46,14 @@ public:
 
     WatermarkReading read(const QImage& upright);
 
-    // The regions read, in the picture's pixels: the two top corners, the two bottom corners and the middle
-    // of the bottom edge.
+    // The regions read, in the picture's pixels: the bands along the top and the bottom edge.
     static QList<QRect> regionsOf(QSize picture);
 
     static constexpr int kDecodeSide = 2048;      // long side the picture is decoded at
-    static constexpr double kRegionWidth = 0.5;   // of the picture's width
-    static constexpr double kRegionHeight = 0.16; // of its height
+    static constexpr double kRegionHeight = 0.16; // of the picture's height
     static constexpr double kMaxEnlargement = 4.0;
-    static constexpr double kConfirmationScale = 1.5; // the second reading's enlargement over the first
+    static constexpr double kConfirmationScale = 1.5;      // the second reading's enlargement over the first
+    static constexpr float kMinCharacterConfidence = 0.8f; // of each character of an identifier
 
     static QImage defaultEnhancer(const QImage& region);
 

@@ -22,6 +22,20 @@ bool hasLetterOrDigit(const QString& line)
     return std::any_of(line.begin(), line.end(), [](QChar c) { return c.isLetterOrNumber(); });
 }
 
+// The probabilities of the characters `kept` holds of `read` (which it is with some spaces taken out).
+QList<float> keptConfidences(const QString& read, const QList<float>& confidences, const QString& kept)
+{
+    QList<float> out;
+    qsizetype k = 0;
+    for (qsizetype i = 0; i < read.size() && i < confidences.size() && k < kept.size(); ++i) {
+        if (read[i] == kept[k]) {
+            out << confidences[i];
+            ++k;
+        }
+    }
+    return out.size() == kept.size() ? out : QList<float>{};
+}
+
 double shareOf(const std::vector<cv::RotatedRect>& boxes, const cv::Size& picture)
 {
     double area = 0;
@@ -93,6 +107,7 @@ TextRecognition OcrTextRecognizer::readLines(const QImage& image)
             const QString text = withoutCjkSpacing(line.text.trimmed());
             if (line.confidence >= kMinLineConfidence && hasLetterOrDigit(text)) {
                 result.lines << text;
+                result.characterConfidences << keptConfidences(line.text, line.characters, text);
                 const cv::Rect bounds = box.boundingRect() & cv::Rect(0, 0, bgr.cols, bgr.rows);
                 result.boxes << QRect(bounds.x, bounds.y, bounds.width, bounds.height);
             }

@@ -18,6 +18,12 @@ namespace {
 // net at a second input size, and a net per shape held a second set of page-sized maps (about 200 MB) as
 // soon as a folder mixed upright and lying pictures. A 3:2 or 4:3 picture is scaled as in a 960 × 736 input.
 constexpr int kPageSide = 960;
+// A strip (the band along a picture's edge where stamps and captions sit) is fitted into 1920 × 320 by a net
+// of its own, imported when the first strip comes: in the square it would leave four fifths of the detector's
+// work to padding.
+constexpr int kStripLong = 1920;
+constexpr int kStripShort = 320;
+constexpr int kStripAspect = 3; // width over height from which a picture is a strip
 constexpr float kTextThreshold = 0.3f;
 constexpr double kBoxThreshold = 0.6;
 constexpr double kUnclip = 1.5;
@@ -89,6 +95,13 @@ cv::Mat lineCrop(const cv::Mat& bgr, const cv::RotatedRect& box)
 
 } // namespace
 
+cv::Size PaddleOcr::detectorInput(cv::Size picture)
+{
+    if (picture.width >= kStripAspect * picture.height)
+        return {kStripLong, kStripShort};
+    return {kPageSide, kPageSide};
+}
+
 struct PaddleOcr::Networks
 {
     struct Guarded
@@ -99,6 +112,7 @@ struct PaddleOcr::Networks
     QByteArray detectorBytes;
     QByteArray recogniserBytes;
     Guarded detector;   // imported at kPageSide × kPageSide
+    Guarded strip;      // the detector for strips, imported at the first
     std::mutex mapLock; // guards the recognisers' map; each net has its own lock for its forward passes
     std::map<int, std::unique_ptr<Guarded>> recognisers;
 
@@ -137,11 +151,15 @@ PaddleOcr::PaddleOcr(std::shared_ptr<Networks> networks, QStringList keys)
 {
 }
 
-cv::Mat PaddleOcr::detectorForward(const cv::Mat& blob)
+cv::Mat PaddleOcr::detectorForward(cv::Size input, const cv::Mat& blob)
 {
-    std::lock_guard lock(m_networks->detector.lock);
-    m_networks->detector.net.setInput(blob);
-    return m_networks->detector.net.forward().clone();
+    Networks::Guarded& guarded = input.height == kStripShort ? m_networks->strip : m_networks->detector;
+    std::lock_guard lock(guarded.lock);
+    if (guarded.net.empty())
+        guarded.net = cv::dnn::readNetFromONNX(m_networks->detectorBytes.constData(),
+                                               size_t(m_networks->detectorBytes.size()));
+    guarded.net.setInput(blob);
+    return guarded.net.forward().clone();
 }
 
 cv::Mat PaddleOcr::forward(int recogniserWidth, const cv::Mat& blob)
@@ -192,7 +210,7 @@ std::unique_ptr<PaddleOcr> PaddleOcr::load(const QString& detectorPath, const QS
 
 std::vector<cv::RotatedRect> PaddleOcr::detect(const cv::Mat& bgr)
 {
-    const cv::Size input(kPageSide, kPageSide);
+    const cv::Size input = detectorInput(bgr.size());
     const double scale = std::min(double(input.width) / bgr.cols, double(input.height) / bgr.rows);
     const cv::Size fitted(std::max(1, int(bgr.cols * scale)), std::max(1, int(bgr.rows * scale)));
     // Padded with the page's own edge so the border draws no text edge.
@@ -201,7 +219,8 @@ std::vector<cv::RotatedRect> PaddleOcr::detect(const cv::Mat& bgr)
     cv::Mat page;
     cv::copyMakeBorder(resized, page, 0, input.height - fitted.height, 0, input.width - fitted.width,
                        cv::BORDER_REPLICATE);
-    const cv::Mat out = detectorForward(normalisedBlob(page, {0.485, 0.456, 0.406}, {0.229, 0.224, 0.225}));
+    const cv::Mat out =
+        detectorForward(input, normalisedBlob(page, {0.485, 0.456, 0.406}, {0.229, 0.224, 0.225}));
     const cv::Mat probability(out.size[2], out.size[3], CV_32F, const_cast<float*>(out.ptr<float>(0, 0)));
     const cv::Mat mask = probability > kTextThreshold;
     std::vector<std::vector<cv::Point>> contours;
@@ -267,6 +286,8 @@ ReadLine PaddleOcr::read(const cv::Mat& bgr, const cv::RotatedRect& box)
             sum += std::exp(double(logits[c] - logits[best]));
         if (best != 0 && best != previous && best < m_keys.size()) {
             line.text += m_keys[best];
+            for (qsizetype unit = 0; unit < m_keys[best].size(); ++unit)
+                line.characters << float(1.0 / sum);
             confidenceSum += 1.0 / sum;
             ++characters;
         }

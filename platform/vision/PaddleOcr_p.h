@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -19,15 +20,16 @@ namespace lumaro::platform::detail {
 struct ReadLine
 {
     QString text;
-    float confidence = 0.f; // mean of the characters' probabilities
+    float confidence = 0.f;  // mean of the characters' probabilities
+    QList<float> characters; // each character's probability, one per UTF-16 unit of `text`
 };
 
 // Each instance is used by one worker at a time; the networks behind it are shared by all instances alive
 // (each net guarded by its own lock), since the detector's maps at page size are the largest memory of the
 // whole analysis: two workers then hold one set, and the set goes when the last instance does. Works around
 // two faults of OpenCV 4.6 with these graphs: a detector net returns empty maps once it has run at another
-// input size, so the one detector net takes every picture in one square shape; the recogniser's width is
-// fixed when the graph is imported, so one net is kept per width bucket.
+// input size, so one detector net takes every picture in one square shape (and another every strip); the
+// recogniser's width is fixed when the graph is imported, so one net is kept per width bucket.
 class PaddleOcr
 {
 public:
@@ -37,6 +39,9 @@ public:
 
     // Text line boxes in the picture's pixels, top to bottom then left to right. Throws cv::Exception.
     std::vector<cv::RotatedRect> detect(const cv::Mat& bgr);
+    // The detector input a picture of this size is fitted into: the square page, or the strip for a picture
+    // at least three times as wide as tall.
+    static cv::Size detectorInput(cv::Size picture);
     // The line inside `box`. Throws cv::Exception.
     ReadLine read(const cv::Mat& bgr, const cv::RotatedRect& box);
 
@@ -44,7 +49,7 @@ public:
 
 private:
     PaddleOcr(std::shared_ptr<Networks> networks, QStringList keys);
-    cv::Mat detectorForward(const cv::Mat& blob);
+    cv::Mat detectorForward(cv::Size input, const cv::Mat& blob);
     cv::Mat forward(int recogniserWidth, const cv::Mat& blob);
 
     std::shared_ptr<Networks> m_networks;

@@ -19,6 +19,9 @@ struct TextRecognition
     double textShare = 0.0; // part of the picture covered by text lines, 0..1 (0 when the reader cannot tell)
     QList<QRect> boxes; // each line's bounds in the picture, in the order of `lines`; empty when the reader
                         // cannot tell
+    // Per line, how sure the reader is of each character (0..1), one per UTF-16 unit of the line; empty when
+    // the reader cannot tell.
+    QList<QList<float>> characterConfidences;
 };
 
 // One recogniser per thread, initialised once (loading the language data is the slow part).
