@@ -21,11 +21,14 @@ const QRegularExpression& numberLine()
 }
 
 // A handle: "@" and a name of letters (any script), digits, "_", "." and "-", 2 to 30 characters. An "@"
-// inside a word is an e-mail address, not a handle.
+// inside a word is an e-mail address, not a handle. A name followed by a space and more Latin letters or
+// digits ("@yuki 0412", "@光影 Studio") is a name whose "_" or "." the reader saw as a space: which one is
+// not known, and the part before the space is some other poster's name, so the line gives no handle.
 const QRegularExpression& handle()
 {
     static const QRegularExpression pattern(
-        QStringLiteral("(?<![\\p{L}\\p{N}_.])@\\s?([\\p{L}\\p{N}_][\\p{L}\\p{N}_.\\-]{1,29})"),
+        QStringLiteral(
+            "(?<![\\p{L}\\p{N}_.])@\\s?([\\p{L}\\p{N}_][\\p{L}\\p{N}_.\\-]{1,29}+)(?!\\s+[A-Za-z0-9_])"),
         QRegularExpression::UseUnicodePropertiesOption);
     return pattern;
 }

@@ -38,6 +38,9 @@ TEST(WatermarkIdentifier, FindsHandlesAndIdLinesAsPlatformsStampThem)
         {"小红书号nspirutsonfromthreehigh-levelapproaches", "", ""}, // a page line run together
         {"@", "", ""},
         {"Nikon D850 1/250s", "", ""},
+        {"@yuki 0412", "", ""},                    // "_" read as a space: "@yuki" is another poster
+        {"@光影 Studio", "", ""},                  // the same between scripts
+        {"@小鹿摄影 微博", "@小鹿摄影", "handle"}, // the app's name after the handle
     };
     for (const Case& c : cases) {
         const auto found = WatermarkIdentifier::find(QString::fromUtf8(c.line));
