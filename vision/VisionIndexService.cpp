@@ -180,6 +180,9 @@ VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStrin
     VisionStageTimes times;
     SharedAnalyzer analyzer(m_makeAnalyzer);
     QSemaphore admission(limit);
+    // Admitted pictures beyond the processors wait here, before decoding: two more pictures in flight only
+    // held their decoded copies and buffers without making the run any faster.
+    QSemaphore working(std::max(1, std::min(limit, m_processorCount)));
     TaskGroup group;
     std::mutex resultsMutex;
     int done = 0;
@@ -196,8 +199,10 @@ VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStrin
             const QString path = QDir(folderPath).filePath(name);
             std::optional<VisionRecognitionResult> result;
             QString reason = QStringLiteral("no analyser could be made");
+            working.acquire();
             if (VisionPictureAnalyzer* shared = analyzer.get())
                 result = shared->analyze(path, &times, &reason);
+            working.release();
             {
                 std::lock_guard lock(resultsMutex);
                 if (result)
