@@ -7,6 +7,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 
 namespace lumaro::fuzz {
 
@@ -28,6 +30,15 @@ public:
 inline QByteArray bytesOf(const uint8_t* data, size_t size)
 {
     return QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+}
+
+// A property the harness checks: when it does not hold, the input is a finding (libFuzzer saves it).
+inline void require(bool holds, const char* property)
+{
+    if (holds)
+        return;
+    std::fprintf(stderr, "property broken: %s\n", property);
+    std::abort();
 }
 
 } // namespace lumaro::fuzz

@@ -100,10 +100,7 @@ PublishOutcome RollPublisher::publish(const RollRequest& request,
                       QStringLiteral("--low-level-retries"), QStringLiteral("3"), *target});
     if (!listing.ok() && listing.exitCode != kRcloneDirectoryNotFound)
         return finished(PublishStatus::failed, QStringLiteral("%1: %2").arg(*target, listing.reason()));
-    QHash<QString, qint64> online;
-    for (const QJsonValue& file : QJsonDocument::fromJson(listing.output).array())
-        online.insert(file[QStringLiteral("Path")].toString(),
-                      qint64(file[QStringLiteral("Size")].toDouble()));
+    const QHash<QString, qint64> online = platform::Rclone::fileSizesIn(listing.output);
     const QHash<QString, qint64>& local = staged.files;
     qint64 toSend = 0;
     for (auto it = local.cbegin(); it != local.cend(); ++it)

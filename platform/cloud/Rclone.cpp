@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/cloud/Rclone.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -14,40 +15,6 @@ namespace {
 QString program()
 {
     return QStandardPaths::findExecutable(QStringLiteral("rclone"));
-}
-
-// rclone writes one JSON object per line to standard error with --use-json-log; a few early lines (before the
-// log is set up) are plain text.
-void readLogLine(const QByteArray& line, RcloneResult& result, QStringList& plainLines,
-                 const std::function<void(const RcloneProgress&)>& progress)
-{
-    const QByteArray trimmed = line.trimmed();
-    if (trimmed.isEmpty())
-        return;
-    const QJsonDocument document = QJsonDocument::fromJson(trimmed);
-    if (!document.isObject()) {
-        plainLines.append(QString::fromUtf8(trimmed));
-        return;
-    }
-    const QJsonObject entry = document.object();
-    const QString level = entry.value(QStringLiteral("level")).toString();
-    if (level == QLatin1String("error") || level == QLatin1String("critical") ||
-        level == QLatin1String("fatal")) {
-        QString message = entry.value(QStringLiteral("msg")).toString().trimmed();
-        const QString object = entry.value(QStringLiteral("object")).toString();
-        if (!object.isEmpty())
-            message = object + QStringLiteral(": ") + message;
-        result.errors.append(message);
-    }
-    const QJsonObject stats = entry.value(QStringLiteral("stats")).toObject();
-    if (!stats.isEmpty()) {
-        result.last.bytes = qint64(stats.value(QStringLiteral("bytes")).toDouble());
-        result.last.totalBytes = qint64(stats.value(QStringLiteral("totalBytes")).toDouble());
-        result.last.transfers = stats.value(QStringLiteral("transfers")).toInt();
-        result.last.errors = stats.value(QStringLiteral("errors")).toInt();
-        if (progress)
-            progress(result.last);
-    }
 }
 
 } // namespace
@@ -95,16 +62,10 @@ RcloneResult Rclone::run(const QStringList& arguments,
         process.write(input);
     process.closeWriteChannel();
 
-    QByteArray pending;
-    QStringList plainLines;
+    RcloneLogReader log(progress);
     const auto drain = [&] {
         result.output += process.readAllStandardOutput();
-        pending += process.readAllStandardError();
-        qsizetype end;
-        while ((end = pending.indexOf('\n')) >= 0) {
-            readLogLine(pending.left(end), result, plainLines, progress);
-            pending.remove(0, end + 1);
-        }
+        log.feed(process.readAllStandardError());
     };
     while (process.state() != QProcess::NotRunning) {
         if (cancel && cancel->load()) {
@@ -119,10 +80,12 @@ RcloneResult Rclone::run(const QStringList& arguments,
     }
     process.waitForFinished(-1);
     drain();
-    readLogLine(pending, result, plainLines, progress);
+    log.finish();
     result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    if (result.exitCode != 0 && result.errors.isEmpty() && !plainLines.isEmpty())
-        result.errors.append(plainLines.constLast());
+    result.errors = log.errors();
+    result.last = log.last();
+    if (result.exitCode != 0 && result.errors.isEmpty() && !log.lastPlainLine().isEmpty())
+        result.errors.append(log.lastPlainLine());
     return result;
 }
 
@@ -152,10 +115,25 @@ std::optional<qint64> Rclone::freeBytes(const QString& remote, QString* error) c
             *error = about.reason();
         return std::nullopt;
     }
-    const QJsonValue free = QJsonDocument::fromJson(about.output).object().value(QStringLiteral("free"));
-    if (!free.isDouble())
-        return std::nullopt;
-    return qint64(free.toDouble());
+    return freeBytesIn(about.output);
+}
+
+std::optional<qint64> Rclone::freeBytesIn(const QByteArray& about)
+{
+    // toInteger, not a cast of toDouble: a double beyond qint64 does not convert (undefined behaviour).
+    const qint64 free = QJsonDocument::fromJson(about).object().value(QStringLiteral("free")).toInteger(-1);
+    return free >= 0 ? std::optional<qint64>(free) : std::nullopt;
+}
+
+QHash<QString, qint64> Rclone::fileSizesIn(const QByteArray& listing)
+{
+    QHash<QString, qint64> sizes;
+    for (const QJsonValue& file : QJsonDocument::fromJson(listing).array()) {
+        const qint64 size = file[QStringLiteral("Size")].toInteger(-1);
+        if (size >= 0)
+            sizes.insert(file[QStringLiteral("Path")].toString(), size);
+    }
+    return sizes;
 }
 
 } // namespace lumaro::platform

@@ -4,7 +4,10 @@
 // storage protocol is spoken here.
 #pragma once
 
+#include "platform/cloud/RcloneLogReader.h"
+
 #include <QByteArray>
+#include <QHash>
 #include <QMap>
 #include <QString>
 #include <QStringList>
@@ -14,14 +17,6 @@
 #include <optional>
 
 namespace lumaro::platform {
-
-struct RcloneProgress
-{
-    qint64 bytes = 0;      // sent so far
-    qint64 totalBytes = 0; // to send, as rclone knows it so far
-    int transfers = 0;     // files sent
-    int errors = 0;
-};
 
 struct RcloneResult
 {
@@ -57,6 +52,13 @@ public:
     std::optional<qint64> freeBytes(const QString& remote, QString* error = nullptr) const;
 
     static bool isInstalled();
+
+    // What `rclone about --json` says is free; nullopt when it does not say, or says something that is no
+    // whole number of bytes from 0 up.
+    static std::optional<qint64> freeBytesIn(const QByteArray& about);
+    // Path → size of each file `rclone lsjson` lists; a file without a whole size from 0 up is left out (so
+    // it counts as not there).
+    static QHash<QString, qint64> fileSizesIn(const QByteArray& listing);
 
 private:
     QMap<QString, QString> m_environment;
