@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <optional>
 #include <thread>
 
 namespace lumaro::browse {
@@ -72,25 +73,37 @@ QJsonObject toJson(const FolderCardCacheEntry& entry)
             {QStringLiteral("names"), QJsonArray::fromStringList(entry.card.names)}};
 }
 
-FolderCardCacheEntry fromJson(const QString& path, const QJsonObject& object)
+// nullopt for an entry that does not read back whole (a damaged or edited file): its folder is read again.
+// The count is not taken from the file: the names are the pictures, and the scan checks them against the
+// folder.
+std::optional<FolderCardCacheEntry> fromJson(const QString& path, const QJsonObject& object)
 {
     FolderCardCacheEntry entry;
     entry.signature = object.value(QStringLiteral("signature")).toString().toLatin1();
     entry.card.path = path;
-    entry.card.pictureCount = object.value(QStringLiteral("count")).toInt();
-    entry.card.firstTaken = qint64(object.value(QStringLiteral("first")).toDouble());
-    entry.card.lastTaken = qint64(object.value(QStringLiteral("last")).toDouble());
+    // toInteger, not a cast of toDouble: a double beyond qint64 does not convert (undefined behaviour).
+    const qint64 first = object.value(QStringLiteral("first")).toInteger(-1);
+    const qint64 last = object.value(QStringLiteral("last")).toInteger(-1);
+    if (first < 0 || last < first)
+        return std::nullopt;
+    entry.card.firstTaken = first;
+    entry.card.lastTaken = last;
     const QJsonObject colours = object.value(QStringLiteral("colours")).toObject();
-    for (auto it = colours.begin(); it != colours.end(); ++it)
+    for (auto it = colours.begin(); it != colours.end(); ++it) {
+        if (it.value().toInt(-1) < 0)
+            return std::nullopt;
         entry.card.colourCounts.insert(it.key(), it.value().toInt());
+    }
     const QJsonObject days = object.value(QStringLiteral("days")).toObject();
     for (auto it = days.begin(); it != days.end(); ++it) {
         const QDate day = QDate::fromString(it.key(), Qt::ISODate);
-        if (day.isValid())
-            entry.card.picturesByDay.insert(day, it.value().toInt());
+        if (!day.isValid() || it.value().toInt(-1) < 0)
+            return std::nullopt;
+        entry.card.picturesByDay.insert(day, it.value().toInt());
     }
     for (const QJsonValue& name : object.value(QStringLiteral("names")).toArray())
         entry.card.names << name.toString();
+    entry.card.pictureCount = int(entry.card.names.size());
     return entry;
 }
 
@@ -159,8 +172,10 @@ QHash<QString, FolderCardCacheEntry> FolderCardScanner::load(const QString& pare
     QHash<QString, FolderCardCacheEntry> entries;
     const QJsonObject cards = root.value(QStringLiteral("cards")).toObject();
     const QDir dir(parent);
-    for (auto it = cards.begin(); it != cards.end(); ++it)
-        entries.insert(it.key(), fromJson(dir.filePath(it.key()), it.value().toObject()));
+    for (auto it = cards.begin(); it != cards.end(); ++it) {
+        if (auto entry = fromJson(dir.filePath(it.key()), it.value().toObject()))
+            entries.insert(it.key(), std::move(*entry));
+    }
     return entries;
 }
 

@@ -10,10 +10,13 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
 
 using namespace lumaro::browse;
 using namespace lumaro::testing;
@@ -138,4 +141,53 @@ TEST(FolderTree, WalksDepthFirstWithCountsLikeDeepMode)
     EXPECT_FALSE(truncated);
     EXPECT_EQ(FolderTree::walk(root.path(), 2, &truncated).size(), 2);
     EXPECT_TRUE(truncated);
+}
+
+namespace {
+
+// Rewrites the cache entry of `child` through `edit`, keeping its signature: the scan then trusts it.
+void editCachedCard(const QString& file, const QString& child, const std::function<void(QJsonObject&)>& edit)
+{
+    QFile cache(file);
+    ASSERT_TRUE(cache.open(QIODevice::ReadOnly));
+    QJsonObject root = QJsonDocument::fromJson(cache.readAll()).object();
+    cache.close();
+    QJsonObject cards = root.value(QStringLiteral("cards")).toObject();
+    QJsonObject card = cards.value(child).toObject();
+    ASSERT_FALSE(card.isEmpty());
+    edit(card);
+    cards.insert(child, card);
+    root.insert(QStringLiteral("cards"), cards);
+    ASSERT_TRUE(cache.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    cache.write(QJsonDocument(root).toJson());
+}
+
+} // namespace
+
+TEST(FolderCardScanner, ACachedCardThatDoesNotReadBackWholeIsReadFromThePicturesAgain)
+{
+    // A count that is not the names' (99 pictures shown for 2), and figures beyond qint64 (cast from double:
+    // undefined behaviour) or negative, as a damaged or edited file may hold.
+    const std::pair<const char*, QJsonValue> damages[] = {
+        {"count", 99},
+        {"first", 1e300},
+        {"last", -1.0},
+        {"colours", QJsonObject{{"red", -3}}},
+        {"days", QJsonObject{{"2024-05-01", 1e12}}},
+    };
+    for (const auto& [key, value] : damages) {
+        TempFolder parent;
+        TempFolder cache;
+        parent.writePicture(QStringLiteral("a/1.jpg"));
+        parent.writePicture(QStringLiteral("a/2.jpg"));
+        const QStringList children{parent.filePath(QStringLiteral("a"))};
+        CountingTagStore tags;
+        FolderCardScanner scanner(&tags, cache.path());
+        const QList<FolderCard> fresh = scanner.scan(parent.path(), children);
+        editCachedCard(scanner.cacheFile(parent.path()), QStringLiteral("a"),
+                       [&](QJsonObject& card) { card.insert(QLatin1String(key), value); });
+        const QList<FolderCard> again = scanner.scan(parent.path(), children);
+        EXPECT_EQ(again, fresh) << key;
+        EXPECT_EQ(again.at(0).pictureCount, 2) << key;
+    }
 }
