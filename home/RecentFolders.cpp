@@ -15,11 +15,14 @@ RecentFolders::RecentFolders(platform::SettingsStore& store) : m_store(store) {}
 
 QStringList RecentFolders::folders() const
 {
+    // The stored list may have been edited by hand or written by another version: what the home page shows is
+    // still clean absolute paths, each once, at most maxFolders.
     QStringList folders;
     for (const QJsonValue& value :
          QJsonDocument::fromJson(m_store.bytes(settingsKey).value_or(QByteArray())).array()) {
-        if (value.isString() && !value.toString().isEmpty())
-            folders << value.toString();
+        const QString folder = QDir::cleanPath(value.toString());
+        if (folders.size() < maxFolders && QDir::isAbsolutePath(folder) && !folders.contains(folder))
+            folders << folder;
     }
     return folders;
 }

@@ -13,7 +13,8 @@ namespace lumaro::home {
 
 // Key "HomePage_RecentFolders", a JSON list of paths, newest first, at most `maxFolders`. Opening a folder
 // again moves it to the front. A folder gone from disk stays listed (its card says it cannot be read) until
-// pushed out. Any thread, as the store is.
+// pushed out. A stored entry that is no absolute path, or names a folder already listed, is left out. Any
+// thread, as the store is.
 class RecentFolders
 {
 public:

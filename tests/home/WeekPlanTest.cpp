@@ -89,4 +89,21 @@ TEST(RecentFolders, NewestFirstOnceEachAndBounded)
     EXPECT_TRUE(recent.folders().isEmpty());
 }
 
+TEST(RecentFolders, AStoredListEditedByHandShowsEachFolderOnceAndOnlyAbsolutePaths)
+{
+    lumaro::platform::MemorySettingsStore store;
+    QByteArray many = "[";
+    for (int i = 0; i < 2 * lumaro::home::RecentFolders::maxFolders; ++i)
+        many += QStringLiteral("\"/q/%1\",").arg(i).toUtf8();
+    store.setBytes(lumaro::home::RecentFolders::settingsKey,
+                   many + R"("/p/a", "/p/a/", "/p//a", "relative", "", 7, "/p/b"])");
+    lumaro::home::RecentFolders recent(store);
+    EXPECT_EQ(recent.folders().size(), lumaro::home::RecentFolders::maxFolders);
+    store.setBytes(lumaro::home::RecentFolders::settingsKey,
+                   R"(["/p/a", "/p/a/", "/p//a", "relative", "../up", "", 7, "/p/b/../c"])");
+    EXPECT_EQ(recent.folders(), (QStringList{QStringLiteral("/p/a"), QStringLiteral("/p/c")}));
+    recent.remember(QStringLiteral("/p/c"));
+    EXPECT_EQ(recent.folders(), (QStringList{QStringLiteral("/p/c"), QStringLiteral("/p/a")}));
+}
+
 } // namespace
