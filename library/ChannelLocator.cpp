@@ -86,6 +86,11 @@ ChannelPlace ChannelLocator::locate(const Channel& channel)
 ChannelPlace ChannelLocator::locateOnCard(const Channel& channel, const QString& path)
 {
     const QString below = QDir(channel.volumeRoot).relativeFilePath(path);
+    // A stored channel whose folder does not lie on its card (an edited or damaged list) is not followed
+    // out of the card onto whatever its path would name there.
+    if (QDir::isAbsolutePath(below) || below == QLatin1String("..") || below.startsWith(QLatin1String("../")))
+        return {ChannelStatus::folderMissing, path,
+                QStringLiteral("存储卡“%1”上已没有此文件夹").arg(channel.volumeLabel)};
     // The card's old mount path first: that is where it usually comes back.
     QStringList roots = mountedKeys().keys(channel.volumeKey);
     std::stable_partition(roots.begin(), roots.end(), [&](const QString& root) {

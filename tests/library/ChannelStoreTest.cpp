@@ -5,7 +5,9 @@
 #include "platform/fakes/MemorySettingsStore.h"
 #include "tests/support/TempFolder.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
@@ -85,4 +87,31 @@ TEST(ChannelLocator, AFolderGoneOrMovedIsUnavailableAndSaysWhy)
 
     ASSERT_TRUE(QDir(folder.path()).rename(QStringLiteral("moved"), QStringLiteral("shoot")));
     EXPECT_TRUE(locator.locate(store.channels().at(0)).isAvailable());
+}
+
+TEST(ChannelLocator, ACardChannelIsNeverFollowedOffItsCard)
+{
+    // A stored card channel whose folder lies outside the card's root (an edited list): with the card in,
+    // the folder beside the card's mount path must not be what opens.
+    TempFolder folder;
+    const QString card = QFileInfo(folder.makeFolder(QStringLiteral("card"))).canonicalFilePath();
+    folder.makeFolder(QStringLiteral("card/DCIM"));
+    folder.makeFolder(QStringLiteral("outside"));
+    ChannelLocator locator([&] {
+        lumaro::platform::MountedVolume volume;
+        volume.rootPath = card;
+        return QList<lumaro::platform::MountedVolume>{volume};
+    });
+    Channel channel;
+    channel.name = QStringLiteral("card");
+    channel.volumeKey = QStringLiteral("folder:") + card;
+    channel.volumeRoot = card;
+    channel.path = card + QStringLiteral("/DCIM");
+    EXPECT_TRUE(locator.locate(channel).isAvailable());
+    for (const QString& path : QStringList{card + QStringLiteral("/../outside"), QFileInfo(card).path()}) {
+        channel.path = path;
+        const ChannelPlace place = locator.locate(channel);
+        EXPECT_EQ(place.status, ChannelStatus::folderMissing)
+            << path.toStdString() << " -> " << place.path.toStdString();
+    }
 }
