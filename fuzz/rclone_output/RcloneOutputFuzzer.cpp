@@ -11,12 +11,6 @@ using platform::RcloneProgress;
 
 namespace {
 
-bool operator==(const RcloneProgress& a, const RcloneProgress& b)
-{
-    return a.bytes == b.bytes && a.totalBytes == b.totalBytes && a.transfers == b.transfers &&
-           a.errors == b.errors;
-}
-
 struct ReadLog
 {
     QStringList errors;

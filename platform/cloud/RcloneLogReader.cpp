@@ -26,9 +26,12 @@ RcloneLogReader::RcloneLogReader(std::function<void(const RcloneProgress&)> prog
 
 void RcloneLogReader::feed(const QByteArray& bytes)
 {
+    // What was pending holds no newline: only the new bytes are searched, so a long line fed in small
+    // pieces costs no more than fed whole.
+    qsizetype searchFrom = m_pending.size();
     m_pending += bytes;
     qsizetype start = 0;
-    for (qsizetype end; (end = m_pending.indexOf('\n', start)) >= 0; start = end + 1)
+    for (qsizetype end; (end = m_pending.indexOf('\n', searchFrom)) >= 0; searchFrom = start = end + 1)
         readLine(m_pending.sliced(start, end - start));
     m_pending.remove(0, start);
 }

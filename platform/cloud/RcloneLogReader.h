@@ -17,6 +17,8 @@ struct RcloneProgress
     qint64 totalBytes = 0; // to send, as rclone knows it so far
     int transfers = 0;     // files sent
     int errors = 0;
+
+    bool operator==(const RcloneProgress&) const = default;
 };
 
 // With --use-json-log rclone writes one JSON object per line; a line may arrive in pieces, and the last one
