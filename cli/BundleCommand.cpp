@@ -139,10 +139,11 @@ int runBundle(const QStringList& arguments)
             "  export NAME --to FOLDER     copy the pictures with tags, times and sidecars; never "
             "overwrites\n"
             "  export NAME --zip FILE      write them into a new zip file"));
-    line.addPositional(QStringLiteral("SUBCOMMAND"), QStringLiteral("new, add, remove, list or export."),
-                       QStringLiteral("new|add|remove|list|export"));
-    line.addPositional(QStringLiteral("ARGS"), QStringLiteral("What the subcommand needs."),
-                       QStringLiteral("[ARGS...]"));
+    line.addSubcommands({{QStringLiteral("new"), 1, 1},
+                         {QStringLiteral("add"), 2, Subcommand::anyNumber},
+                         {QStringLiteral("remove"), 2, Subcommand::anyNumber},
+                         {QStringLiteral("list"), 0, 1},
+                         {QStringLiteral("export"), 1, 1}});
     line.addJsonOption();
     line.addOption(
         {QStringLiteral("to"), QStringLiteral("export: the folder to copy into."), QStringLiteral("FOLDER")});
@@ -150,21 +151,11 @@ int runBundle(const QStringList& arguments)
         {QStringLiteral("zip"), QStringLiteral("export: the zip file to write."), QStringLiteral("FILE")});
     if (const auto stop = line.parse(arguments))
         return *stop;
-    const auto words = line.positional(1);
-    if (!words)
+    const auto call = line.subcommand();
+    if (!call)
         return exitUsage;
-    const QString subcommand = words->constFirst();
-    const QStringList rest = words->mid(1);
-    const QHash<QString, QPair<int, int>> counts{{QStringLiteral("new"), {1, 1}},
-                                                 {QStringLiteral("add"), {2, 1 << 20}},
-                                                 {QStringLiteral("remove"), {2, 1 << 20}},
-                                                 {QStringLiteral("list"), {0, 1}},
-                                                 {QStringLiteral("export"), {1, 1}}};
-    if (!counts.contains(subcommand))
-        return line.usageError(QStringLiteral("unknown subcommand '%1'").arg(subcommand));
-    const auto [low, high] = counts.value(subcommand);
-    if (rest.size() < low || rest.size() > high)
-        return line.usageError(subcommand + QStringLiteral(": wrong number of arguments"));
+    const QString& subcommand = call->name;
+    const QStringList& rest = call->arguments;
 
     RepertoireStore store(&vision::GroupPrefix::stripped);
     if (!store.open())

@@ -74,31 +74,19 @@ int runChannel(const QStringList& arguments)
             "  remove CHANNEL       remove a channel (by name, folder or position); the folder stays\n"
             "  rename CHANNEL NAME  give a channel another name\n"
             "  move CHANNEL POS     put a channel at position POS (1 is the top)"));
-    line.addPositional(QStringLiteral("SUBCOMMAND"), QStringLiteral("add, list, remove, rename or move."),
-                       QStringLiteral("add|list|remove|rename|move"));
-    line.addPositional(QStringLiteral("ARGS"), QStringLiteral("What the subcommand needs."),
-                       QStringLiteral("[ARGS...]"));
+    line.addSubcommands({{QStringLiteral("add"), 1, 2},
+                         {QStringLiteral("list"), 0, 0},
+                         {QStringLiteral("remove"), 1, 1},
+                         {QStringLiteral("rename"), 2, 2},
+                         {QStringLiteral("move"), 2, 2}});
     line.addJsonOption();
     if (const auto stop = line.parse(arguments))
         return *stop;
-    const auto words = line.positional(1);
-    if (!words)
+    const auto call = line.subcommand();
+    if (!call)
         return exitUsage;
-    const QString subcommand = words->constFirst();
-    const QStringList rest = words->mid(1);
-    const QHash<QString, QPair<int, int>> counts{{QStringLiteral("add"), {1, 2}},
-                                                 {QStringLiteral("list"), {0, 0}},
-                                                 {QStringLiteral("remove"), {1, 1}},
-                                                 {QStringLiteral("rename"), {2, 2}},
-                                                 {QStringLiteral("move"), {2, 2}}};
-    if (!counts.contains(subcommand))
-        return line.usageError(QStringLiteral("unknown subcommand '%1'").arg(subcommand));
-    const auto [low, high] = counts.value(subcommand);
-    if (rest.size() < low || rest.size() > high)
-        return line.usageError(QStringLiteral("%1 takes %2 argument(s)")
-                                   .arg(subcommand, low == high
-                                                        ? QString::number(low)
-                                                        : QStringLiteral("%1-%2").arg(low).arg(high)));
+    const QString& subcommand = call->name;
+    const QStringList& rest = call->arguments;
 
     ChannelStore store(platform::QSettingsStore::shared());
     if (subcommand == QLatin1String("list"))

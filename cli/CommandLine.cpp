@@ -50,6 +50,21 @@ void CommandLine::addPositional(const QString& name, const QString& description,
     m_parser.addPositionalArgument(name, description, syntax);
 }
 
+void CommandLine::addSubcommands(const QList<Subcommand>& subcommands)
+{
+    m_subcommands = subcommands;
+    QStringList names;
+    for (const Subcommand& subcommand : subcommands)
+        names << subcommand.name;
+    const QString syntax = names.join(QLatin1Char('|'));
+    const QString last = names.takeLast();
+    m_parser.addPositionalArgument(
+        QStringLiteral("SUBCOMMAND"),
+        names.join(QStringLiteral(", ")) + QStringLiteral(" or ") + last + QLatin1Char('.'), syntax);
+    m_parser.addPositionalArgument(QStringLiteral("ARGS"), QStringLiteral("What the subcommand needs."),
+                                   QStringLiteral("[ARGS...]"));
+}
+
 QString CommandLine::usage() const
 {
     // QCommandLineParser names the executable; the command's own name belongs after it.
@@ -87,6 +102,30 @@ std::optional<QStringList> CommandLine::positional(qsizetype minimum)
         return std::nullopt;
     }
     return words;
+}
+
+std::optional<SubcommandCall> CommandLine::subcommand()
+{
+    const auto words = positional(1);
+    if (!words)
+        return std::nullopt;
+    const SubcommandCall call{words->constFirst(), words->mid(1)};
+    const auto known =
+        std::find_if(m_subcommands.cbegin(), m_subcommands.cend(),
+                     [&](const Subcommand& subcommand) { return subcommand.name == call.name; });
+    if (known == m_subcommands.cend()) {
+        usageError(QStringLiteral("unknown subcommand '%1'").arg(call.name));
+        return std::nullopt;
+    }
+    if (call.arguments.size() < known->fewest || call.arguments.size() > known->most) {
+        const QString count = known->fewest == known->most ? QString::number(known->fewest)
+                              : known->most == Subcommand::anyNumber
+                                  ? QStringLiteral("at least %1").arg(known->fewest)
+                                  : QStringLiteral("%1-%2").arg(known->fewest).arg(known->most);
+        usageError(QStringLiteral("%1 takes %2 argument(s)").arg(call.name, count));
+        return std::nullopt;
+    }
+    return call;
 }
 
 std::optional<int> CommandLine::number(const QString& name, int low, int high) const
@@ -135,8 +174,8 @@ int CommandLine::fail(const QString& message, int code) const
 
 void CommandLine::itemFailed(const QString& item, const QString& reason) const
 {
-    standardError() << "lumaro-cli " << m_command << ": " << escapedForLine(item) << ": " << escapedForLine(reason)
-                    << Qt::endl;
+    standardError() << "lumaro-cli " << m_command << ": " << escapedForLine(item) << ": "
+                    << escapedForLine(reason) << Qt::endl;
 }
 
 int CommandLine::usageError(const QString& message) const

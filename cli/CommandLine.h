@@ -4,13 +4,32 @@
 #pragma once
 
 #include <QCommandLineParser>
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QTextStream>
 
+#include <limits>
 #include <optional>
 
 namespace lumaro::cli {
+
+// One subcommand of a command made of them ("channel rename CHANNEL NAME") and how many arguments it takes.
+struct Subcommand
+{
+    static constexpr int anyNumber = std::numeric_limits<int>::max();
+
+    QString name;
+    int fewest = 0;
+    int most = 0;
+};
+
+// A subcommand as given: its name and the words after it.
+struct SubcommandCall
+{
+    QString name;
+    QStringList arguments;
+};
 
 // Results go to standard output; the system's log lines go to standard error unless --quiet; the reason each
 // failed item failed goes to standard error always.
@@ -22,12 +41,17 @@ public:
     void addJsonOption();
     void addOption(const QCommandLineOption& option);
     void addPositional(const QString& name, const QString& description, const QString& syntax = {});
+    // Declares SUBCOMMAND and ARGS for a command made of `subcommands`; read them with subcommand().
+    void addSubcommands(const QList<Subcommand>& subcommands);
 
     // Parses `arguments` (the words after the command's name). Returns an exit code when the command should
     // stop now: 0 after --help, 2 after bad usage (the reason and the usage are printed). nullopt: go on.
     std::optional<int> parse(const QStringList& arguments);
     // Positional arguments; when fewer than `minimum`, prints the usage and returns nullopt.
     std::optional<QStringList> positional(qsizetype minimum);
+    // The subcommand given and its arguments. nullopt when none was given, it is unknown or has too few or
+    // too many arguments (the reason and the usage are printed): the command then exits with 2.
+    std::optional<SubcommandCall> subcommand();
     // The command's one folder argument, checked to be a readable folder. nullopt when it is missing, when
     // more were given (`tooManyMessage` is printed with the usage) or when it is no usable folder (the reason
     // is printed): the command then exits with 2.
@@ -56,6 +80,7 @@ private:
     QCommandLineParser m_parser;
     bool m_json = false;
     bool m_jsonAsked = false;
+    QList<Subcommand> m_subcommands;
 };
 
 QTextStream& standardOutput();
