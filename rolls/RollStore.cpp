@@ -10,6 +10,8 @@
 #include <QJsonObject>
 #include <QSaveFile>
 
+#include <algorithm>
+
 namespace lumaro::rolls {
 
 namespace {
@@ -38,8 +40,10 @@ PublishedRoll fromJson(const QJsonObject& json)
     roll.target = json.value(QStringLiteral("target")).toString();
     roll.publishedAt =
         QDateTime::fromString(json.value(QStringLiteral("publishedAt")).toString(), Qt::ISODate);
-    roll.pictures = json.value(QStringLiteral("pictures")).toInt();
-    roll.bytes = qint64(json.value(QStringLiteral("bytes")).toDouble());
+    // A count that is no whole number from 0 up (a damaged or edited record) reads as 0; toInteger, as a
+    // double beyond qint64 does not convert (undefined behaviour).
+    roll.pictures = std::max(json.value(QStringLiteral("pictures")).toInt(), 0);
+    roll.bytes = std::max<qint64>(json.value(QStringLiteral("bytes")).toInteger(), 0);
     roll.link = json.value(QStringLiteral("link")).toString();
     return roll;
 }
