@@ -58,8 +58,8 @@ RepertoirePanel::RepertoirePanel(ToolHost& host, library::RepertoireStore& store
     auto* remove = new QPushButton(tr("从合集移除"), this);
     auto* toFolder = new QPushButton(tr("导出到文件夹…"), this);
     auto* toZip = new QPushButton(tr("导出为 zip…"), this);
+    // The bundle's name gets a row of its own: beside three buttons a narrow panel cut it to a few letters.
     auto* top = new QHBoxLayout;
-    top->addWidget(m_bundles, 1);
     top->addWidget(create);
     top->addWidget(rename);
     top->addWidget(drop);
@@ -70,6 +70,7 @@ RepertoirePanel::RepertoirePanel(ToolHost& host, library::RepertoireStore& store
     bottom->addWidget(toFolder);
     bottom->addWidget(toZip);
     auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_bundles);
     layout->addLayout(top);
     layout->addLayout(middle);
     layout->addWidget(m_summary);
@@ -180,6 +181,7 @@ std::optional<QString> RepertoirePanel::renameBundle(const QString& newName)
     platform::QSettingsStore::shared().setString(kCurrentBundleKey, newName.trimmed());
     m_bundles->setItemText(m_bundles->currentIndex(), newName.trimmed());
     fillBundles();
+    say(tr("合集已重命名为“%1”").arg(newName.trimmed()));
     return std::nullopt;
 }
 
