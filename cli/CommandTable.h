@@ -8,6 +8,10 @@
 //   libraw, libheif, OpenCV, Tesseract), whose loading alone costs tens of milliseconds; `lumaro-cli` hands
 //   it over to `lumaro-cli-heavy` (the same front end with every command linked in) by exec.
 //
+// SPLIT(name, summary, lightRun, heavyRun): `lumaro-cli` runs lightRun, which returns handOverToHeavy for
+//   what needs a heavy library (tags --toggle writes the XMP sidecar with exiv2); lumaro-cli-heavy runs
+//   heavyRun.
+//
 // PAINTING(name, summary, run): a heavy command that paints (a PDF needs fonts): lumaro-cli-heavy makes a
 //   QGuiApplication for it, on the offscreen platform.
 //
@@ -18,7 +22,7 @@ LIGHT("list", "Print a folder's pictures in browsing order", runList)
 PAINTING("pose", "Name each person's pose (level 1 and 2) with its reason", runPose)
 HEAVY("thumbs", "Write a JPEG thumbnail of every picture of a folder", runThumbs)
 LIGHT("trash", "Move files to the Trash and print where each went", runTrash)
-HEAVY("tags", "Print a picture's tags, or toggle one colour tag", runTags)
+SPLIT("tags", "Print a picture's tags, or toggle one colour tag", runTagsReading, runTags)
 HEAVY("info", "Print pictures' shooting data: camera, lens, exposure, size, rating", runInfo)
 HEAVY("rate", "Give pictures stars, a pick or a reject in their XMP sidecars", runRate)
 HEAVY("rotate", "Turn pictures 90 degrees to the left on disk", runRotate)

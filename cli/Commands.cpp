@@ -10,9 +10,11 @@ const std::vector<Command>& commands()
 #define LIGHT(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), &run},
 #ifdef LUMARO_CLI_HEAVY_SIDE
 #define HEAVY(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), &run},
+#define SPLIT(name, summary, lightRun, heavyRun) {QStringLiteral(name), QStringLiteral(summary), &heavyRun},
 #define PAINTING(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), &run, true},
 #else
 #define HEAVY(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), nullptr},
+#define SPLIT(name, summary, lightRun, heavyRun) {QStringLiteral(name), QStringLiteral(summary), &lightRun},
 #define PAINTING(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), nullptr, true},
 #endif
     static const std::vector<Command> table{
@@ -20,6 +22,7 @@ const std::vector<Command>& commands()
     };
 #undef LIGHT
 #undef HEAVY
+#undef SPLIT
 #undef PAINTING
     return table;
 }

@@ -12,6 +12,10 @@ namespace lumaro::cli {
 
 using RunCommand = int (*)(const QStringList& arguments);
 
+// Returned by a command's light half in `lumaro-cli` for work only `lumaro-cli-heavy` can do: main() hands
+// the whole command line over, before anything was done. Never a process exit code.
+constexpr int handOverToHeavy = -1;
+
 struct Command
 {
     QString name;
@@ -19,7 +23,8 @@ struct Command
     // Takes the words after the command's name; returns the process exit code (ExitCode.h). Null in
     // `lumaro-cli` for a heavy command: main() hands it over to `lumaro-cli-heavy`.
     RunCommand run = nullptr;
-    // Paints (a PDF needs fonts), so lumaro-cli-heavy makes a QGuiApplication, on the offscreen platform, for it.
+    // Paints (a PDF needs fonts), so lumaro-cli-heavy makes a QGuiApplication, on the offscreen platform, for
+    // it.
     bool paints = false;
 };
 
@@ -29,9 +34,13 @@ const std::vector<Command>& commands();
 #define LIGHT(name, summary, run) int run(const QStringList& arguments);
 #define HEAVY(name, summary, run) int run(const QStringList& arguments);
 #define PAINTING(name, summary, run) int run(const QStringList& arguments);
+#define SPLIT(name, summary, lightRun, heavyRun)                                                             \
+    int lightRun(const QStringList& arguments);                                                              \
+    int heavyRun(const QStringList& arguments);
 #include "cli/CommandTable.h"
 #undef LIGHT
 #undef HEAVY
+#undef SPLIT
 #undef PAINTING
 
 } // namespace lumaro::cli

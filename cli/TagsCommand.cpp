@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// lumaro-cli tags FILE [--toggle COLOUR]: a picture's tags, and one colour switched on or off.
+// lumaro-cli tags FILE [--toggle COLOUR]: a picture's tags, and one colour switched on or off. Reading runs
+// in lumaro-cli itself; a toggle also writes the XMP sidecar (exiv2), so it is handed to lumaro-cli-heavy.
+#include "cli/TagsCommand.h"
+
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
@@ -7,8 +10,6 @@
 #include "platform/files/FileNameCodec.h"
 
 #include "browse/hotkeys/HotkeyAction.h"
-#include "browse/marks/PictureRater.h"
-#include "browse/state/ImageAnnotation.h"
 #include "platform/XattrTagStore.h"
 
 #include <QFileInfo>
@@ -17,15 +18,22 @@
 
 namespace lumaro::cli {
 
-int runTags(const QStringList& arguments)
+int runTagsReading(const QStringList& arguments)
 {
-    CommandLine line(QStringLiteral("tags"),
-                     QStringLiteral("Print the tags of FILE (comma-separated), optionally toggling one colour first."));
+    return runTagsWith(arguments, {});
+}
+
+int runTagsWith(const QStringList& arguments, const SidecarColourWriter& writeSidecar)
+{
+    CommandLine line(
+        QStringLiteral("tags"),
+        QStringLiteral("Print the tags of FILE (comma-separated), optionally toggling one colour first."));
     line.addPositional(QStringLiteral("FILE"), QStringLiteral("The picture."));
-    line.addOption({QStringLiteral("toggle"),
-                    QStringLiteral("Add COLOUR when the file lacks it, remove it when it has it: red, yellow, orange, "
-                                   "green, blue or purple."),
-                    QStringLiteral("COLOUR")});
+    line.addOption(
+        {QStringLiteral("toggle"),
+         QStringLiteral("Add COLOUR when the file lacks it, remove it when it has it: red, yellow, orange, "
+                        "green, blue or purple."),
+         QStringLiteral("COLOUR")});
     line.addJsonOption();
     if (const auto stop = line.parse(arguments))
         return *stop;
@@ -39,14 +47,19 @@ int runTags(const QStringList& arguments)
         return line.fail(QStringLiteral("%1: no such file").arg(escapedForLine(file)), exitUsage);
     const QString color = line.value(QStringLiteral("toggle")).trimmed().toLower();
     if (line.isSet(QStringLiteral("toggle")) && !browse::annotateActionForColor(color))
-        return line.usageError(QStringLiteral("unknown colour \"%1\" (red, yellow, orange, green, blue, purple)")
-                                   .arg(line.value(QStringLiteral("toggle"))));
+        return line.usageError(
+            QStringLiteral("unknown colour \"%1\" (red, yellow, orange, green, blue, purple)")
+                .arg(line.value(QStringLiteral("toggle"))));
+
+    if (!color.isEmpty() && !writeSidecar)
+        return handOverToHeavy;
 
     platform::FileTagStore& store = platform::XattrTagStore::shared();
     QString error;
     auto tags = store.tags(file, &error);
     if (!tags)
-        return line.fail(QStringLiteral("%1: cannot read tags: %2").arg(escapedForLine(file), error), exitPartial);
+        return line.fail(QStringLiteral("%1: cannot read tags: %2").arg(escapedForLine(file), error),
+                         exitPartial);
     if (!color.isEmpty()) {
         if (tags->contains(color))
             tags->removeAll(color);
@@ -56,8 +69,7 @@ int runTags(const QStringList& arguments)
             return line.fail(QStringLiteral("%1: cannot write tags: %2").arg(escapedForLine(file), error),
                              exitPartial);
         // The editors read colours from the XMP sidecar, not from the file's tags.
-        if (!browse::PictureRater::shared().writeColours(file, browse::annotationFromTags(*tags).colors,
-                                                         &error))
+        if (!writeSidecar(file, *tags, &error))
             return line.fail(
                 QStringLiteral("%1: tags written, sidecar not: %2").arg(escapedForLine(file), error),
                 exitPartial);

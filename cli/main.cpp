@@ -91,12 +91,15 @@ int main(int argc, char* argv[])
         return exitUsage;
     }
     const QString name = arguments.takeFirst();
-    if (command)
-        return command->run(arguments);
+    if (command) {
+        const int code = command->run(arguments);
+        return code == handOverToHeavy ? handOver(argc, argv) : code;
+    }
     if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
         printOverview();
         return exitOk;
     }
-    standardError() << "lumaro-cli: unknown command '" << name << "'. Run 'lumaro-cli --help' for the list.\n";
+    standardError() << "lumaro-cli: unknown command '" << name
+                    << "'. Run 'lumaro-cli --help' for the list.\n";
     return exitUsage;
 }

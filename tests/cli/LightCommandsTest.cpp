@@ -3,6 +3,11 @@
 // libraries would cost each `list`, `trash`, `tags` and `fav` its loading time, tens of milliseconds.
 #include "tests/cli/CliRunner.h"
 
+#include "platform/XattrTagStore.h"
+#include "tests/support/TempFolder.h"
+
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 
@@ -46,4 +51,37 @@ TEST(LightCommands, HeavyCommandIsHandedOverWithItsArgumentsAndExitCode)
     EXPECT_TRUE(result.errText().contains(QLatin1String("no-such-option"))) << result.errText().toStdString();
     EXPECT_TRUE(result.errText().contains(QLatin1String("lumaro-cli thumbs")))
         << result.errText().toStdString();
+}
+
+// lumaro-cli alone, without its helper anywhere it looks: reading tags must not need it, a toggle (which
+// writes the XMP sidecar) must, and must change nothing when the helper cannot be started.
+TEST(LightCommands, TagsAreReadWithoutTheHelperAndAToggleIsHandedOver)
+{
+    lumaro::testing::TempFolder space;
+    const QString alone = space.filePath(QStringLiteral("bin/lumaro-cli"));
+    QDir().mkpath(space.filePath(QStringLiteral("bin")));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(LUMARO_CLI_PATH), alone));
+    const QString picture = space.writePicture(QStringLiteral("IMG_1.jpg"));
+    QString error;
+    ASSERT_TRUE(lumaro::platform::XattrTagStore::shared().setTags(picture, {QStringLiteral("red")}, &error))
+        << error.toStdString();
+    const auto run = [&](const QStringList& arguments) {
+        QProcess cli;
+        cli.start(alone, arguments);
+        cli.waitForFinished(30'000);
+        return std::pair{cli.exitCode(),
+                         QString::fromUtf8(cli.readAllStandardOutput() + cli.readAllStandardError())};
+    };
+
+    const auto [readCode, read] = run({QStringLiteral("tags"), picture});
+    EXPECT_EQ(readCode, 0) << read.toStdString();
+    EXPECT_EQ(read.trimmed(), QStringLiteral("red"));
+
+    const auto [toggleCode, toggled] =
+        run({QStringLiteral("tags"), picture, QStringLiteral("--toggle"), QStringLiteral("blue")});
+    EXPECT_EQ(toggleCode, 2) << toggled.toStdString();
+    EXPECT_TRUE(toggled.contains(QLatin1String("cannot start lumaro-cli-heavy"))) << toggled.toStdString();
+    EXPECT_EQ(lumaro::platform::XattrTagStore::shared().tags(picture, &error),
+              QStringList{QStringLiteral("red")});
+    EXPECT_FALSE(space.exists(QStringLiteral("IMG_1.xmp")));
 }
