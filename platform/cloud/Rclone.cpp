@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/cloud/Rclone.h"
 
+#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -23,6 +24,9 @@ QString RcloneResult::reason() const
 {
     if (!started)
         return QStringLiteral("rclone is not installed (apt-get install rclone)");
+    if (stalledFor.count() > 0)
+        return QStringLiteral("the store stopped answering: nothing was sent for %1 s")
+            .arg(stalledFor.count());
     if (cancelled)
         return QStringLiteral("cancelled");
     if (!errors.isEmpty())
@@ -67,16 +71,30 @@ RcloneResult Rclone::run(const QStringList& arguments,
         result.output += process.readAllStandardOutput();
         log.feed(process.readAllStandardError());
     };
+    const auto stop = [&] {
+        process.terminate();
+        if (!process.waitForFinished(3000))
+            process.kill();
+    };
+    QElapsedTimer sinceSent;
+    sinceSent.start();
+    qint64 sent = 0;
     while (process.state() != QProcess::NotRunning) {
         if (cancel && cancel->load()) {
             result.cancelled = true;
-            process.terminate();
-            if (!process.waitForFinished(3000))
-                process.kill();
+            stop();
             break;
         }
         process.waitForReadyRead(200);
         drain();
+        if (const RcloneProgress& now = log.last(); now.bytes != sent || now.bytes >= now.totalBytes) {
+            sent = now.bytes;
+            sinceSent.restart();
+        } else if (sinceSent.elapsed() >= std::chrono::milliseconds(m_stallLimit).count()) {
+            result.stalledFor = m_stallLimit;
+            stop();
+            break;
+        }
     }
     process.waitForFinished(-1);
     drain();
@@ -91,9 +109,16 @@ RcloneResult Rclone::run(const QStringList& arguments,
 
 Rclone Rclone::with(const QMap<QString, QString>& more) const
 {
-    QMap<QString, QString> environment = m_environment;
-    environment.insert(more);
-    return Rclone(environment);
+    Rclone extended(*this);
+    extended.m_environment.insert(more);
+    return extended;
+}
+
+Rclone Rclone::withStallLimit(std::chrono::seconds limit) const
+{
+    Rclone limited(*this);
+    limited.m_stallLimit = limit;
+    return limited;
 }
 
 std::optional<QString> Rclone::obscured(const QString& secret) const

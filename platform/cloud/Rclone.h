@@ -13,6 +13,7 @@
 #include <QStringList>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -23,10 +24,12 @@ struct RcloneResult
     bool started = false; // false: rclone is not installed or could not be run
     int exitCode = -1;
     bool cancelled = false;
+    // Stopped because nothing was sent for this long while something was left to send (0: not stopped).
+    std::chrono::seconds stalledFor{0};
     QByteArray output;   // what rclone wrote to standard output (lsjson, about, link)
     QStringList errors;  // the messages of its error-level log lines, in order
     RcloneProgress last; // the last statistics it reported
-    bool ok() const { return started && !cancelled && exitCode == 0; }
+    bool ok() const { return started && !cancelled && stalledFor.count() == 0 && exitCode == 0; }
     // The most telling reason for a failure, for a message.
     QString reason() const;
 };
@@ -45,6 +48,9 @@ public:
                      const std::atomic_bool* cancel = nullptr, const QByteArray& input = {}) const;
     // This rclone with `more` variables on top of its own.
     Rclone with(const QMap<QString, QString>& more) const;
+    // This rclone, stopping a transfer that sends nothing for `limit` (one minute unless told): rclone 1.60
+    // waits for ever on an upload whose server died mid-way.
+    Rclone withStallLimit(std::chrono::seconds limit) const;
     // A password in the obscured form rclone's config and environment take for `pass` keys.
     std::optional<QString> obscured(const QString& secret) const;
 
@@ -62,6 +68,7 @@ public:
 
 private:
     QMap<QString, QString> m_environment;
+    std::chrono::seconds m_stallLimit{60};
 };
 
 } // namespace lumaro::platform

@@ -27,6 +27,8 @@ public:
     void stop();
     // webdav: the server's URL; sftp: host:port.
     QString address() const { return m_address; }
+    // For a kill from another thread, as a crash would come.
+    qint64 processId() const { return m_process.processId(); }
     // An rclone remote named `name` pointing here, without the server's user (no user config read), as
     // environment variables.
     QMap<QString, QString> remote(const QString& name) const;

@@ -16,6 +16,10 @@
 #include <QStandardPaths>
 #include <QUrl>
 
+#include <atomic>
+
+#include <signal.h>
+
 #include "platform/files/FileNameCodec.h"
 
 #include <gtest/gtest.h>
@@ -198,6 +202,40 @@ TEST_P(RollPublish, AServerGoneMidwayLeavesNoPageAndTheNextPublishCompletesOnce)
     const PublishOutcome again = publish();
     ASSERT_EQ(again.status, PublishStatus::published) << again.message.toStdString();
     EXPECT_EQ(online().size(), 3 * 2 + 1);
+}
+
+TEST_P(RollPublish, AServerKilledMidUploadLeavesNoPageAndTheNextPublishCompletesOnce)
+{
+    // Noise does not compress: originals big enough that a slowed link is still sending when the server dies.
+    for (const char* name : {"BIG_1.jpg", "BIG_2.jpg"}) {
+        QImage noise(1600, 1200, QImage::Format_RGB32);
+        for (int y = 0; y < noise.height(); ++y)
+            for (int x = 0; x < noise.width(); ++x)
+                noise.setPixel(x, y, qRgb((x * 7919 + y * 104729) % 251, (x * y) % 241, (x + 3 * y) % 239));
+        ASSERT_TRUE(noise.save(m_shoot.filePath(QString::fromUtf8(name)), "JPEG", 95));
+    }
+    const auto rclone = lumaro::platform::Rclone(m_server->remote(QStringLiteral("dav")));
+    const auto slowed = rclone.with({{QStringLiteral("RCLONE_BWLIMIT"), QStringLiteral("400k")}})
+                            .withStallLimit(std::chrono::seconds(3));
+    RollRequest request;
+    request.folder = m_shoot.path();
+    request.destination = QStringLiteral("dav:albums");
+    request.options.originals = true;
+    std::atomic_bool killed = false;
+    const PublishOutcome broken = RollPublisher(slowed).publish(request, [&](const RollProgress& progress) {
+        if (progress.step == RollProgress::Step::sending && progress.done > 0 && !killed.exchange(true))
+            ::kill(pid_t(m_server->processId()), SIGKILL);
+    });
+    ASSERT_TRUE(killed) << "the upload ended before the server could be killed";
+    EXPECT_EQ(broken.status, PublishStatus::failed) << broken.message.toStdString();
+    EXPECT_TRUE(broken.message.contains(QStringLiteral("stopped answering"))) << broken.message.toStdString();
+    EXPECT_FALSE(online().contains(QStringLiteral("index.html")));
+
+    m_server->stop();
+    ASSERT_TRUE(m_server->start());
+    const PublishOutcome again = RollPublisher(rclone).publish(request);
+    ASSERT_EQ(again.status, PublishStatus::published) << again.message.toStdString();
+    EXPECT_EQ(online().size(), 5 * 3 + 1) << online().join(QLatin1Char(' ')).toStdString();
 }
 
 TEST_P(RollPublish, WrongCredentialsFailWithTheServersReason)
