@@ -8,6 +8,7 @@
 
 #include <libheif/heif.h>
 
+#include <algorithm>
 #include <memory>
 #include <mutex>
 
@@ -59,7 +60,8 @@ std::optional<QImage> decodeFile(const QString& path, int maxSide, bool allowThu
         return std::nullopt;
     };
     Context context(heif_context_alloc());
-    heif_error status = heif_context_read_from_file(context.get(), QFile::encodeName(path).constData(), nullptr);
+    heif_error status =
+        heif_context_read_from_file(context.get(), QFile::encodeName(path).constData(), nullptr);
     if (status.code != heif_error_Ok)
         return fail(status);
     heif_image_handle* primaryRaw = nullptr;
@@ -67,6 +69,12 @@ std::optional<QImage> decodeFile(const QString& path, int maxSide, bool allowThu
     if (status.code != heif_error_Ok)
         return fail(status);
     Handle primary(primaryRaw);
+    // The coded stream may make a far bigger picture than the file declares (a 32×24 item decoding at
+    // 16416×6144 took half a minute): libheif is held to the declared size, with room for coding-block
+    // padding and a crop. The thumbnail is smaller than the primary, so the bound serves both.
+    const int declared =
+        std::max(heif_image_handle_get_width(primary.get()), heif_image_handle_get_height(primary.get()));
+    heif_context_set_maximum_image_size_limit(context.get(), 2 * declared + 256);
     Handle thumbnail = allowThumbnail && maxSide > 0 ? bigEnoughThumbnail(primary.get(), maxSide) : nullptr;
     if (usedThumbnail)
         *usedThumbnail = bool(thumbnail);

@@ -138,7 +138,8 @@ class BrokenFileTest : public ::testing::TestWithParam<const char*>
 };
 
 // A copy cut short (other than a JPEG), an empty file, text under a picture's name, a file that is not there,
-// or a CR2 on which exiv2 throws std::overflow_error rather than its own error type: no image, a reason, no
+// a CR2 on which exiv2 throws std::overflow_error rather than its own error type, or a HEIF whose stream
+// makes a picture hundreds of times the size it declares: no image, a reason, no
 // crash.
 TEST_P(BrokenFileTest, GivesNoImageAndAReason)
 {
@@ -156,6 +157,11 @@ TEST_P(BrokenFileTest, GivesNoImageAndAReason)
         folder.write(name, QByteArrayLiteral("this is not a picture at all\n"));
     } else if (name.startsWith(QLatin1String("looping."))) {
         folder.write(name, testing::selfReferencingCr2());
+    } else if (name.startsWith(QLatin1String("oversized."))) {
+        // Declares 32×24; its coded stream makes 16416×6144 (found by the HEIF fuzz harness).
+        QFile::copy(
+            QStringLiteral(LUMARO_SOURCE_DIR "/fuzz/heif/corpus/declares-32x24-decodes-16416x6144.heic"),
+            path);
     }
     for (const int side : {256, 0}) {
         const DecodedPicture picture = decode(path, side, true);
@@ -167,7 +173,7 @@ TEST_P(BrokenFileTest, GivesNoImageAndAReason)
 INSTANTIATE_TEST_SUITE_P(Files, BrokenFileTest,
                          ::testing::Values("empty.jpg", "text.jpg", "text.cr2", "text.nef", "text.heic",
                                            "text.png", "empty.tiff", "text.webp", "looping.CR2",
-                                           "missing.jpg", "missing.cr2"));
+                                           "missing.jpg", "missing.cr2", "oversized.heic"));
 
 // A picture caught in its first bytes (still being copied in) is called what it is, not a lack of memory.
 TEST(PictureReaderTest, AJpegOfOnlyItsFirstBytesIsCalledCutShort)
