@@ -139,8 +139,7 @@ class BrokenFileTest : public ::testing::TestWithParam<const char*>
 
 // A copy cut short (other than a JPEG), an empty file, text under a picture's name, a file that is not there,
 // a CR2 on which exiv2 throws std::overflow_error rather than its own error type, or a HEIF whose stream
-// makes a picture hundreds of times the size it declares: no image, a reason, no
-// crash.
+// makes a picture hundreds of times the size it declares: no image, a reason, no crash.
 TEST_P(BrokenFileTest, GivesNoImageAndAReason)
 {
     TempFolder folder;

@@ -175,7 +175,10 @@ TEST(FolderCardScanner, ACachedCardThatDoesNotReadBackWholeIsReadFromThePictures
         {"colours", QJsonObject{{"red", -3}}},
         {"days", QJsonObject{{"2024-05-01", 1e12}}},
     };
-    for (const auto& [key, value] : damages) {
+    for (const auto& damage : damages) {
+        // Named, not bound: clang 14 cannot capture a structured binding in the lambda below.
+        const char* key = damage.first;
+        const QJsonValue& value = damage.second;
         TempFolder parent;
         TempFolder cache;
         parent.writePicture(QStringLiteral("a/1.jpg"));
