@@ -3,51 +3,21 @@
 // that could not be read is tried again once the folder is read again.
 #include "browse/thumbnails/FullPictureLoader.h"
 
+#include "tests/browse/thumbnails/ScriptedDecodes.h"
 #include "tests/support/TempFolder.h"
 
-#include <QSemaphore>
-
 #include <gtest/gtest.h>
-
-#include <atomic>
-#include <mutex>
 
 namespace lumaro::browse {
 namespace {
 
 using testing::waitUntil;
 
-struct ScriptedDecoder
+struct ScriptedDecoder : ScriptedDecodes
 {
-    std::mutex mutex;
-    QStringList order;
-    QString heldPath;
-    QSemaphore started;
-    QSemaphore release;
-    std::atomic<bool> failing = false;
-
     FullPictureLoader::DecodeFunction function()
     {
-        return [this](const QString& path, int) {
-            {
-                std::lock_guard lock(mutex);
-                order.append(path);
-            }
-            if (path == heldPath) {
-                started.release();
-                release.acquire();
-            }
-            if (failing)
-                return QImage();
-            QImage image(8, 8, QImage::Format_RGB32);
-            image.fill(Qt::blue);
-            return image;
-        };
-    }
-    QStringList decoded()
-    {
-        std::lock_guard lock(mutex);
-        return order;
+        return [this](const QString& path, int) { return decode(path, path); };
     }
 };
 
@@ -68,12 +38,12 @@ TEST(FullPictureLoaderTest, ThePictureOnScreenIsDecodedAloneBeforeTheOneAhead)
 TEST(FullPictureLoaderTest, AFailureIsTriedAgainAfterARefreshOnly)
 {
     ScriptedDecoder decoder;
-    decoder.failing = true; // still being copied in
-    FullPictureLoader loader(decoder.function());
     const QString path = QStringLiteral("/f/copying.jpg");
+    decoder.setFailing({path}); // still being copied in
+    FullPictureLoader loader(decoder.function());
     loader.request(path);
     ASSERT_TRUE(waitUntil([&] { return loader.hasFailed(path); }));
-    decoder.failing = false; // the copy ends
+    decoder.setFailing({}); // the copy ends
     loader.request(path);
     EXPECT_EQ(loader.runningCount(), 0) << "a failure is not retried at every key press";
 

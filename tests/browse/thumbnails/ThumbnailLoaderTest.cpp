@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The thumbnail scheduler: the current picture is served before queued prefetch, leaving a folder drops its
-// queued work and its late results, a reload throws away a decode in flight, failures are not retried; reading
-// the folder again retries them and reads again the files that changed since they were decoded.
+// queued work and its late results, a reload throws away a decode in flight, failures are not retried;
+// reading the folder again retries them and reads again the files that changed since they were decoded.
 #include "browse/thumbnails/ThumbnailLoader.h"
 
 #include "browse/thumbnails/ThumbnailCache.h"
+#include "tests/browse/thumbnails/ScriptedDecodes.h"
 #include "tests/support/TempFolder.h"
 
 #include <QBuffer>
@@ -14,45 +15,18 @@
 
 #include <gtest/gtest.h>
 
-#include <mutex>
-
 namespace lumaro::browse {
 namespace {
 
 using testing::waitUntil;
 
-// A decode that records what it was asked for and can hold one path until the test lets it go.
-struct ScriptedDecoder
+struct ScriptedDecoder : ScriptedDecodes
 {
-    std::mutex mutex;
-    QStringList order;
-    QString heldPath;
-    QSemaphore started;
-    QSemaphore release;
-    QStringList failing;
-
     ThumbnailLoader::DecodeFunction function()
     {
         return [this](const QString& path, int, bool thumbnail, int) {
-            {
-                std::lock_guard lock(mutex);
-                order.append((thumbnail ? QStringLiteral("T:") : QStringLiteral("P:")) + path);
-            }
-            if (path == heldPath) {
-                started.release();
-                release.acquire();
-            }
-            if (failing.contains(path))
-                return QImage();
-            QImage image(8, 8, QImage::Format_RGB32);
-            image.fill(Qt::green);
-            return image;
+            return decode(path, (thumbnail ? QStringLiteral("T:") : QStringLiteral("P:")) + path);
         };
-    }
-    QStringList decoded()
-    {
-        std::lock_guard lock(mutex);
-        return order;
     }
 };
 
@@ -76,11 +50,13 @@ TEST(ThumbnailLoaderTest, CurrentPictureIsServedBeforeQueuedPrefetch)
     decoder.heldPath = QStringLiteral("/f/a.jpg");
     ThumbnailLoader loader(cache, decoder.function(), oneThread());
     loader.setFolder(QStringLiteral("/f"));
-    loader.requestThumbnails({}, {QStringLiteral("/f/a.jpg"), QStringLiteral("/f/b.jpg"), QStringLiteral("/f/c.jpg")});
+    loader.requestThumbnails(
+        {}, {QStringLiteral("/f/a.jpg"), QStringLiteral("/f/b.jpg"), QStringLiteral("/f/c.jpg")});
     ASSERT_TRUE(waitUntil([&] { return decoder.started.available() > 0; }));
 
     loader.requestPreview(QStringLiteral("/f/x.jpg"));
-    loader.requestThumbnails({QStringLiteral("/f/v.jpg")}, {QStringLiteral("/f/b.jpg"), QStringLiteral("/f/c.jpg")});
+    loader.requestThumbnails({QStringLiteral("/f/v.jpg")},
+                             {QStringLiteral("/f/b.jpg"), QStringLiteral("/f/c.jpg")});
     decoder.release.release();
     ASSERT_TRUE(waitUntil([&] { return idle(loader) && decoder.decoded().size() == 5; }));
 
@@ -99,15 +75,18 @@ TEST(ThumbnailLoaderTest, LeavingAFolderDropsItsQueuedWorkAndLateResults)
     ThumbnailLoader loader(cache, decoder.function(), oneThread());
     QSignalSpy ready(&loader, &ThumbnailLoader::thumbnailReady);
     loader.setFolder(QStringLiteral("/old"));
-    loader.requestThumbnails({QStringLiteral("/old/a.jpg"), QStringLiteral("/old/b.jpg"), QStringLiteral("/old/c.jpg")});
+    loader.requestThumbnails(
+        {QStringLiteral("/old/a.jpg"), QStringLiteral("/old/b.jpg"), QStringLiteral("/old/c.jpg")});
     ASSERT_TRUE(waitUntil([&] { return decoder.started.available() > 0; }));
 
     loader.setFolder(QStringLiteral("/new"));
     loader.requestThumbnails({QStringLiteral("/new/n.jpg")});
     decoder.release.release();
-    ASSERT_TRUE(waitUntil([&] { return idle(loader) && cache.image(QStringLiteral("/new/n.jpg")).has_value(); }));
+    ASSERT_TRUE(
+        waitUntil([&] { return idle(loader) && cache.image(QStringLiteral("/new/n.jpg")).has_value(); }));
 
-    EXPECT_EQ(decoder.decoded(), (QStringList{QStringLiteral("T:/old/a.jpg"), QStringLiteral("T:/new/n.jpg")}));
+    EXPECT_EQ(decoder.decoded(),
+              (QStringList{QStringLiteral("T:/old/a.jpg"), QStringLiteral("T:/new/n.jpg")}));
     EXPECT_FALSE(cache.image(QStringLiteral("/old/a.jpg")).has_value()); // the late result was thrown away
     ASSERT_EQ(ready.size(), 1);
     EXPECT_EQ(ready.at(0).at(0).toString(), QStringLiteral("/new/n.jpg"));
@@ -156,11 +135,12 @@ TEST(ThumbnailLoaderTest, AFileThatCannotBeDecodedIsMarkedAndNotRetried)
 {
     ThumbnailCache cache;
     ScriptedDecoder decoder;
-    decoder.failing = {QStringLiteral("/f/bad.jpg")};
+    decoder.setFailing({QStringLiteral("/f/bad.jpg")});
     ThumbnailLoader loader(cache, decoder.function(), oneThread());
     loader.setFolder(QStringLiteral("/f"));
     loader.requestThumbnails({QStringLiteral("/f/bad.jpg")});
-    ASSERT_TRUE(waitUntil([&] { return loader.hasFailed(QStringLiteral("/f/bad.jpg"), PictureKind::thumbnail); }));
+    ASSERT_TRUE(
+        waitUntil([&] { return loader.hasFailed(QStringLiteral("/f/bad.jpg"), PictureKind::thumbnail); }));
     loader.requestThumbnails({QStringLiteral("/f/bad.jpg")});
     ASSERT_TRUE(waitUntil([&] { return idle(loader); }));
     EXPECT_EQ(decoder.decoded().size(), 1);

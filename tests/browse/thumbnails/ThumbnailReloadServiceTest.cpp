@@ -52,13 +52,16 @@ TEST_P(ReloadCooldown, PostsAtMostOncePerPathPerCooldown)
 INSTANTIATE_TEST_SUITE_P(
     Timelines, ReloadCooldown,
     ::testing::Values(
-        std::vector<Request>{{0.0, "/a/b.jpg", true}},                                  // the first always posts
-        std::vector<Request>{{0.0, "/a/b.jpg", true}, {0.1, "/a/b.jpg", false}},        // inside the cooldown
-        std::vector<Request>{{0.0, "/a/b.jpg", true}, {0.1, "/a/c.jpg", true}},         // another path
-        std::vector<Request>{{0.0, "/a/b.jpg", true}, {0.25, "/a/b.jpg", true}},        // after it
-        std::vector<Request>{{0.0, "/a/b.jpg", true}, {0.1, "/a/./b.jpg", true}},       // plain-string keys
+        std::vector<Request>{{0.0, "/a/b.jpg", true}},                            // the first always posts
+        std::vector<Request>{{0.0, "/a/b.jpg", true}, {0.1, "/a/b.jpg", false}},  // inside the cooldown
+        std::vector<Request>{{0.0, "/a/b.jpg", true}, {0.1, "/a/c.jpg", true}},   // another path
+        std::vector<Request>{{0.0, "/a/b.jpg", true}, {0.25, "/a/b.jpg", true}},  // after it
+        std::vector<Request>{{0.0, "/a/b.jpg", true}, {0.1, "/a/./b.jpg", true}}, // plain-string keys
         // a steady stream posts every other time: suppressed requests are not recorded
-        std::vector<Request>{{0.0, "/x", true}, {0.125, "/x", false}, {0.25, "/x", true}, {0.375, "/x", false},
+        std::vector<Request>{{0.0, "/x", true},
+                             {0.125, "/x", false},
+                             {0.25, "/x", true},
+                             {0.375, "/x", false},
                              {0.5, "/x", true}}));
 
 TEST(ThumbnailReloadService, ARequestExactlyOneCooldownLaterPosts)
@@ -77,7 +80,8 @@ TEST(ThumbnailReloadService, TwoThreadsAskingAtTheSameMomentPostOnce)
     for (int round = 0; round < 200; ++round) {
         NotificationCenter center;
         std::atomic<int> posts = 0;
-        QObject::connect(&center, &NotificationCenter::posted, [&posts] { ++posts; }); // direct: caller's thread
+        QObject::connect(&center, &NotificationCenter::posted,
+                         [&posts] { ++posts; }); // direct: caller's thread
         ThumbnailReloadService service([] { return 5000.0; }, &center);
         std::barrier start(2);
         const auto ask = [&] {
