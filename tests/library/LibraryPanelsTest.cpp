@@ -157,20 +157,30 @@ TEST(FavouritesPanel, ShowsFavouritesAsAWaterfallAndADoubleClickOpensThePictureI
     EXPECT_EQ(host.opened, QStringList{photo});
 }
 
-TEST(RepertoirePanel, AddsTheSelectedPictureToABundleAndExportsIt)
+// A shoot of one picture, selected in the window, with the bundle and favourite databases beside it.
+class RepertoirePanelTest : public ::testing::Test
 {
+protected:
+    void SetUp() override
+    {
+        folder.writePicture(QStringLiteral("shoot/IMG_1.jpg"));
+        host.state.setFolderPath(shoot, shoot, shoot);
+        host.state.setImageFiles({QStringLiteral("IMG_1.jpg")});
+        host.state.select(0);
+        ASSERT_TRUE(store.open(folder.filePath(QStringLiteral("repertoire.db"))));
+        ASSERT_TRUE(favourites.open(folder.filePath(QStringLiteral("fav.db"))));
+    }
+
     TempFolder folder;
     const QString shoot = folder.makeFolder(QStringLiteral("shoot"));
-    folder.writePicture(QStringLiteral("shoot/IMG_1.jpg"));
     Host host;
-    host.state.setFolderPath(shoot, shoot, shoot);
-    host.state.setImageFiles({QStringLiteral("IMG_1.jpg")});
-    host.state.select(0);
     library::RepertoireStore store;
-    ASSERT_TRUE(store.open(folder.filePath(QStringLiteral("repertoire.db"))));
     platform::MemorySettingsStore settings;
-    library::FavourManager favourites(settings);
-    ASSERT_TRUE(favourites.open(folder.filePath(QStringLiteral("fav.db"))));
+    library::FavourManager favourites{settings};
+};
+
+TEST_F(RepertoirePanelTest, AddsTheSelectedPictureToABundleAndExportsIt)
+{
     app::RepertoirePanel panel(host, store, favourites);
 
     panel.addSelection();
@@ -187,20 +197,8 @@ TEST(RepertoirePanel, AddsTheSelectedPictureToABundleAndExportsIt)
     EXPECT_TRUE(folder.exists(QStringLiteral("out/IMG_1_1.jpg")));
 }
 
-TEST(RepertoirePanel, RenamesAndDeletesABundleButNeverItsPictures)
+TEST_F(RepertoirePanelTest, RenamesAndDeletesABundleButNeverItsPictures)
 {
-    TempFolder folder;
-    const QString shoot = folder.makeFolder(QStringLiteral("shoot"));
-    folder.writePicture(QStringLiteral("shoot/IMG_1.jpg"));
-    Host host;
-    host.state.setFolderPath(shoot, shoot, shoot);
-    host.state.setImageFiles({QStringLiteral("IMG_1.jpg")});
-    host.state.select(0);
-    library::RepertoireStore store;
-    ASSERT_TRUE(store.open(folder.filePath(QStringLiteral("repertoire.db"))));
-    platform::MemorySettingsStore settings;
-    library::FavourManager favourites(settings);
-    ASSERT_TRUE(favourites.open(folder.filePath(QStringLiteral("fav.db"))));
     app::RepertoirePanel panel(host, store, favourites);
     ASSERT_EQ(panel.createBundle(QStringLiteral("婚礼")), std::nullopt);
     ASSERT_EQ(panel.createBundle(QStringLiteral("客户")), std::nullopt);
