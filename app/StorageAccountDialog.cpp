@@ -70,12 +70,6 @@ const Backend& backendOf(const QString& type)
     return backends().constFirst();
 }
 
-struct Done
-{
-    bool ok = false;
-    QString message;
-};
-
 } // namespace
 
 StorageAccountDialog::StorageAccountDialog(platform::Rclone rclone, QWidget* parent)
@@ -180,28 +174,22 @@ void StorageAccountDialog::addAccount()
         if (const QString value = it.value()->text().trimmed(); !value.isEmpty())
             account.options.insert(it.key(), value);
     const QString secret = m_secret->text();
-    setBusy(true, tr("正在保存 %1…").arg(account.name));
     // The keyring may take a moment (or ask to be unlocked): off the main thread.
-    inBackground(
-        this,
+    changeInBackground(
+        tr("正在保存 %1…").arg(account.name),
         [account, secret] {
             Done done;
             done.ok = rolls::StorageAccounts::add(account, secret, &done.message);
             return done;
         },
         [this, name = account.name](const Done& done) {
-            if (done.ok) {
-                m_name->clear();
-                m_secret->clear();
-                for (QLineEdit* edit : std::as_const(m_fields))
-                    edit->clear();
-            }
-            listAccounts();
-            setBusy(false, done.ok ? tr("已添加账户 %1，可发布到 %1:路径").arg(name)
-                                   : tr("❌ 未保存: %1").arg(done.message));
-            if (done.ok)
-                Q_EMIT accountsChanged();
-            Q_EMIT idle();
+            if (!done.ok)
+                return tr("❌ 未保存: %1").arg(done.message);
+            m_name->clear();
+            m_secret->clear();
+            for (QLineEdit* edit : std::as_const(m_fields))
+                edit->clear();
+            return tr("已添加账户 %1，可发布到 %1:路径").arg(name);
         });
 }
 
@@ -221,21 +209,30 @@ void StorageAccountDialog::removeSelected()
 
 void StorageAccountDialog::remove(const QString& name)
 {
-    setBusy(true, tr("正在删除 %1…").arg(name));
-    inBackground(
-        this,
+    changeInBackground(
+        tr("正在删除 %1…").arg(name),
         [name] {
             Done done;
             done.ok = rolls::StorageAccounts::remove(name, &done.message);
             return done;
         },
-        [this, name](const Done& done) {
-            listAccounts();
-            setBusy(false, done.ok ? tr("已删除账户 %1").arg(name) : tr("❌ 未删除: %1").arg(done.message));
-            if (done.ok)
-                Q_EMIT accountsChanged();
-            Q_EMIT idle();
+        [name](const Done& done) {
+            return done.ok ? tr("已删除账户 %1").arg(name) : tr("❌ 未删除: %1").arg(done.message);
         });
+}
+
+void StorageAccountDialog::changeInBackground(const QString& saying, std::function<Done()> work,
+                                              std::function<QString(const Done&)> outcome)
+{
+    setBusy(true, saying);
+    inBackground(this, std::move(work), [this, outcome = std::move(outcome)](const Done& done) {
+        const QString said = outcome(done);
+        listAccounts();
+        setBusy(false, said);
+        if (done.ok)
+            Q_EMIT accountsChanged();
+        Q_EMIT idle();
+    });
 }
 
 void StorageAccountDialog::checkSelected()

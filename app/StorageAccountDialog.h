@@ -9,6 +9,8 @@
 #include <QDialog>
 #include <QMap>
 
+#include <functional>
+
 class QComboBox;
 class QFormLayout;
 class QLabel;
@@ -44,9 +46,20 @@ Q_SIGNALS:
     void idle();
 
 private:
+    // What a keyring or network call came to.
+    struct Done
+    {
+        bool ok = false;
+        QString message;
+    };
+
     void showFieldsOfType();
     void listAccounts();
     void remove(const QString& name);
+    // Runs `work` on the pool with the buttons waiting; then the list is read again, `outcome` says the
+    // result, and a success is announced.
+    void changeInBackground(const QString& saying, std::function<Done()> work,
+                            std::function<QString(const Done&)> outcome);
     void setBusy(bool busy, const QString& saying = {});
     QString selectedName() const;
 
