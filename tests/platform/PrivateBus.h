@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A session bus of the test's own (dbus-daemon), so stand-ins for desktop services can own their names
-// without touching the machine's bus.
+// without touching the machine's bus. It starts no service on demand: a call to a name nobody owns yet fails
+// instead of starting the machine's own service (which would race the test's).
 #pragma once
 
 #include <QProcess>
 #include <QString>
+#include <QTemporaryFile>
 
 namespace lumaro::testing {
 
@@ -22,6 +24,7 @@ public:
 
 private:
     QString m_connectionName;
+    QTemporaryFile m_config;
     QProcess m_daemon;
     QString m_address;
 };

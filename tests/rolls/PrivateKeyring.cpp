@@ -15,26 +15,18 @@ PrivateKeyring::PrivateKeyring() : m_previousBus(qgetenv("DBUS_SESSION_BUS_ADDRE
 
 void PrivateKeyring::start()
 {
-    const QString dbus = QStandardPaths::findExecutable(QStringLiteral("dbus-daemon"));
     const QString keyring = QStandardPaths::findExecutable(QStringLiteral("gnome-keyring-daemon"));
-    if (dbus.isEmpty() || keyring.isEmpty()) {
-        m_whyNot = "dbus-daemon or gnome-keyring-daemon is not installed";
+    if (keyring.isEmpty()) {
+        m_whyNot = "gnome-keyring-daemon is not installed";
         return;
     }
-    // A bus that starts no services on demand: the first call to the Secret Service would otherwise start a
-    // second, locked keyring before ours owns the name, and ours would give way to it.
-    m_busConfig.open();
-    m_busConfig.write("<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen>"
-                      "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-                      "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
-    m_busConfig.flush();
-    m_bus.start(dbus, {QStringLiteral("--config-file=") + m_busConfig.fileName(), QStringLiteral("--nofork"),
-                       QStringLiteral("--print-address=1")});
-    if (!m_bus.waitForReadyRead(10000)) {
-        m_whyNot = "no private session bus";
+    // The bus starts nothing on demand: libsecret's first call would otherwise start a second, locked keyring
+    // before ours owns the name, and ours would give way to it.
+    if (m_bus.address().isEmpty()) {
+        m_whyNot = "no private session bus (dbus-daemon)";
         return;
     }
-    qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.readLine().trimmed());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.address().toUtf8());
     m_keyring.start(keyring, {QStringLiteral("--foreground"), QStringLiteral("--components=secrets"),
                               QStringLiteral("--unlock")});
     // The password on standard input opens the login keyring, made on first use.
@@ -52,10 +44,8 @@ void PrivateKeyring::start()
 
 PrivateKeyring::~PrivateKeyring()
 {
-    for (QProcess* process : {&m_keyring, &m_bus}) {
-        process->kill();
-        process->waitForFinished();
-    }
+    m_keyring.kill();
+    m_keyring.waitForFinished();
     qputenv("DBUS_SESSION_BUS_ADDRESS", m_previousBus);
 }
 

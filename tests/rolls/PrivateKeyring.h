@@ -4,8 +4,9 @@
 // while it lives.
 #pragma once
 
+#include "tests/platform/PrivateBus.h"
+
 #include <QProcess>
-#include <QTemporaryFile>
 
 #include <string>
 
@@ -25,8 +26,7 @@ public:
 private:
     void start();
 
-    QTemporaryFile m_busConfig;
-    QProcess m_bus;
+    PrivateBus m_bus{QStringLiteral("keyring")};
     QProcess m_keyring;
     QByteArray m_previousBus;
     std::string m_whyNot;
