@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/FolderDropZone.h"
 #include "app/PairingPanel.h"
-#include "app/ToolHost.h"
 #include "browse/state/LMRModeState.h"
+#include "tests/app/FakeToolHost.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempFolder.h"
 
@@ -19,19 +19,6 @@ using namespace lumaro;
 using namespace lumaro::testing;
 
 namespace {
-
-class FakeHost : public app::ToolHost
-{
-public:
-    browse::LMRModeState& modeState() override { return m_state; }
-    void addToolPanel(const QString&, QWidget*) override {}
-    void reloadCurrentFolder() override { ++reloads; }
-    QWidget* dialogParent() override { return nullptr; }
-    int reloads = 0;
-
-private:
-    browse::LMRModeState m_state{nullptr};
-};
 
 void drop(QWidget* zone, const QList<QUrl>& urls)
 {
@@ -80,7 +67,7 @@ struct Shoot
 TEST(PairingPanel, DroppedFoldersAnalyseAndTheCleanButtonTrashesTheOrphans)
 {
     Shoot shoot(4, 2);
-    FakeHost host;
+    FakeToolHost host;
     app::PairingPanel panel(app::PairingPanel::Tool::clean, host);
     panel.show();
     const auto zones = panel.findChildren<app::FolderDropZone*>();
@@ -106,7 +93,7 @@ TEST(PairingPanel, DroppedFoldersAnalyseAndTheCleanButtonTrashesTheOrphans)
 TEST(PairingPanel, ThreeMatchedShowsTheWarningAndNoCleanButton)
 {
     Shoot shoot(3, 50);
-    FakeHost host;
+    FakeToolHost host;
     app::PairingPanel panel(app::PairingPanel::Tool::clean, host);
     panel.show();
     const auto zones = panel.findChildren<app::FolderDropZone*>();
@@ -122,7 +109,7 @@ TEST(PairingPanel, ThreeMatchedShowsTheWarningAndNoCleanButton)
 TEST(PairingPanel, AFileDroppedIsRefused)
 {
     Shoot shoot(1, 0);
-    FakeHost host;
+    FakeToolHost host;
     app::PairingPanel panel(app::PairingPanel::Tool::pick, host);
     LogCapture log;
 
