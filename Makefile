@@ -36,7 +36,7 @@ run: build
 test: deps
 	@cmake --preset check >/dev/null
 	@ASAN_OPTIONS=detect_leaks=0 cmake --build $(CHECK_DIR) -j $(JOBS)
-	@ctest --preset check -j $(JOBS) -LE network
+	@ctest --preset check -j $(JOBS) -LE network || { bash scripts/show-failed-tests.sh $(CHECK_DIR); exit 1; }
 
 bench: deps
 	@cmake --preset release >/dev/null

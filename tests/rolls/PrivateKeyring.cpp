@@ -27,19 +27,33 @@ void PrivateKeyring::start()
         return;
     }
     qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.address().toUtf8());
+    // What the daemon says goes to the test's own output, where a failure shows it; a pipe nobody reads could
+    // also fill and stall the daemon mid-answer.
+    m_keyring.setProcessChannelMode(QProcess::ForwardedChannels);
     m_keyring.start(keyring, {QStringLiteral("--foreground"), QStringLiteral("--components=secrets"),
                               QStringLiteral("--unlock")});
     // The password on standard input opens the login keyring, made on first use.
     m_keyring.write("keyring-of-the-test\n");
     m_keyring.closeWriteChannel();
-    // The daemon answers once it owns its name on the bus; a first store proves it.
+    // The daemon answers once it owns its name on the bus and its login keyring is open; a stored and read
+    // back probe proves both.
     QString error;
+    const auto answers = [&error] {
+        return platform::SecretStore::store(QStringLiteral("probe"), QStringLiteral("x"), &error) &&
+               platform::SecretStore::lookup(QStringLiteral("probe"), &error).has_value();
+    };
     const QDeadlineTimer deadline(20000);
-    while (!platform::SecretStore::store(QStringLiteral("probe"), QStringLiteral("x"), &error) &&
-           !deadline.hasExpired())
-        m_keyring.waitForReadyRead(200);
-    if (!platform::SecretStore::lookup(QStringLiteral("probe")))
-        m_whyNot = "GNOME Keyring did not start: " + error.toStdString();
+    while (!answers()) {
+        if (deadline.hasExpired()) {
+            m_whyNot = "GNOME Keyring did not start: " + error.toStdString();
+            return;
+        }
+        if (m_keyring.waitForFinished(200)) {
+            m_whyNot = "GNOME Keyring ended at start (exit code " + std::to_string(m_keyring.exitCode()) + ")";
+            return;
+        }
+    }
+    platform::SecretStore::clear(QStringLiteral("probe"), &error);
 }
 
 PrivateKeyring::~PrivateKeyring()
