@@ -123,6 +123,9 @@ void CardImportDialog::showScan(const cards::ImportData& data)
                      .arg(data.newFiles.alreadyImportedCount);
     if (!data.resumeRoll.isEmpty())
         notes << QStringLiteral("上次导入被中断，将继续导入到：") + data.resumeRoll;
+    if (!data.memoryError.isEmpty())
+        notes << QStringLiteral("无法读取以前的导入记录（%1），卡上的文件都会导入")
+                     .arg(data.memoryError);
     if (!data.allFiles.skippedEntries.isEmpty())
         notes << QStringLiteral("已跳过隐藏或系统项 %1 个（留在卡上）")
                      .arg(data.allFiles.skippedEntries.size());

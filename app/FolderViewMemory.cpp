@@ -8,6 +8,8 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace lumaro::app {
 
@@ -17,6 +19,23 @@ QJsonObject load(const platform::SettingsStore& store)
 {
     const auto bytes = store.bytes(FolderViewMemory::settingsKey);
     return bytes ? QJsonDocument::fromJson(*bytes).object() : QJsonObject();
+}
+
+// Keeps the `maxFolders` folders seen last, in one pass. The folder just left is never the one forgotten: a
+// clock that was set ahead once leaves entries "seen" in the future, which would otherwise outrank it.
+void forgetOldest(QJsonObject& all, const QString& kept)
+{
+    if (all.size() <= FolderViewMemory::maxFolders)
+        return;
+    std::vector<std::pair<double, QString>> others;
+    for (auto it = all.constBegin(); it != all.constEnd(); ++it) {
+        if (it.key() != kept)
+            others.emplace_back(it.value().toObject().value(QStringLiteral("seen")).toDouble(), it.key());
+    }
+    const size_t excess = size_t(all.size() - FolderViewMemory::maxFolders);
+    std::partial_sort(others.begin(), others.begin() + qsizetype(excess), others.end());
+    for (size_t i = 0; i < excess; ++i)
+        all.remove(others[i].second);
 }
 
 } // namespace
@@ -37,13 +56,7 @@ void FolderViewMemory::remember(const QString& folder, const View& view)
     entry.insert(QStringLiteral("selected"), view.selectedFile);
     entry.insert(QStringLiteral("seen"), QDateTime::currentMSecsSinceEpoch());
     all.insert(folder, entry);
-    while (all.size() > maxFolders) {
-        const auto oldest = std::min_element(all.begin(), all.end(), [](const QJsonValue& a, const QJsonValue& b) {
-            return a.toObject().value(QStringLiteral("seen")).toDouble()
-                < b.toObject().value(QStringLiteral("seen")).toDouble();
-        });
-        all.erase(oldest);
-    }
+    forgetOldest(all, folder);
     m_store.setBytes(settingsKey, QJsonDocument(all).toJson(QJsonDocument::Compact));
 }
 

@@ -41,6 +41,7 @@ ImportData CardImportService::scanCard(const QString& mountPath, const QString& 
     const auto journal = CardImportJournal::open(mountPath, &error, storePath);
     if (!journal) {
         data.newFiles = data.allFiles;
+        data.memoryError = error;
         return data;
     }
     data.newFiles = journal->withoutImported(data.allFiles);

@@ -41,6 +41,7 @@ struct ImportData
     NewFileInfo allFiles; // everything on the card, for "import everything again"
     QDateTime lastImport; // the card's last finished import; invalid for a card never imported
     QString resumeRoll;   // the roll of an interrupted import of this card, taken up by the next import
+    QString memoryError;  // why the cards imported before could not be read (every file is then offered)
 };
 
 } // namespace lumaro::cards

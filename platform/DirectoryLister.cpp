@@ -2,8 +2,7 @@
 #include "platform/DirectoryLister.h"
 
 #include "platform/files/FileNameCodec.h"
-
-#include <QFile>
+#include "platform/files/HiddenList.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -52,21 +51,6 @@ QString DirectoryEntry::name() const
     return FileNameCodec::decode(nativeName);
 }
 
-std::vector<QByteArray> DirectoryLister::hiddenNames(const QString& folder)
-{
-    QFile file(folder + QStringLiteral("/.hidden"));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    std::vector<QByteArray> names;
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        const QByteArray name = line.trimmed();
-        if (!name.isEmpty())
-            names.push_back(name);
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 std::optional<std::vector<DirectoryEntry>> DirectoryLister::listVisible(const QString& folder, QString* error)
 {
     const QByteArray native = FileNameCodec::encode(folder);
@@ -76,7 +60,7 @@ std::optional<std::vector<DirectoryEntry>> DirectoryLister::listVisible(const QS
             *error = QString::fromLocal8Bit(std::strerror(errno));
         return std::nullopt;
     }
-    const std::vector<QByteArray> hidden = hiddenNames(folder);
+    const std::vector<QByteArray> hidden = HiddenList::names(folder);
     const int fd = ::dirfd(directory.get());
     std::vector<DirectoryEntry> entries;
     for (;;) {

@@ -27,8 +27,6 @@ class DirectoryLister
 public:
     // nullopt when the folder cannot be read; `error` then holds the system's reason.
     static std::optional<std::vector<DirectoryEntry>> listVisible(const QString& folder, QString* error = nullptr);
-    // The names a folder's ".hidden" file lists, one per line (the freedesktop convention file managers honour).
-    static std::vector<QByteArray> hiddenNames(const QString& folder);
 };
 
 } // namespace lumaro::platform

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/IndexFileTagStore.h"
 
+#include "platform/files/HiddenList.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -35,23 +37,6 @@ std::optional<QJsonObject> readTagFile(const QString& tagFile, QString* error)
         return std::nullopt;
     }
     return document.object();
-}
-
-// Lists `_index` in the folder's .hidden so file managers hide it as the app does.
-void hideIndexFolder(const QString& folder)
-{
-    QFile hidden(QDir(folder).filePath(QStringLiteral(".hidden")));
-    if (hidden.open(QIODevice::ReadOnly)) {
-        const QList<QByteArray> lines = hidden.readAll().split('\n');
-        hidden.close();
-        if (lines.contains("_index"))
-            return;
-    }
-    if (!hidden.open(QIODevice::Append))
-        return;
-    if (hidden.size() > 0)
-        hidden.seek(hidden.size());
-    hidden.write("_index\n");
 }
 
 } // namespace
@@ -98,7 +83,8 @@ bool IndexFileTagStore::setTags(const QString& path, const QStringList& tags, QS
             setError(error, QStringLiteral("cannot create %1").arg(indexFolder));
             return false;
         }
-        hideIndexFolder(picture.absolutePath());
+        // File managers hide it as the app does.
+        HiddenList::add(picture.absolutePath(), QByteArrayLiteral("_index"));
     }
     const QString tagFile = tagFileFor(path);
     auto object = readTagFile(tagFile, error);

@@ -2,12 +2,10 @@
 #include "vision/IndexFolder.h"
 
 #include "platform/Log.h"
-#include "platform/RegularFileReader.h"
+#include "platform/files/HiddenList.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace lumaro::vision {
 
@@ -54,24 +52,7 @@ bool IndexFolder::isBlocked(const QString& pictureFolder, const QString& logTag)
 
 bool IndexFolder::hideInFileManagers(const QString& pictureFolder)
 {
-    const QString hiddenPath = QDir(pictureFolder).filePath(QStringLiteral(".hidden"));
-    QByteArray content;
-    if (QFileInfo(hiddenPath).exists() || QFileInfo(hiddenPath).isSymLink()) {
-        // Someone else's file: only a plain, small one is read and rewritten.
-        const std::optional<QByteArray> existing = platform::RegularFileReader::read(hiddenPath, 1 << 20);
-        if (!existing)
-            return false;
-        content = *existing;
-    }
-    for (const QByteArray& line : content.split('\n')) {
-        if (line.trimmed() == kIndexName.toUtf8())
-            return true;
-    }
-    if (!content.isEmpty() && !content.endsWith('\n'))
-        content += '\n';
-    content += kIndexName.toUtf8() + '\n';
-    QSaveFile file(hiddenPath);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit();
+    return platform::HiddenList::add(pictureFolder, kIndexName.toUtf8());
 }
 
 QStringList IndexFolder::jsonFiles(const QString& pictureFolder, const QString& prefix)

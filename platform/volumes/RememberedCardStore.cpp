@@ -7,9 +7,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStringList>
 
 #include <sqlite3.h>
 
+#include <cmath>
 #include <functional>
 
 namespace lumaro::platform {
@@ -108,11 +110,16 @@ QString text(sqlite3_stmt* statement, int column)
                              sqlite3_column_bytes(statement, column));
 }
 
+// A time that is no number, or is beyond any calendar (a damaged or hand-edited file), reads as no time.
 QDateTime time(sqlite3_stmt* statement, int column)
 {
     if (sqlite3_column_type(statement, column) == SQLITE_NULL)
         return {};
-    return QDateTime::fromMSecsSinceEpoch(qint64(sqlite3_column_double(statement, column) * 1000.0));
+    const double seconds = sqlite3_column_double(statement, column);
+    constexpr double tenThousandYears = 3.2e11;
+    if (!(std::abs(seconds) < tenThousandYears))
+        return {};
+    return QDateTime::fromMSecsSinceEpoch(qint64(seconds * 1000.0));
 }
 
 RememberedCard cardFrom(sqlite3_stmt* row)
@@ -130,8 +137,38 @@ RememberedCard cardFrom(sqlite3_stmt* row)
     return card;
 }
 
+const char* const kRemember =
+    "INSERT INTO cards (card_key, volume_uuid, volume_label, camera_make, camera_model, camera_serial) "
+    "VALUES (?, ?, ?, ?, ?, ?) ON CONFLICT(card_key) DO UPDATE SET "
+    "volume_label = excluded.volume_label, "
+    "camera_make = CASE WHEN excluded.camera_make = '' THEN camera_make ELSE excluded.camera_make END, "
+    "camera_model = CASE WHEN excluded.camera_model = '' THEN camera_model ELSE excluded.camera_model END, "
+    "camera_serial = CASE WHEN excluded.camera_serial = '' THEN camera_serial "
+    "ELSE excluded.camera_serial END;";
+
+// What a file of another program, or one a crash or a hand cut short, shows: objects of its own (a trigger
+// could drop what is recorded), or tables of ours without the columns and keys the statements rely on.
+const char* const kForeignObjects =
+    "SELECT type || ' ' || name FROM sqlite_master WHERE name NOT IN ('cards', 'imports', 'imported_files', "
+    "'sqlite_sequence', 'idx_imported_files_import') AND name NOT LIKE 'sqlite_autoindex_%';";
 const char* const kCardColumns = "SELECT id, card_key, volume_uuid, volume_label, camera_make, camera_model, "
                                  "camera_serial, first_import, last_import FROM cards";
+
+// Statements that prepare only when a table of ours has the columns and keys the store relies on.
+const struct
+{
+    const char* table;
+    const char* probe;
+} kLayoutProbes[] = {
+    {"cards", kRemember},
+    {"cards", "SELECT id, card_key, volume_uuid, volume_label, camera_make, camera_model, camera_serial, "
+              "first_import, last_import FROM cards LIMIT 0;"},
+    {"imports", "SELECT id, card_id, roll, started_at, finished_at FROM imports LIMIT 0;"},
+    {"imported_files",
+     "INSERT OR REPLACE INTO imported_files (card_id, path_on_card, size, modified_ms, capture_time, "
+     "import_id, destination) SELECT 0, '', 0, 0, '', 0, '' WHERE 0 "
+     "ON CONFLICT (card_id, path_on_card, size, modified_ms) DO NOTHING;"},
+};
 
 } // namespace
 
@@ -179,10 +216,32 @@ bool RememberedCardStore::open(QString* error)
         return failed(QString::fromUtf8(sqlite3_errmsg(m_db)));
     if (verdict != QLatin1String("ok"))
         return failed(QStringLiteral("the file is damaged: ") + verdict);
+    const QString foreign = layoutProblem();
+    if (!foreign.isEmpty())
+        return failed(QStringLiteral("the file is not a card store of this app: ") + foreign);
     if (!run("PRAGMA foreign_keys = ON;") || !run("PRAGMA journal_mode = WAL;") ||
         !run("PRAGMA synchronous = NORMAL;") || !run(kSchema))
         return failed(m_error);
     return true;
+}
+
+QString RememberedCardStore::layoutProblem()
+{
+    QStringList foreign;
+    if (!Statement(m_db, kForeignObjects).run([&](sqlite3_stmt* row) { foreign << text(row, 0); }))
+        return QString::fromUtf8(sqlite3_errmsg(m_db));
+    if (!foreign.isEmpty())
+        return foreign.join(QStringLiteral(", "));
+    // Tables that are missing are made afresh; nothing is written before the file is known to be ours.
+    QString problem;
+    for (const auto& [table, probe] : kLayoutProbes) {
+        bool present = false;
+        Statement exists(m_db, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?;");
+        exists.bind(QString::fromLatin1(table)).run([&](sqlite3_stmt*) { present = true; });
+        if (problem.isEmpty() && present && !Statement(m_db, probe).isValid())
+            problem = QString::fromUtf8(sqlite3_errmsg(m_db));
+    }
+    return problem;
 }
 
 std::optional<RememberedCard> RememberedCardStore::card(const QString& key)
@@ -204,16 +263,7 @@ QList<RememberedCard> RememberedCardStore::cards()
 
 std::optional<qint64> RememberedCardStore::remember(const RememberedCard& card)
 {
-    Statement upsert(
-        m_db,
-        "INSERT INTO cards (card_key, volume_uuid, volume_label, camera_make, camera_model, "
-        "camera_serial) VALUES (?, ?, ?, ?, ?, ?) ON CONFLICT(card_key) DO UPDATE SET "
-        "volume_label = excluded.volume_label, "
-        "camera_make = CASE WHEN excluded.camera_make = '' THEN camera_make ELSE excluded.camera_make END, "
-        "camera_model = CASE WHEN excluded.camera_model = '' THEN camera_model ELSE excluded.camera_model "
-        "END, "
-        "camera_serial = CASE WHEN excluded.camera_serial = '' THEN camera_serial ELSE "
-        "excluded.camera_serial END;");
+    Statement upsert(m_db, kRemember);
     if (!upsert.bind(card.key)
              .bind(card.volumeUuid)
              .bind(card.volumeLabel)

@@ -46,7 +46,8 @@ struct UnfinishedImport
 // One connection, used from one thread at a time. Each recorded file is committed on its own, so a crash or a
 // kill in the middle of an import loses at most the file being copied; the import stays unfinished until
 // finishImport() and is found again by unfinishedImport(). Another process writing at the same time is waited
-// for (busy time-out). A file that is not a database makes open() fail and is left untouched.
+// for (busy time-out). A file that is not a database, is damaged or holds another layout makes open() fail
+// with the reason and is left untouched.
 class RememberedCardStore
 {
 public:
@@ -81,6 +82,8 @@ public:
 
 private:
     bool run(const char* sql);
+    // Empty when the file holds only this store's tables, with their columns and keys; else what is wrong.
+    QString layoutProblem();
 
     QString m_path;
     sqlite3* m_db = nullptr;

@@ -54,3 +54,21 @@ TEST(CardImportDialog, ImportsOnceShowsTheCameraAndOffersOnlyNewPicturesNextTime
     EXPECT_TRUE(files->text().startsWith(QStringLiteral("新文件信息：JPG 2，RAW 1")))
         << files->text().toStdString();
 }
+
+TEST(CardImportDialog, SaysWhenTheCardsImportedBeforeCannotBeRead)
+{
+    TempFolder card;
+    TempFolder data;
+    const QString store =
+        data.write(QStringLiteral("cards.db"), QByteArray("SQLite format 3").append(4096, 'x'));
+    card.write(QStringLiteral("DCIM/100CANON/IMG_0001.JPG"), "jpg");
+
+    CardImportDialog dialog(card.path(), nullptr, store);
+    auto* files = dialog.findChild<QLabel*>(QStringLiteral("files"));
+    ASSERT_TRUE(
+        waitUntil([&] { return dialog.findChild<QPushButton*>(QStringLiteral("import"))->isEnabled(); }));
+    EXPECT_TRUE(files->text().contains(QStringLiteral("无法读取以前的导入记录")))
+        << files->text().toStdString();
+    EXPECT_TRUE(files->text().startsWith(QStringLiteral("新文件信息：JPG 1")))
+        << files->text().toStdString();
+}

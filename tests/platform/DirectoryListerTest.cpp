@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/DirectoryLister.h"
+#include "platform/files/HiddenList.h"
 
 #include "tests/support/TempFolder.h"
 
 #include <QFile>
+
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -35,6 +38,30 @@ TEST(DirectoryLister, SkipsDotNamesAndNamesListedInDotHidden)
     root.write(QStringLiteral(".hidden"), QByteArrayLiteral("_index\nb.jpg\n\n"));
     const auto entries = listed(root.path());
     EXPECT_EQ(entries.keys(), QStringList{QStringLiteral("a.jpg")});
+}
+
+// Someone else's file: a pipe is never waited on and a list past the cap hides nothing, so the folder still
+// lists instead of hanging the window.
+TEST(DirectoryLister, ADotHiddenThatIsAPipeOrTooLargeHidesNothing)
+{
+    TempFolder root;
+    root.write(QStringLiteral("a.jpg"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(root.filePath(QStringLiteral(".hidden"))).constData(), 0600), 0);
+    EXPECT_EQ(listed(root.path()).keys(), QStringList{QStringLiteral("a.jpg")});
+
+    TempFolder large;
+    large.write(QStringLiteral("a.jpg"));
+    large.write(QStringLiteral(".hidden"), QByteArray("a.jpg\n").append(HiddenList::maxBytes, '\n'));
+    EXPECT_EQ(listed(large.path()).keys(), QStringList{QStringLiteral("a.jpg")});
+}
+
+TEST(DirectoryLister, DotHiddenLinesOfAWindowsEditorHideTheirNames)
+{
+    TempFolder root;
+    root.write(QStringLiteral("a.jpg"));
+    root.write(QStringLiteral("b c.jpg"));
+    root.write(QStringLiteral(".hidden"), QByteArrayLiteral("a.jpg\r\nb c.jpg\r\n"));
+    EXPECT_TRUE(listed(root.path()).isEmpty());
 }
 
 TEST(DirectoryLister, LinksCountAsWhatTheyPointTo)

@@ -121,3 +121,27 @@ TEST(IndexFileTagStore, APlainFileNamedIndexIsNeverReplaced)
     EXPECT_FALSE(error.isEmpty());
     EXPECT_EQ(card.read(QStringLiteral("_index")), QByteArrayLiteral("not a folder"));
 }
+
+// The folder's .hidden belongs to the user's file manager: making `_index` adds one line, changes no other.
+TEST(IndexFileTagStore, ListingIndexInDotHiddenKeepsEveryNameHidden)
+{
+    struct Case
+    {
+        QByteArray before;
+        QByteArray after;
+    };
+    const Case cases[] = {
+        {"", "_index\n"},
+        {"keep-me", "keep-me\n_index\n"}, // no newline at its end
+        {"keep-me\r\n", "keep-me\r\n_index\n"},
+        {"_index\r\n", "_index\r\n"},
+    };
+    for (const Case& c : cases) {
+        TempFolder card;
+        const QString picture = card.write(QStringLiteral("a.jpg"));
+        if (!c.before.isEmpty())
+            card.write(QStringLiteral(".hidden"), c.before);
+        ASSERT_TRUE(IndexFileTagStore().setTags(picture, {"red"}));
+        EXPECT_EQ(card.read(QStringLiteral(".hidden")), c.after) << c.before.constData();
+    }
+}
