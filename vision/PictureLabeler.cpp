@@ -25,6 +25,7 @@ constexpr double kScreenTextShare = 0.01; // lines the reader located, not just 
 constexpr float kSceneWordSource = 0.45f; // a label this unsure implies no scene
 constexpr double kFlatDrawing = 0.2;      // flat share of a drawing made on a computer
 constexpr float kWebSite = 0.5f;          // ImageNet's "web_site" class is screen captures of pages
+constexpr float kOpenAirShare = 0.3f;     // open-air labels together this sure make an outdoor scene
 
 double areaShare(const QRectF& box, const QSize& frame)
 {
@@ -68,6 +69,39 @@ bool isTicket(const QStringList& lines)
         QRegularExpression::CaseInsensitiveOption);
     return std::any_of(lines.begin(), lines.end(),
                        [](const QString& line) { return words.match(line).hasMatch(); });
+}
+
+// What ImageNet gives open-air places and the things seen only there, summed; and the same for its
+// landforms alone. It names what is in a picture one class at a time, so a view of a forest path or of
+// fields spreads itself thinly over "valley", "lakeside", "stone_wall", "worm_fence"… where no one label
+// is sure, while a bird by a lake still gives the bird the most.
+struct OpenAirEvidence
+{
+    float openAir = 0.f;
+    float landform = 0.f;
+    float bestThing = 0.f; // the surest label of anything else
+};
+
+OpenAirEvidence openAirEvidence(const PictureSignals& s)
+{
+    OpenAirEvidence e;
+    for (const SceneObservation& o : s.imageNet) {
+        if (SceneWordTable::isOpenAir(o.identifier)) {
+            e.openAir += o.confidence;
+            if (SceneWordTable::isLandform(o.identifier))
+                e.landform += o.confidence;
+        } else {
+            e.bestThing = std::max(e.bestThing, o.confidence);
+        }
+    }
+    if (s.objects) {
+        for (const platform::DetectedObject& o : *s.objects) {
+            if (!SceneWordTable::isIgnoredObject(o.label) &&
+                areaShare(o.box, s.analysedSize) >= kSmallestObject)
+                e.bestThing = std::max(e.bestThing, o.score);
+        }
+    }
+    return e;
 }
 
 class LabelList
@@ -146,7 +180,7 @@ bool PictureLabeler::isDrawing(const PictureSignals& s)
         return false;
     if (!s.drawing)
         return false;
-    if (*s.drawing >= kDrawing)
+    if (*s.drawing >= (s.screen.cameraMetadata ? kCameraDrawing : kDrawing))
         return true;
     // The drawing classifier knows painted and sketched pictures; flat colours from a drawing program it
     // often misses (a cartoon house scores 0.2), and no camera makes those.
@@ -205,6 +239,12 @@ std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
         [](const SceneObservation& a, const SceneObservation& b) { return a.confidence > b.confidence; });
 
     if (!(screen || drawing)) {
+        const OpenAirEvidence open = openAirEvidence(s);
+        if (open.openAir >= kOpenAirShare && open.openAir >= open.bestThing) {
+            list.add(QStringLiteral("outdoor"), open.openAir);
+            if (open.landform >= kOpenAirShare)
+                list.add(QStringLiteral("landscape"), open.landform);
+        }
         for (const SceneObservation& o : objects) {
             if (o.confidence <= kSceneWordSource)
                 continue;

@@ -14,7 +14,8 @@ namespace lumaro::vision {
 // - "screenshot" for a screen capture, "illustration" for a drawing: a whole-picture fact that outranks what
 //   the photo classifiers say about its contents, so their category words are left out;
 // - "document" when text covers enough of the picture, "票据" besides it for a ticket or receipt;
-// - scene words from the table over ImageNet and COCO labels (outdoor, landscape, sky, indoor, structure);
+// - scene words from the table over ImageNet and COCO labels (outdoor, landscape, sky, indoor, structure),
+//   and "outdoor" (with "landscape") when open-air labels together outweigh anything else it names;
 // - then the object words: COCO objects (score ≥ 0.45) and ImageNet labels, without the ones that wrongly
 //   mean people (clothing seen without anybody wearing it, a corgi's "cardigan").
 class PictureLabeler
@@ -29,11 +30,14 @@ public:
     static float personConfidence(const PictureSignals& signals);
     static int personCount(const PictureSignals& signals);
 
-    static constexpr float kDrawing = 0.5f;
-    static constexpr float kPerson = 0.3f;       // MultiPose instance score that stands alone
-    static constexpr float kWeakPerson = 0.2f;   // …that a face or the object detector must confirm
-    static constexpr float kObjectPerson = 0.5f; // the object detector's person alone
-    static constexpr double kFaceAlone = 0.02;   // a face this large a part of the frame is a person
+    // The drawing classifier's share of five classes: near a half it cannot tell drawn from photographed
+    // (a rocket on its pad scores 0.51), and a photo taken for a drawing loses every word of what it shows.
+    static constexpr float kDrawing = 0.55f;
+    static constexpr float kCameraDrawing = 0.8f; // what it takes to call a picture with camera data drawn
+    static constexpr float kPerson = 0.3f;        // MultiPose instance score that stands alone
+    static constexpr float kWeakPerson = 0.2f;    // …that a face or the object detector must confirm
+    static constexpr float kObjectPerson = 0.5f;  // the object detector's person alone
+    static constexpr double kFaceAlone = 0.02;    // a face this large a part of the frame is a person
     static constexpr double kDocumentShare = 0.08;
     static constexpr int kDocumentLines = 3;
 };

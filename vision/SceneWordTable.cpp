@@ -29,7 +29,7 @@ QHash<QString, QStringList> buildTable()
          "ski", "snowmobile", "mountain_tent", "pier", "boathouse"},
         {kOutdoor});
     add({"airliner", "parachute", "airplane", "kite"}, {kOutdoor, kSky});
-    add({"surfboard", "skis", "snowboard"}, {kOutdoor});
+    add({"surfboard", "skis", "snowboard", "park_bench", "worm_fence", "picket_fence"}, {kOutdoor});
     // Streets and the things that stand in them.
     add({"street_sign", "traffic_light", "stop_sign", "parking_meter", "fire_hydrant"},
         {kOutdoor, kStructure});
@@ -40,7 +40,44 @@ QHash<QString, QStringList> buildTable()
     return table;
 }
 
+QSet<QString> setOf(std::initializer_list<const char*> labels)
+{
+    QSet<QString> set;
+    for (const char* label : labels)
+        set.insert(QString::fromLatin1(label));
+    return set;
+}
+
+const QSet<QString>& landforms()
+{
+    static const QSet<QString> words =
+        setOf({"alp", "cliff", "valley", "volcano", "promontory", "lakeside", "seashore", "sandbar", "geyser",
+               "rapeseed", "hay", "breakwater", "dam", "maze", "megalith", "cliff_dwelling"});
+    return words;
+}
+
+const QSet<QString>& openAirThings()
+{
+    static const QSet<QString> words =
+        setOf({"park_bench", "worm_fence", "picket_fence", "stone_wall", "viaduct", "suspension_bridge",
+               "steel_arch_bridge", "barn", "yurt", "mountain_tent", "apiary", "totem_pole", "water_tower",
+               "mountain_bike", "snowmobile", "dogsled", "ski", "parachute", "airliner"})
+            .unite(setOf({"pier", "dock", "boathouse", "beacon", "canoe", "paddle", "lifeboat", "speedboat",
+                          "schooner", "yawl", "catamaran", "trimaran", "wreck", "coral_reef"}));
+    return words;
+}
+
 } // namespace
+
+bool SceneWordTable::isOpenAir(const QString& identifier)
+{
+    return landforms().contains(identifier) || openAirThings().contains(identifier);
+}
+
+bool SceneWordTable::isLandform(const QString& identifier)
+{
+    return landforms().contains(identifier);
+}
 
 QStringList SceneWordTable::sceneWordsFor(const QString& identifier)
 {

@@ -149,6 +149,42 @@ std::vector<Case> cases()
         all.push_back({"aLakesideIsOutdoor", s, "MARK_OUTDOOR"});
     }
     {
+        PictureSignals s = photo(); // a forest path: no one label is sure, open-air places together are
+        s.imageNet = {{QStringLiteral("valley"), 0.12f},        {QStringLiteral("lakeside"), 0.11f},
+                      {QStringLiteral("mountain_bike"), 0.08f}, {QStringLiteral("yurt"), 0.08f},
+                      {QStringLiteral("stone_wall"), 0.05f},    {QStringLiteral("worm_fence"), 0.02f}};
+        all.push_back({"aViewSpreadOverOpenAirLabelsIsOutdoor", s, "MARK_OUTDOOR"});
+    }
+    {
+        PictureSignals s = photo(); // a bench by the water is an outdoor picture, not furniture
+        s.imageNet = {{QStringLiteral("park_bench"), 0.22f},
+                      {QStringLiteral("sandbar"), 0.08f},
+                      {QStringLiteral("hay"), 0.06f},
+                      {QStringLiteral("drumstick"), 0.05f}};
+        all.push_back({"aParkBenchByTheWaterIsOutdoor", s, "MARK_OUTDOOR"});
+    }
+    {
+        PictureSignals s = photo(); // the bird by the lake is surer than the lake
+        s.imageNet = {{QStringLiteral("bald_eagle"), 0.5f},
+                      {QStringLiteral("lakeside"), 0.15f},
+                      {QStringLiteral("seashore"), 0.1f},
+                      {QStringLiteral("sandbar"), 0.1f}};
+        all.push_back({"aBirdByALakeIsTheBird", s, "MARK_DIVERSE_BALD_EAGLE"});
+    }
+    {
+        PictureSignals s = photo(); // a drawing score near a half is no evidence against a photo
+        s.screen.cameraMetadata = false;
+        s.drawing = 0.51f;
+        s.imageNet = {{QStringLiteral("missile"), 0.33f}, {QStringLiteral("projectile"), 0.15f}};
+        all.push_back({"aBorderlineDrawingScoreLeavesAPhoto", s, "MARK_DIVERSE_MISSILE"});
+    }
+    {
+        PictureSignals s = photo(); // a camera's picture must be surely drawn to be an illustration
+        s.drawing = 0.7f;
+        s.imageNet = {{QStringLiteral("parachute"), 0.9f}};
+        all.push_back({"aCameraPictureNeedsASureDrawingScore", s, "MARK_OUTDOOR"});
+    }
+    {
         PictureSignals s = photo(); // a dining table under a plate of food does not make furniture
         s.objects->push_back({QStringLiteral("dining_table"), QRectF(0, 600, 1000, 150), 0.6f});
         s.objects->push_back({QStringLiteral("pizza"), QRectF(300, 300, 400, 300), 0.8f});
