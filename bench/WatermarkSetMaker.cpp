@@ -6,8 +6,10 @@
 // truth.tsv names each picture's identifier (empty for the clean ones), and "faint" after it when the stamp
 // is too faint for a person to read (white on white without a shadow: its letters stand less than
 // kReadableStep grey levels off the picture). With FONTS, every stamp is drawn in one of the font files
-// there instead of Noto CJK (a held-out set in fonts the reader was never tuned on).
-//   watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES [FONTS]
+// there instead of Noto CJK (a held-out set in fonts the reader was never tuned on). With "varied" after
+// FONTS, stamps also sit farther in from the edges (1–6 % of the height, as apps that inset their mark) and
+// a quarter of them are grey or black instead of white.
+//   watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES [FONTS [varied]]
 #include "tests/support/WatermarkStamp.h"
 
 #include <QDir>
@@ -49,12 +51,14 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
-    if (argc != 6 && argc != 7) {
-        std::fprintf(stderr, "usage: watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES [FONTS]\n");
+    if (argc < 6 || argc > 8) {
+        std::fprintf(
+            stderr, "usage: watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES [FONTS [varied]]\n");
         return 2;
     }
     QStringList families;
-    if (argc == 7) {
+    const bool varied = argc == 8 && QByteArray(argv[7]) == "varied";
+    if (argc >= 7) {
         const QDir fonts(QString::fromLocal8Bit(argv[6]));
         for (const QString& file : fonts.entryList({"*.ttf", "*.ttc", "*.otf"}, QDir::Files, QDir::Name))
             for (const QString& family : QFontDatabase::applicationFontFamilies(
@@ -108,6 +112,13 @@ int main(int argc, char** argv)
                     style.family = families[int(random.bounded(qsizetype(families.size())))];
                 if (poster.size() > 2 && random.bounded(2) == 0)
                     style.platformLine = poster[2];
+                if (varied) {
+                    style.marginShare = 0.01 + random.bounded(0.05);
+                    if (const int tint = int(random.bounded(8)); tint == 0)
+                        style.colour = QColor(40, 40, 40);
+                    else if (tint == 1)
+                        style.colour = QColor(190, 190, 190);
+                }
                 const QImage stamped = stampWatermark(picture, poster[1], style);
                 faint = stampStep(picture.convertToFormat(QImage::Format_RGB32), stamped) < kReadableStep;
                 picture = stamped;

@@ -4,27 +4,32 @@
 # pictures made by watermark_set_maker: tuned/ (the photos of ../shared/models/test-images, posters of
 # watermark-set/posters-tuned.tsv) and heldout/ (other photos, other posters, another seed), and the time.
 # "readable" leaves out the stamps no person could read either (white on white without a shadow).
-#   watermark-accuracy.sh BUILD_DIR HELDOUT_PHOTOS [SET_DIR] [FRESH]
+#   watermark-accuracy.sh BUILD_DIR HELDOUT_PHOTOS [SET_DIR] [FRESH] [NEW]
 # HELDOUT_PHOTOS: photos gathered by watermark-photos.sh; the reader has since been tuned on their failures.
 # FRESH: photos and fonts gathered by watermark-fresh-photos.sh, stamped with the posters of
 # posters-fresh.tsv and another seed: the set the reader was never tuned on. Only its counts are printed, not
-# its pictures: looking at its failures would make it a tuning set. SETS="tuned heldout fresh" picks the sets.
+# its pictures: looking at its failures would make it a tuning set. NEW: photos and fonts gathered by
+# watermark-new-photos.sh, stamped in the maker's varied mode with posters-new.tsv and seed 61: held out the
+# same way, made after the fresh set had been looked at. SETS="tuned heldout fresh new" picks the sets.
 set -euo pipefail
 build=$1
 heldout_photos=$2
 set_dir=${3:-/tmp/lumaro-watermark-set}
 fresh=${4:-}
-sets=${SETS:-tuned heldout${fresh:+ fresh}}
+new=${5:-}
+sets=${SETS:-tuned heldout${fresh:+ fresh}${new:+ new}}
 here=$(cd "$(dirname "$0")" && pwd)
 models=${LUMARO_MODELS_DIR:-$here/../../shared/models}
 export LUMARO_MODELS_DIR=$models
 maker=$build/bench/watermark_set_maker
-rm -rf "$set_dir" && mkdir -p "$set_dir"
+mkdir -p "$set_dir"
 for set in $sets; do
+    rm -rf "${set_dir:?}/$set"
     case $set in
     tuned) "$maker" "$models/test-images" "$set_dir/tuned" 1 "$here/watermark-set/posters-tuned.tsv" 3 ;;
     heldout) "$maker" "$heldout_photos" "$set_dir/heldout" 7 "$here/watermark-set/posters-heldout.tsv" 3 ;;
     fresh) "$maker" "$fresh/photos" "$set_dir/fresh" 23 "$here/watermark-set/posters-fresh.tsv" 3 "$fresh/fonts" ;;
+    new) "$maker" "$new/photos" "$set_dir/new" 61 "$here/watermark-set/posters-new.tsv" 4 "$new/fonts" varied ;;
     esac 2>/dev/null
     mv "$set_dir/$set/truth.tsv" "$set_dir/$set.truth.tsv"
     start=$(date +%s.%N)
@@ -53,7 +58,7 @@ print(f"{name}: {right}/{len(stamped)} identifiers right ({100 * right / max(1, 
       f"{len(wrong)} pictures given a wrong identifier, {len(missed)} stamps not read, "
       f"{len(truth) - len(stamped)} clean; "
       f"{seconds:.1f} s for {len(truth)} pictures ({seconds / max(1, len(truth)):.2f} s each)")
-if name != 'fresh':
+if name not in ('fresh', 'new'):
     for f in wrong:
         print(f"  wrong: {f}: {got[f]!r} for {truth[f]!r}")
     for f in missed:

@@ -28,7 +28,7 @@ QImage stampWatermark(const QImage& picture, const QString& text, const Watermar
     const double gap = style.logo ? metrics.height() * 0.3 : 0;
     const double width = logoSide + gap + metrics.horizontalAdvance(text);
     const double lines = style.platformLine.isEmpty() ? 1 : 2;
-    const double margin = std::max(4.0, out.height() * 0.02);
+    const double margin = std::max(4.0, out.height() * style.marginShare);
     const bool left = style.place == StampPlace::topLeft || style.place == StampPlace::bottomLeft;
     const bool top = style.place == StampPlace::topLeft || style.place == StampPlace::topRight;
     double x = left ? margin : out.width() - margin - width;
@@ -53,7 +53,7 @@ QImage stampWatermark(const QImage& picture, const QString& text, const Watermar
     painter.setOpacity(style.opacity);
     if (style.shadow)
         draw(QColor(0, 0, 0, 150), QPointF(step, step));
-    draw(Qt::white, QPointF());
+    draw(style.colour, QPointF());
     return out;
 }
 

@@ -2,6 +2,7 @@
 // Stamps a platform-style identifier over a picture, the way saved social pictures carry their poster's name.
 #pragma once
 
+#include <QColor>
 #include <QImage>
 #include <QString>
 
@@ -28,6 +29,8 @@ struct WatermarkStyle
     QString family;          // another font family than Noto's, when not empty
     QString
         platformLine; // the app's name on a line of its own above the identifier ("小红书"); none when empty
+    double marginShare = 0.02; // the stamp's distance from the picture's edges, as a part of its height
+    QColor colour = Qt::white; // some apps stamp in grey or black
 };
 
 // Returns `picture` with `text` drawn on it in Noto Sans CJK or `style.family` (any installed sans font when
