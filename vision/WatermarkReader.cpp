@@ -17,6 +17,15 @@ struct WatermarkReader::Candidate
     int regions = 0;
     QRect firstRegion;
     bool enhanced = false; // read off the contrast-raised copy
+    QRectF line;           // the line it was read from, in the picture's pixels; empty when not known
+};
+
+// One reading of one region: the identifiers read sure of every character, and the lines that may be a
+// stamp but were not read sure enough.
+struct WatermarkReader::RegionReading
+{
+    QList<Candidate> sure;
+    QList<Candidate> doubtful; // identifier empty when the line held none
 };
 
 namespace {
@@ -80,28 +89,130 @@ float weakestCharacter(const QString& line, const QList<float>& confidences, con
     return weakest;
 }
 
-// `surest`: the least a character of an identifier must be read with to be taken.
-void collect(const platform::TextRecognition& text, const QRect& region, QSize picture, QSize enlarged,
-             bool enhanced, float surest, QList<Candidate>& candidates)
+// A line's box in the enlarged region mapped back to the picture's pixels.
+QRectF inPicture(const QRect& box, const QRect& region, QSize enlarged)
 {
+    const double sx = double(enlarged.width()) / std::max(1, region.width());
+    const double sy = double(enlarged.height()) / std::max(1, region.height());
+    return QRectF(region.left() + box.left() / sx, region.top() + box.top() / sy, box.width() / sx,
+                  box.height() / sy);
+}
+
+// Whether a line the reader was unsure of may still be a stamp worth a closer look: an identifier with an
+// unsure character, or a line with an "@" or an ID key whose identifier the pattern did not take ("@光影
+// Studio", its "_" seen as a space).
+bool mayBeStamp(const QString& line)
+{
+    const QString text = line.normalized(QString::NormalizationForm_KC);
+    return text.contains(QLatin1Char('@')) || text.contains(QLatin1String("ID")) ||
+           text.contains(QStringLiteral("号"));
+}
+
+using RegionReading = WatermarkReader::RegionReading;
+
+// `surest`: the least a character of an identifier must be read with to be taken.
+RegionReading collect(const platform::TextRecognition& text, const QRect& region, QSize picture,
+                      QSize enlarged, bool enhanced, float surest)
+{
+    RegionReading out;
     QSet<QString> seenHere;
     for (qsizetype i = 0; i < text.lines.size(); ++i) {
-        if (i < text.boxes.size() && isCutByRegion(text.boxes[i], region, picture, enlarged))
+        const bool boxed = i < text.boxes.size();
+        if (boxed && isCutByRegion(text.boxes[i], region, picture, enlarged))
             continue;
+        const QRectF line = boxed ? inPicture(text.boxes[i], region, enlarged) : QRectF();
         const std::optional<WatermarkIdentifier> found = WatermarkIdentifier::find(text.lines[i]);
-        if (!found || seenHere.contains(found->identifier))
-            continue;
         const QList<float> confidences = text.characterConfidences.value(i);
-        if (weakestCharacter(text.lines[i], confidences, *found) < surest)
+        if (!found || weakestCharacter(text.lines[i], confidences, *found) < surest) {
+            if (mayBeStamp(text.lines[i]))
+                out.doubtful << Candidate{found.value_or(WatermarkIdentifier{}), 1, region, enhanced, line};
+            continue;
+        }
+        if (seenHere.contains(found->identifier))
             continue;
         seenHere.insert(found->identifier);
+        out.sure << Candidate{*found, 1, region, enhanced, line};
+    }
+    return out;
+}
+
+// Adds `reading` to `candidates`: an identifier read in another region counts once more.
+void merge(const QList<Candidate>& reading, QList<Candidate>& candidates)
+{
+    for (const Candidate& found : reading) {
         const auto same = std::find_if(candidates.begin(), candidates.end(), [&](const Candidate& c) {
-            return c.identifier.identifier == found->identifier;
+            return c.identifier.identifier == found.identifier.identifier;
         });
         if (same != candidates.end())
             ++same->regions;
         else
-            candidates << Candidate{*found, 1, region, enhanced};
+            candidates << found;
+    }
+}
+
+// Whether `longer` is `shorter` with the characters the first reading dropped put back: the end its box cut
+// off ("@marco" of "@marco_v", "630182" of "63018274") or a "_" or "." it did not see ("@光影studio").
+bool restores(const WatermarkIdentifier& longer, const WatermarkIdentifier& shorter)
+{
+    if (longer.kind != shorter.kind || longer.identifier.size() <= shorter.identifier.size())
+        return false;
+    const QString& a = longer.identifier;
+    const QString& b = shorter.identifier;
+    qsizetype i = 0, j = 0;
+    for (; j < b.size(); ++i) {
+        if (i == a.size())
+            return false;
+        if (a[i] == b[j])
+            ++j;
+        else if (!QStringLiteral("_.-").contains(a[i]))
+            return false;
+    }
+    return true;
+}
+
+// The line after `first` on the same text line, close enough to be the rest of the same stamp: the detector
+// splits a line where a "_" leaves a gap between letters ("@光影" "Studio"). -1 when none.
+qsizetype restOfLine(const platform::TextRecognition& text, qsizetype first)
+{
+    const QRect& a = text.boxes[first];
+    for (qsizetype j = 0; j < text.boxes.size() && j < text.lines.size(); ++j) {
+        const QRect& b = text.boxes[j];
+        const int overlap = std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top());
+        const int gap = b.left() - a.right();
+        if (j != first && overlap >= 0.6 * std::min(a.height(), b.height()) && gap >= -a.height() / 2 &&
+            gap <= 0.8 * std::max(a.height(), b.height()))
+            return j;
+    }
+    return -1;
+}
+
+// The lines of `text` that may be a stamp read again as lines of their own, their boxes padded (and joined
+// with the rest of their line): the detector's box hugs the letters, and a "_" under the baseline or a
+// character standing apart at the end falls outside it.
+void readPadded(platform::TextRecognizer& reader, const QImage& source, platform::TextRecognition& text)
+{
+    for (qsizetype i = 0; i < text.lines.size() && i < text.boxes.size(); ++i) {
+        if (!mayBeStamp(text.lines[i]) && !WatermarkIdentifier::find(text.lines[i]))
+            continue;
+        const qsizetype rest = restOfLine(text, i);
+        const QRect box = rest < 0 ? text.boxes[i] : text.boxes[i].united(text.boxes[rest]);
+        const int pad = std::max(2, box.height() / 4);
+        const platform::TextRecognition again =
+            reader.readLine(source.copy(box.adjusted(-pad, -pad, pad, pad) & source.rect()));
+        if (!again.error.isEmpty() || again.lines.size() != 1)
+            continue;
+        text.lines[i] = again.lines[0];
+        text.boxes[i] = box;
+        if (i < text.characterConfidences.size())
+            text.characterConfidences[i] = again.characterConfidences.value(0);
+        if (rest >= 0) {
+            text.lines.removeAt(rest);
+            text.boxes.removeAt(rest);
+            if (rest < text.characterConfidences.size())
+                text.characterConfidences.removeAt(rest);
+            if (rest < i)
+                --i;
+        }
     }
 }
 
@@ -128,7 +239,7 @@ WatermarkReading WatermarkReader::read(const QImage& upright)
         reading.error = m_recognizer ? QStringLiteral("空图像") : QStringLiteral("文字识别不可用");
         return reading;
     }
-    QList<Candidate> candidates;
+    QList<Candidate> candidates, doubtful;
     int failedRegions = 0;
     const QList<QRect> regions = regionsOf(upright.size());
     for (const bool enhanced : {false, true}) {
@@ -138,24 +249,28 @@ WatermarkReading WatermarkReader::read(const QImage& upright)
             break;
         for (const QRect& region : regions) {
             const QImage source = prepared(upright, region, enlargementFor(region.size()), enhanced);
-            const platform::TextRecognition text = m_recognizer->recognize(source);
+            platform::TextRecognition text = m_recognizer->recognize(source);
             if (!text.error.isEmpty()) {
                 ++failedRegions;
                 reading.error = text.error;
                 continue;
             }
+            readPadded(*m_recognizer, source, text);
             reading.lines << text.lines;
-            collect(text, region, upright.size(), source.size(), enhanced, kMinCharacterConfidence,
-                    candidates);
+            RegionReading found =
+                collect(text, region, upright.size(), source.size(), enhanced, kMinCharacterConfidence);
+            merge(found.sure, candidates);
+            doubtful << found.doubtful;
         }
     }
     if (failedRegions < 2 * regions.size())
         reading.error.clear();
-    if (candidates.isEmpty())
-        return reading;
-    const Candidate& best = *std::min_element(candidates.begin(), candidates.end(), isBetter);
-    if (best.regions >= 2 || isConfirmed(upright, best))
-        reading.found = best.identifier;
+    if (!candidates.isEmpty()) {
+        const Candidate& best = *std::min_element(candidates.begin(), candidates.end(), isBetter);
+        reading.found = best.regions >= 2 ? std::optional(best.identifier) : confirmed(upright, best);
+    } else {
+        reading.found = closerLook(upright, doubtful);
+    }
     return reading;
 }
 
@@ -171,18 +286,81 @@ QImage WatermarkReader::prepared(const QImage& upright, const QRect& region, dou
     return enhanced && m_enhance ? m_enhance(enlarged) : enlarged;
 }
 
-bool WatermarkReader::isConfirmed(const QImage& upright, const Candidate& candidate)
+namespace {
+
+// The second look at a line: its box widened (more after it than before: a box cut short loses the end of
+// the stamp, where a "_" or a digit stood apart) and taller (the "_" under the baseline), enlarged until the
+// line is as tall as `lineHeight`. The two looks differ in both, so a misread of one rarely repeats.
+struct LineLook
 {
-    const QRect& region = candidate.firstRegion;
-    const double scale = enlargementFor(region.size()) * kConfirmationScale;
-    const QImage source = prepared(upright, region, scale, candidate.enhanced);
+    double before, after, around; // in line heights
+    double lineHeight;            // pixels
+};
+constexpr LineLook kLooks[] = {{1.5, 5.0, 0.75, 64.0}, {2.5, 7.0, 1.25, 96.0}};
+
+bool holds(const RegionReading& reading, const QString& identifier)
+{
+    const auto same = [&](const Candidate& c) { return c.identifier.identifier == identifier; };
+    return std::any_of(reading.sure.begin(), reading.sure.end(), same) ||
+           std::any_of(reading.doubtful.begin(), reading.doubtful.end(), same);
+}
+
+} // namespace
+
+WatermarkReader::RegionReading WatermarkReader::lookAt(const QImage& upright, const Candidate& at, int look)
+{
+    const LineLook& how = kLooks[look];
+    const QRectF& line = at.line;
+    const double h = std::max(1.0, line.height());
+    const QRect region =
+        line.adjusted(-how.before * h, -how.around * h, how.after * h, how.around * h).toAlignedRect() &
+        upright.rect();
+    const double scale = std::clamp(how.lineHeight / h, 1.0, kMaxEnlargement);
+    const QImage source = prepared(upright, region, scale, at.enhanced);
+    platform::TextRecognition text = m_recognizer->recognize(source);
+    readPadded(*m_recognizer, source, text);
+    return collect(text, region, upright.size(), source.size(), at.enhanced, kMinCharacterConfidence);
+}
+
+std::optional<WatermarkIdentifier> WatermarkReader::confirmed(const QImage& upright, const Candidate& best)
+{
+    if (best.line.isEmpty()) {
+        // No box to look at closer: the whole band again at another enlargement.
+        const QRect& region = best.firstRegion;
+        const QImage source =
+            prepared(upright, region, enlargementFor(region.size()) * kConfirmationScale, best.enhanced);
+        const RegionReading again = collect(m_recognizer->recognize(source), region, upright.size(),
+                                            source.size(), best.enhanced, 0.f);
+        return holds(again, best.identifier.identifier) ? std::optional(best.identifier) : std::nullopt;
+    }
+    const RegionReading first = lookAt(upright, best, 0);
+    // A longer identifier read sure where the short one was: the short one was the first part of the stamp,
+    // and the long one must be read the same at the second look too.
+    for (const Candidate& longer : first.sure)
+        if (restores(longer.identifier, best.identifier))
+            return holds(lookAt(upright, best, 1), longer.identifier.identifier)
+                       ? std::optional(longer.identifier)
+                       : std::nullopt;
     // The first reading was sure of every character; this one has only to say the same.
-    QList<Candidate> again;
-    collect(m_recognizer->recognize(source), region, upright.size(), source.size(), candidate.enhanced, 0.f,
-            again);
-    return std::any_of(again.begin(), again.end(), [&](const Candidate& c) {
-        return c.identifier.identifier == candidate.identifier.identifier;
-    });
+    return holds(first, best.identifier.identifier) ? std::optional(best.identifier) : std::nullopt;
+}
+
+std::optional<WatermarkIdentifier> WatermarkReader::closerLook(const QImage& upright,
+                                                               const QList<Candidate>& doubtful)
+{
+    QList<QRectF> looked;
+    for (const Candidate& line : doubtful) {
+        if (line.line.isEmpty() || looked.size() >= kMaxCloserLooks ||
+            std::any_of(looked.begin(), looked.end(),
+                        [&](const QRectF& r) { return r.intersects(line.line); }))
+            continue;
+        looked << line.line;
+        const RegionReading first = lookAt(upright, line, 0);
+        // One identifier read sure of every character, read the same again at the second look.
+        if (first.sure.size() == 1 && holds(lookAt(upright, line, 1), first.sure[0].identifier.identifier))
+            return first.sure[0].identifier;
+    }
+    return std::nullopt;
 }
 
 } // namespace lumaro::vision

@@ -54,14 +54,20 @@ public:
     static constexpr double kMaxEnlargement = 4.0;
     static constexpr double kConfirmationScale = 1.5;      // the second reading's enlargement over the first
     static constexpr float kMinCharacterConfidence = 0.8f; // of each character of an identifier
+    static constexpr int kMaxCloserLooks = 2; // lines read unsure that are looked at closer, a picture
 
     static QImage defaultEnhancer(const QImage& region);
 
     struct Candidate;
+    struct RegionReading;
 
 private:
     QImage prepared(const QImage& upright, const QRect& region, double scale, bool enhanced) const;
-    bool isConfirmed(const QImage& upright, const Candidate& candidate);
+    // The identifier to take for the best candidate read in one band only, after a closer look at its line.
+    std::optional<WatermarkIdentifier> confirmed(const QImage& upright, const Candidate& best);
+    // The identifier in one of the lines read unsure, when closer looks at it read it sure.
+    std::optional<WatermarkIdentifier> closerLook(const QImage& upright, const QList<Candidate>& doubtful);
+    RegionReading lookAt(const QImage& upright, const Candidate& at, int look);
 
     std::unique_ptr<platform::TextRecognizer> m_recognizer;
     Enhancer m_enhance;

@@ -83,6 +83,30 @@ TextRecognition OcrTextRecognizer::recognize(const QImage& image)
     return reader->recognize(image, level, nullptr);
 }
 
+TextRecognition OcrTextRecognizer::readLine(const QImage& image)
+{
+    if (image.isNull())
+        return {{}, QStringLiteral("空图像")};
+    if (!m_lines)
+        return recognize(image);
+    TextRecognition result;
+    try {
+        const cv::Mat bgr = detail::bgrMatFromImage(image);
+        const cv::RotatedRect whole(cv::Point2f(bgr.cols / 2.f, bgr.rows / 2.f),
+                                    cv::Size2f(float(bgr.cols), float(bgr.rows)), 0.f);
+        const detail::ReadLine line = m_lines->read(bgr, whole);
+        const QString text = withoutCjkSpacing(line.text.trimmed());
+        if (line.confidence >= kMinLineConfidence && hasLetterOrDigit(text)) {
+            result.lines << text;
+            result.characterConfidences << keptConfidences(line.text, line.characters, text);
+            result.boxes << image.rect();
+        }
+    } catch (const std::exception& error) {
+        return {{}, QString::fromUtf8(error.what())};
+    }
+    return result;
+}
+
 TextRecognition OcrTextRecognizer::readLines(const QImage& image)
 {
     TextRecognition result;

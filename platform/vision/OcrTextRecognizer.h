@@ -29,6 +29,7 @@ public:
     ~OcrTextRecognizer() override;
 
     TextRecognition recognize(const QImage& image) override;
+    TextRecognition readLine(const QImage& image) override;
 
     static constexpr int kPageLines = 5;              // this many lines or more make a page
     static constexpr double kPageTextShare = 0.08;    // …covering this part of the picture

@@ -30,6 +30,9 @@ class TextRecognizer
 public:
     virtual ~TextRecognizer() = default;
     virtual TextRecognition recognize(const QImage& image) = 0;
+    // `image` read as one line, without looking for lines in it: for a line whose box the caller has already
+    // found and padded itself (a box cut tight at the baseline loses a "_"). By default, `recognize`.
+    virtual TextRecognition readLine(const QImage& image) { return recognize(image); }
 };
 
 // The best reader the installed models allow: PP-OCR finds the lines (photographed, tilted, Chinese) and

@@ -11,12 +11,15 @@ using lumaro::platform::TextRecognition;
 namespace {
 
 // Answers each reading with the next of a script, in the reader's region order (the top band, the bottom
-// band, then any second readings); nothing once the script is spent.
+// band, then the closer looks at a line); nothing once the script is spent. A scripted line with a null box
+// is placed in the middle of the picture it is read off (a closer look's crop, whose size the test does not
+// know). Lines read as lines of their own answer from a script of their own, in order; unread when spent.
 class ScriptedTextRecognizer final : public lumaro::platform::TextRecognizer
 {
 public:
-    explicit ScriptedTextRecognizer(QList<TextRecognition> script, int* calls = nullptr)
-        : m_script(std::move(script)), m_calls(calls)
+    explicit ScriptedTextRecognizer(QList<TextRecognition> script, int* calls = nullptr,
+                                    QStringList lines = {})
+        : m_script(std::move(script)), m_lines(std::move(lines)), m_calls(calls)
     {
     }
     TextRecognition recognize(const QImage& image) override
@@ -24,12 +27,25 @@ public:
         if (m_calls)
             ++*m_calls;
         m_sizes << image.size();
-        return m_script.isEmpty() ? TextRecognition{} : m_script.takeFirst();
+        TextRecognition next = m_script.isEmpty() ? TextRecognition{} : m_script.takeFirst();
+        for (QRect& box : next.boxes)
+            if (box.isNull())
+                box = QRect(image.width() / 4, image.height() * 2 / 5, image.width() / 2, image.height() / 5);
+        return next;
     }
-    QList<QSize> m_sizes;
+    TextRecognition readLine(const QImage& image) override
+    {
+        m_lineSizes << image.size();
+        if (m_lines.isEmpty())
+            return {};
+        const QString line = m_lines.takeFirst();
+        return TextRecognition{{line}, {}, 0.0, {image.rect()}, {QList<float>(line.size(), 0.95f)}};
+    }
+    QList<QSize> m_sizes, m_lineSizes;
 
 private:
     QList<TextRecognition> m_script;
+    QStringList m_lines;
     int* m_calls;
 };
 
@@ -47,6 +63,12 @@ TextRecognition lineAt(const QString& text, double left, double right, int top =
     // Both bands of a 1600 × 1000 picture are 1600 × 160, enlarged 1.2 times to 1920 × 192.
     const QRect box(int(left * 1920), top, int((right - left) * 1920), 40);
     return TextRecognition{{text}, {}, 0.0, {box}, {confidences}};
+}
+
+// A line in the middle of a closer look's crop.
+TextRecognition looked(const QString& text, QList<float> confidences = {})
+{
+    return TextRecognition{{text}, {}, 0.0, {QRect()}, {confidences}};
 }
 
 // Each character of `text` read as sure as `sure`, but the one at `weak`, read as sure as `weakSure`.
@@ -69,7 +91,7 @@ TEST(WatermarkReader, ALineCutByABandsInnerEdgeIsLeftOut)
                                                   {},
                                                   0.0,
                                                   {QRect(200, 0, 400, 40), QRect(1400, 150, 400, 42)}},
-                                  lineAt(QStringLiteral("@小鹿摄影"), 0.7, 0.95, 150)};
+                                  looked(QStringLiteral("@小鹿摄影"))};
     WatermarkReader reader(std::make_unique<ScriptedTextRecognizer>(script));
     const WatermarkReading reading = reader.read(greyPicture());
     ASSERT_TRUE(reading.found);
@@ -105,14 +127,14 @@ TEST(WatermarkReader, AnIdentifierWithACharacterTheReaderWasUnsureOfIsNotTaken)
     }
 }
 
-TEST(WatermarkReader, EachBandIsReadOnceAndOnceMoreToConfirm)
+TEST(WatermarkReader, EachBandIsReadOnceAndTheStampsLineOnceMoreToConfirm)
 {
-    // A stamp in one band: both bands, then that band again at another enlargement. A picture without a
+    // A stamp in one band: both bands, then a closer look at its line. A picture without a
     // stamp: both bands, then both again with raised contrast.
     int calls = 0;
     const TextRecognition stamp = lineAt(QStringLiteral("@hana.lens"), 0.4, 0.6);
-    WatermarkReader stamped(
-        std::make_unique<ScriptedTextRecognizer>(QList<TextRecognition>{{}, stamp, stamp}, &calls));
+    WatermarkReader stamped(std::make_unique<ScriptedTextRecognizer>(
+        QList<TextRecognition>{{}, stamp, looked(QStringLiteral("@hana.lens"))}, &calls));
     EXPECT_TRUE(stamped.read(greyPicture()).found);
     EXPECT_EQ(calls, 3);
 
@@ -126,8 +148,8 @@ TEST(WatermarkReader, ALineAtThePicturesOwnEdgeIsNotCut)
 {
     // The line ends at the band's right edge and bottom edge, which are the picture's.
     const TextRecognition stamp = lineAt(QStringLiteral("ID: 12345678"), 0.8, 1.0, 152);
-    WatermarkReader reader(
-        std::make_unique<ScriptedTextRecognizer>(QList<TextRecognition>{{}, stamp, stamp}));
+    WatermarkReader reader(std::make_unique<ScriptedTextRecognizer>(
+        QList<TextRecognition>{{}, stamp, looked(QStringLiteral("ID: 12345678"))}));
     const WatermarkReading reading = reader.read(greyPicture());
     ASSERT_TRUE(reading.found);
     EXPECT_EQ(reading.found->identifier, QStringLiteral("12345678"));
@@ -167,4 +189,89 @@ TEST(WatermarkReader, FaintStampsAreReadAgainWithRaisedContrastOnlyWhenNothingWa
     EXPECT_EQ(plain.read(greyPicture()).found->identifier, QStringLiteral("@marco_v"));
     EXPECT_EQ(enhanced, 0);
     EXPECT_EQ(calls, 2);
+}
+
+TEST(WatermarkReader, ACloserLookPutsBackWhatTheFirstReadingDroppedButNothingElse)
+{
+    struct Case
+    {
+        const char* band;   // read sure in the bottom band only
+        const char* first;  // the first closer look at its line
+        const char* second; // the second closer look, when the first read a longer identifier
+        const char* found;  // "" for none
+    };
+    const Case cases[] = {
+        {"@marco", "@marco_v", "@marco_v", "@marco_v"},             // the box ended before a "_v" set apart
+        {"ID: 630182", "ID: 63018274", "ID: 63018274", "63018274"}, // …before the last digits
+        {"@光影studio", "@光影_studio", "@光影_studio",
+         "@光影_studio"},                             // a "_" the first reading did not see
+        {"@marco", "@marco_v", "@marco_w", ""},       // the longer reading not repeated
+        {"@marco", "@marco", "", "@marco"},           // the same: the stamp is whole
+        {"@marco", "@maria", "", ""},                 // another name: neither is sure
+        {"@marco", "@polo_marco", "@polo_marco", ""}, // longer, but not by what was dropped
+    };
+    for (const Case& c : cases) {
+        QList<TextRecognition> script{{},
+                                      lineAt(QString::fromUtf8(c.band), 0.7, 0.9),
+                                      looked(QString::fromUtf8(c.first)),
+                                      looked(QString::fromUtf8(c.second))};
+        WatermarkReader reader(std::make_unique<ScriptedTextRecognizer>(script));
+        const WatermarkReading reading = reader.read(greyPicture());
+        EXPECT_EQ(reading.found ? reading.found->identifier : QString(), QString::fromUtf8(c.found))
+            << c.band;
+    }
+}
+
+TEST(WatermarkReader, ALineReadUnsureIsTakenOnlyWhenTwoCloserLooksReadItSure)
+{
+    struct Case
+    {
+        const char* first;
+        QList<float> firstSure; // empty: every character 0.95
+        const char* second;
+        const char* found;
+    };
+    const QString unsure = QStringLiteral("@marco_v");
+    const Case cases[] = {
+        {"@marco_v", {}, "@marco_v", "@marco_v"},
+        {"@marco_v", {0.95f, 0.95f, 0.95f, 0.95f, 0.95f, 0.95f, 0.6f, 0.95f}, "@marco_v", ""},
+        {"@marco_v", {}, "@marcov", ""},
+        {"@marco v", {}, "@marco v", ""}, // still a space: which of "_" or "." is not known
+    };
+    for (const Case& c : cases) {
+        // The bottom band reads the "_" unsure, the contrast-raised copies read nothing.
+        QList<TextRecognition> script{{},
+                                      lineAt(unsure, 0.7, 0.9, 120, sureness(unsure, 6, 0.7f)),
+                                      {},
+                                      {},
+                                      looked(QString::fromUtf8(c.first), c.firstSure),
+                                      looked(QString::fromUtf8(c.second))};
+        WatermarkReader reader(std::make_unique<ScriptedTextRecognizer>(script));
+        const WatermarkReading reading = reader.read(greyPicture());
+        EXPECT_EQ(reading.found ? reading.found->identifier : QString(), QString::fromUtf8(c.found))
+            << c.first;
+    }
+}
+
+TEST(WatermarkReader, AStampsLineIsReadAgainPaddedAndJoinedWithTheRestOfItsLine)
+{
+    // The detector split "@光影_Studio" at the "_" and cut both boxes tight; the padded reading of the two
+    // boxes joined sees it whole. A line with no "@" or ID key is not read again.
+    const TextRecognition split{
+        {QStringLiteral("@光影"), QStringLiteral("Studio"), QStringLiteral("Coffee")},
+        {},
+        0.0,
+        {QRect(1400, 120, 100, 40), QRect(1510, 122, 150, 38), QRect(200, 20, 200, 40)},
+        {}};
+    auto recognizer = std::make_unique<ScriptedTextRecognizer>(
+        QList<TextRecognition>{{}, split, looked(QStringLiteral("@光影_Studio"))}, nullptr,
+        QStringList{QStringLiteral("@光影_Studio"), QStringLiteral("@光影_Studio")});
+    ScriptedTextRecognizer& fake = *recognizer;
+    WatermarkReader reader(std::move(recognizer));
+    const WatermarkReading reading = reader.read(greyPicture());
+    ASSERT_TRUE(reading.found);
+    EXPECT_EQ(reading.found->identifier, QStringLiteral("@光影_studio"));
+    ASSERT_FALSE(fake.m_lineSizes.isEmpty());
+    EXPECT_GE(fake.m_lineSizes[0].width(), 260); // both boxes and their padding
+    EXPECT_GE(fake.m_lineSizes[0].height(), 50);
 }
