@@ -68,12 +68,14 @@ const Tag& furnitureTree()
              {"four_poster", "cradle", "crib", "bassinet", "quilt", "pillow", "sleeping_bag", "bed", "床",
               "枕头", "被子"}),
          tag("home_fittings", "家居陈设", "Home Fittings",
-             {"table_lamp", "lampshade", "window_shade", "shower_curtain", "theater_curtain", "doormat",
+             {"table_lamp", "lampshade", "shower_curtain", "doormat",
               "prayer_rug", "fire_screen", "bathtub", "tub", "washbasin", "toilet_seat", "vase", "lamp",
               "curtain", "carpet", "灯", "窗帘", "地毯", "浴缸", "花瓶"})});
     return root;
 }
 
+// Window shades and a theatre's curtain are what ImageNet sees in facades and halls: parts of a building,
+// not furnishings.
 const Tag& structureTree()
 {
     static const Tag root = tag("structure_building", "建筑", "Structure & Building",
@@ -93,7 +95,8 @@ const Tag& structureTree()
               "apiary", "yurt", "mobile_home", "lighthouse", "灯塔", "码头", "大坝"}),
          tag("building_parts", "建筑构件", "Building Parts",
              {"tile_roof", "thatch", "vault", "patio", "fountain", "stone_wall", "chainlink_fence",
-              "picket_fence", "worm_fence", "bannister", "sliding_door", "window_screen", "roof", "wall",
+              "picket_fence", "worm_fence", "bannister", "sliding_door", "window_screen", "window_shade",
+              "theater_curtain", "roof", "wall",
               "屋顶", "墙", "围栏"})});
     return root;
 }
