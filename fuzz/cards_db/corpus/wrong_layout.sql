@@ -1,0 +1,4 @@
+SQL
+CREATE TABLE cards (id INTEGER PRIMARY KEY, name TEXT, photo BLOB);
+CREATE TABLE imports (id INTEGER, card TEXT);
+INSERT INTO cards VALUES (1,'x',x'00');
