@@ -8,6 +8,10 @@
 //   libraw, libheif, OpenCV, Tesseract), whose loading alone costs tens of milliseconds; `lumaro-cli` hands
 //   it over to `lumaro-cli-heavy` (the same front end with every command linked in) by exec.
 //
+// EXIF(name, summary, run): reads or writes EXIF and XMP (exiv2) but decodes no picture: `lumaro-cli` hands it
+//   over to `lumaro-cli-exif`, which loads exiv2 beside Qt Core and SQLite, not the decoders and analysis
+//   libraries, whose loading alone (hundreds of milliseconds from a cold disk) would be most of an import.
+//
 // SPLIT(name, summary, lightRun, heavyRun): `lumaro-cli` runs lightRun, which returns handOverToHeavy for
 //   what needs a heavy library (tags --toggle writes the XMP sidecar with exiv2); lumaro-cli-heavy runs
 //   heavyRun.
@@ -15,7 +19,7 @@
 // PAINTING(name, summary, run): a heavy command that paints (a PDF needs fonts): lumaro-cli-heavy makes a
 //   QGuiApplication for it, on the offscreen platform.
 //
-// A new command: one line here, its file in the matching list of cli/CMakeLists.txt (light or heavy). A
+// A new command: one line here, its file in the matching list of cli/CMakeLists.txt (light, exif or heavy). A
 // light command that starts needing a heavy library fails the `LightCommands` test: move its line to HEAVY.
 
 LIGHT("list", "Print a folder's pictures in browsing order", runList)
@@ -34,8 +38,8 @@ LIGHT("group", "Prefix each run of related pictures with \"_G<n>_\"", runGroup)
 LIGHT("ungroup", "Take the \"_G<n>_\" group prefixes off again", runUngroup)
 LIGHT("clean", "Show, or with --yes trash, the RAW files whose JPG was not kept", runClean)
 LIGHT("pick", "Copy the RAW files that have a JPG into RAW_PICK", runPick)
-HEAVY("card", "Recognise a memory card's camera family and count its files", runCard)
-HEAVY("import", "Import a memory card into the next rollNN folder", runImport)
+EXIF("card", "Recognise a memory card's camera family and count its files", runCard)
+EXIF("import", "Import a memory card into the next rollNN folder", runImport)
 PAINTING("report", "The shooting report of a folder: exposures, pace, lenses, culling", runReport)
 HEAVY("histogram", "The tone histogram of a picture and its clipped shares", runHistogram)
 HEAVY("roll", "Publish a folder as an online album on your own storage (rclone)", runRoll)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Built twice: into `lumaro-cli` (heavy commands without a run function, so their libraries are never linked)
-// and, with LUMARO_CLI_HEAVY_SIDE, into `lumaro-cli-heavy` (every command runs in-process).
+// Built three times: into `lumaro-cli` (exif and heavy commands without a run function, so their libraries are
+// never linked), with LUMARO_CLI_EXIF_SIDE into `lumaro-cli-exif` (light and exif commands) and with
+// LUMARO_CLI_HEAVY_SIDE into `lumaro-cli-heavy` (every command runs in-process).
 #include "cli/Commands.h"
 
 namespace lumaro::cli {
@@ -14,6 +15,14 @@ const std::vector<Command>& commands()
 #define PAINTING(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), &run, true},
 #else
 #define HEAVY(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), nullptr},
+#endif
+#if defined(LUMARO_CLI_HEAVY_SIDE) || defined(LUMARO_CLI_EXIF_SIDE)
+#define EXIF(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), &run},
+#else
+#define EXIF(name, summary, run)                                                                             \
+    {QStringLiteral(name), QStringLiteral(summary), nullptr, false, "lumaro-cli-exif"},
+#endif
+#ifndef LUMARO_CLI_HEAVY_SIDE
 #define SPLIT(name, summary, lightRun, heavyRun) {QStringLiteral(name), QStringLiteral(summary), &lightRun},
 #define PAINTING(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), nullptr, true},
 #endif
@@ -22,6 +31,7 @@ const std::vector<Command>& commands()
     };
 #undef LIGHT
 #undef HEAVY
+#undef EXIF
 #undef SPLIT
 #undef PAINTING
     return table;

@@ -26,6 +26,8 @@ struct Command
     // Paints (a PDF needs fonts), so lumaro-cli-heavy makes a QGuiApplication, on the offscreen platform, for
     // it.
     bool paints = false;
+    // The program a command without a run function is handed over to.
+    const char* helper = "lumaro-cli-heavy";
 };
 
 const std::vector<Command>& commands();
@@ -33,6 +35,7 @@ const std::vector<Command>& commands();
 // One declaration per command file.
 #define LIGHT(name, summary, run) int run(const QStringList& arguments);
 #define HEAVY(name, summary, run) int run(const QStringList& arguments);
+#define EXIF(name, summary, run) int run(const QStringList& arguments);
 #define PAINTING(name, summary, run) int run(const QStringList& arguments);
 #define SPLIT(name, summary, lightRun, heavyRun)                                                             \
     int lightRun(const QStringList& arguments);                                                              \
@@ -40,6 +43,7 @@ const std::vector<Command>& commands();
 #include "cli/CommandTable.h"
 #undef LIGHT
 #undef HEAVY
+#undef EXIF
 #undef SPLIT
 #undef PAINTING
 

@@ -41,17 +41,19 @@ const Command* findCommand(const QString& name)
     return nullptr;
 }
 
-// Beside this program in a build tree, in <prefix>/libexec/lumaro once installed. Returns only when neither
-// could be started; no Qt application exists yet, so the helper starts as if it had been run directly.
-int handOver(int argc, char* argv[])
+// `helper` (lumaro-cli-exif or lumaro-cli-heavy) beside this program in a build tree, in
+// <prefix>/libexec/lumaro once installed. Returns only when neither could be started; no Qt application exists
+// yet, so the helper starts as if it had been run directly.
+int handOver(const char* helper, int argc, char* argv[])
 {
     const QString folder = lumaro::platform::runningProgramFolder();
+    const QString name = QString::fromLatin1(helper);
     QString reason;
-    const QStringList helpers{folder + QStringLiteral("/lumaro-cli-heavy"),
-                              folder + QStringLiteral("/" LUMARO_CLI_HELPER_FROM_BIN "/lumaro-cli-heavy")};
-    for (const QString& helper : helpers)
-        reason = lumaro::platform::handOverProcess(helper, argc, argv);
-    standardError() << "lumaro-cli: cannot start lumaro-cli-heavy beside " << folder << " or in "
+    const QStringList places{folder + QLatin1Char('/') + name,
+                             folder + QStringLiteral("/" LUMARO_CLI_HELPER_FROM_BIN "/") + name};
+    for (const QString& place : places)
+        reason = lumaro::platform::handOverProcess(place, argc, argv);
+    standardError() << "lumaro-cli: cannot start " << name << " beside " << folder << " or in "
                     << LUMARO_CLI_HELPER_FROM_BIN << ": " << reason << "\n";
     return exitUsage;
 }
@@ -82,7 +84,7 @@ int main(int argc, char* argv[])
         arguments << FileNameCodec::decode(QByteArray(argv[i]));
     const Command* command = arguments.isEmpty() ? nullptr : findCommand(arguments.constFirst());
     if (command && !command->run)
-        return handOver(argc, argv);
+        return handOver(command->helper, argc, argv);
 
     const std::unique_ptr<QCoreApplication> application = makeApplication(command, argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumaro-cli"));
@@ -93,7 +95,7 @@ int main(int argc, char* argv[])
     const QString name = arguments.takeFirst();
     if (command) {
         const int code = command->run(arguments);
-        return code == handOverToHeavy ? handOver(argc, argv) : code;
+        return code == handOverToHeavy ? handOver("lumaro-cli-heavy", argc, argv) : code;
     }
     if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
         printOverview();

@@ -43,6 +43,20 @@ TEST(LightCommands, LumaroCliLoadsNoDecoderOrAnalysisLibrary)
     }
 }
 
+// Import and card read EXIF only: their program must not pay for the decoders and analysis libraries, whose
+// loading from a cold disk took longer than the copying gap to cp.
+TEST(LightCommands, LumaroCliExifLoadsExiv2ButNoDecoderOrAnalysisLibrary)
+{
+    const QStringList needed = neededLibraries(QStringLiteral(LUMARO_CLI_EXIF_PATH));
+    ASSERT_TRUE(needed.contains(QStringLiteral("libexiv2.so.27")))
+        << "readelf gave: " << needed.join(QLatin1Char(' ')).toStdString();
+    for (const char* heavy : {"libQt6Gui", "libopencv", "libtesseract", "libleptonica", "libheif", "libraw",
+                              "libturbojpeg", "libjpeg", "libQt6Network"}) {
+        for (const QString& library : needed)
+            EXPECT_FALSE(library.startsWith(QLatin1String(heavy))) << library.toStdString();
+    }
+}
+
 TEST(LightCommands, HeavyCommandIsHandedOverWithItsArgumentsAndExitCode)
 {
     const auto result =
