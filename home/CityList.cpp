@@ -75,9 +75,10 @@ QList<City> CityList::read(const QString& file)
             continue;
         const auto position = parseCoordinates(fields.at(1));
         const QString zone = fields.at(2).trimmed();
-        if (!position || zone.isEmpty())
+        const QString name =
+            zone.section(QLatin1Char('/'), -1).replace(QLatin1Char('_'), QLatin1Char(' ')).trimmed();
+        if (!position || name.isEmpty()) // a zone without its city's name could not be chosen
             continue;
-        const QString name = zone.section(QLatin1Char('/'), -1).replace(QLatin1Char('_'), QLatin1Char(' '));
         cities << City{name, zone, *position};
     }
     return cities;

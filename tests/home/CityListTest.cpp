@@ -26,7 +26,9 @@ TEST(CityList, ReadsBothCoordinateFormsAndSkipsBadLines)
                "US\t+404251-0740023\tAmerica/New_York\tEastern (most areas)\n"
                "XX\t+9930+00000\tBad/Latitude\n"
                "XX\t+4230+0013\tBad/Short\n"
-               "XX\tnonsense\n");
+               "XX\tnonsense\n"
+               "XX\t+4230+00131\tTrailing/\n"
+               "XX\t+4230+00131\tSpaced/_\n");
     file.close();
 
     const auto cities = CityList::read(path);
