@@ -6,6 +6,7 @@
 
 #include <QFile>
 #include <QFont>
+#include <QFontMetrics>
 #include <QPainter>
 
 #include <gtest/gtest.h>
@@ -61,6 +62,35 @@ TEST(LineTextReader, UprightAndLyingPicturesInTurnShareOneDetectorAndReadTheSame
     EXPECT_EQ(again, first);
     // A second detector net for the other shape holds page-sized maps of about 200 MB.
     EXPECT_LT(grown, 80 << 20) << grown / (1 << 20) << " MB more after an upright picture";
+}
+
+TEST(LineTextReader, APictureTightAroundOneLineIsReadAsThatLine)
+{
+    // A stamp's line cut out with a little room around it: the detector's box hugs the letters and loses
+    // the "_" under the baseline ("@marcov"); the line reading takes the whole picture and keeps it.
+    const QString models = lumaro::testing::sharedModelsDir();
+    if (models.isEmpty())
+        GTEST_SKIP() << "no models: ../shared/models is not beside the checkout";
+    qputenv("LUMARO_MODELS_DIR", models.toUtf8());
+    const std::unique_ptr<lumaro::platform::TextRecognizer> reader =
+        lumaro::platform::makeLineTextRecognizer();
+    ASSERT_TRUE(reader);
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPixelSize(40);
+    const QString text = QStringLiteral("@marco_v");
+    const QRect bounds = QFontMetrics(font).tightBoundingRect(text);
+    QImage line(bounds.size() + QSize(6, 6), QImage::Format_RGB32);
+    line.fill(QColor(60, 90, 60));
+    QPainter painter(&line);
+    painter.setFont(font);
+    painter.setPen(QColor(235, 235, 235));
+    painter.drawText(3 - bounds.left(), 3 - bounds.top(), text);
+    painter.end();
+
+    const lumaro::platform::TextRecognition read = reader->readLine(line);
+    ASSERT_EQ(read.lines, QStringList{text});
+    EXPECT_EQ(read.boxes, QList<QRect>{line.rect()});
+    EXPECT_FALSE(reader->readLine(QImage()).error.isEmpty());
 }
 
 } // namespace
