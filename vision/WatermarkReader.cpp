@@ -322,17 +322,21 @@ WatermarkReader::RegionReading WatermarkReader::lookAt(const QImage& upright, co
     return collect(text, region, upright.size(), source.size(), at.enhanced, kMinCharacterConfidence);
 }
 
+bool WatermarkReader::bandConfirms(const QImage& upright, const Candidate& best)
+{
+    const QRect& region = best.firstRegion;
+    const QImage source =
+        prepared(upright, region, enlargementFor(region.size()) * kConfirmationScale, best.enhanced);
+    return holds(
+        collect(m_recognizer->recognize(source), region, upright.size(), source.size(), best.enhanced, 0.f),
+        best.identifier.identifier);
+}
+
 std::optional<WatermarkIdentifier> WatermarkReader::confirmed(const QImage& upright, const Candidate& best)
 {
-    if (best.line.isEmpty()) {
-        // No box to look at closer: the whole band again at another enlargement.
-        const QRect& region = best.firstRegion;
-        const QImage source =
-            prepared(upright, region, enlargementFor(region.size()) * kConfirmationScale, best.enhanced);
-        const RegionReading again = collect(m_recognizer->recognize(source), region, upright.size(),
-                                            source.size(), best.enhanced, 0.f);
-        return holds(again, best.identifier.identifier) ? std::optional(best.identifier) : std::nullopt;
-    }
+    // No box to look at closer: the whole band again at another enlargement.
+    if (best.line.isEmpty())
+        return bandConfirms(upright, best) ? std::optional(best.identifier) : std::nullopt;
     const RegionReading first = lookAt(upright, best, 0);
     // A longer identifier read sure where the short one was: the short one was the first part of the stamp,
     // and the long one must be read the same at the second look too.
@@ -341,8 +345,13 @@ std::optional<WatermarkIdentifier> WatermarkReader::confirmed(const QImage& upri
             return holds(lookAt(upright, best, 1), longer.identifier.identifier)
                        ? std::optional(longer.identifier)
                        : std::nullopt;
-    // The first reading was sure of every character; this one has only to say the same.
-    return holds(first, best.identifier.identifier) ? std::optional(best.identifier) : std::nullopt;
+    // The first reading was sure of every character; this one has only to say the same. A closer look that
+    // found no line there at all (the detector misses a line it sees large that it found small) says
+    // nothing either way: the band is read again instead.
+    if (holds(first, best.identifier.identifier) ||
+        (first.sure.isEmpty() && first.doubtful.isEmpty() && bandConfirms(upright, best)))
+        return best.identifier;
+    return std::nullopt;
 }
 
 std::optional<WatermarkIdentifier> WatermarkReader::closerLook(const QImage& upright,

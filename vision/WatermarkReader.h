@@ -67,6 +67,8 @@ private:
     std::optional<WatermarkIdentifier> confirmed(const QImage& upright, const Candidate& best);
     // The identifier in one of the lines read unsure, when closer looks at it read it sure.
     std::optional<WatermarkIdentifier> closerLook(const QImage& upright, const QList<Candidate>& doubtful);
+    // Whether the band `best` was read in, read again at another enlargement, says the same.
+    bool bandConfirms(const QImage& upright, const Candidate& best);
     RegionReading lookAt(const QImage& upright, const Candidate& at, int look);
 
     std::unique_ptr<platform::TextRecognizer> m_recognizer;

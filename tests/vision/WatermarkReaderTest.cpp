@@ -197,7 +197,8 @@ TEST(WatermarkReader, ACloserLookPutsBackWhatTheFirstReadingDroppedButNothingEls
     {
         const char* band;   // read sure in the bottom band only
         const char* first;  // the first closer look at its line
-        const char* second; // the second closer look, when the first read a longer identifier
+        const char* second; // the second closer look, when the first read a longer identifier (the band
+                            // read again when the first saw no line)
         const char* found;  // "" for none
     };
     const Case cases[] = {
