@@ -12,8 +12,9 @@
 
 #include <opencv2/core.hpp>
 
+#include <omp.h>
+
 #include <memory>
-#include <mutex>
 
 namespace lumaro::platform {
 
@@ -48,13 +49,6 @@ TesseractTextRecognizer::~TesseractTextRecognizer()
 
 std::unique_ptr<TesseractTextRecognizer> TesseractTextRecognizer::create(const QString& languages)
 {
-    // Each worker runs its own engine, so the engine's own OpenMP threads would only fight them for the
-    // cores.
-    static std::once_flag limitThreads;
-    std::call_once(limitThreads, [] {
-        if (qEnvironmentVariableIsEmpty("OMP_THREAD_LIMIT"))
-            qputenv("OMP_THREAD_LIMIT", "1");
-    });
     auto engine = std::make_unique<Engine>();
     const int status = guardedForeignCall(
         [&] { return engine->api.Init(nullptr, languages.toUtf8().constData(), tesseract::OEM_LSTM_ONLY); },
@@ -102,6 +96,10 @@ TextRecognition TesseractTextRecognizer::recognizeLines(const QImage& image, dou
         return {{}, QString::fromUtf8(error.what())};
     }
 
+    // The workers of a run already keep every core busy: the engine's OpenMP teams only took turns with them
+    // and spun while idle, about a tenth of a run's CPU time. OpenMP reads OMP_THREAD_LIMIT once, when the
+    // library loads, so the engine is kept to the calling thread here, where it reads.
+    omp_set_max_active_levels(0);
     tesseract::TessBaseAPI& api = m_engine->api;
     api.SetImage(page.data, page.cols, page.rows, 1, int(page.step));
     if (api.Recognize(nullptr) != 0) {
