@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <stdexcept>
 
 namespace lumaro::platform::detail {
 
@@ -29,8 +31,13 @@ constexpr double kBoxThreshold = 0.6;
 constexpr double kUnclip = 1.5;
 constexpr int kLineHeight = 48;
 constexpr qint64 kMaxModelBytes = 64 << 20;
-// Recogniser input widths: a line is padded up to the next one, so few nets are ever made.
-constexpr int kWidthBuckets[] = {320, 640, 1280, 2560};
+// Recogniser input widths: a line is padded up to the next one, so at most two nets are ever made. A longer
+// line is read in overlapping chunks of the widest: a net per wider bucket (1280 and 2560) held its maps,
+// about 60 MB for the widest, for the rest of the run once one long line had come.
+constexpr int kWidthBuckets[] = {320, 640};
+constexpr int kChunkWidth = 640;
+constexpr int kChunkOverlap = 128;
+constexpr int kMaxLineWidth = 2560; // a longer line is squeezed to this
 
 std::optional<QByteArray> readSmallFile(const QString& path)
 {
@@ -114,8 +121,10 @@ struct PaddleOcr::Networks
         std::mutex lock;
         cv::dnn::Net net;
     };
-    QByteArray detectorBytes;
-    QByteArray recogniserBytes;
+    // The graphs are read again for each net made (the strip detector, the wider recogniser): kept in memory
+    // for the run they were 25 MB of copies.
+    QString detectorPath;
+    QString recogniserPath;
     Guarded detector;   // imported at kPageSide × kPageSide
     Guarded strip;      // the detector for strips, imported at the first
     std::mutex mapLock; // guards the recognisers' map; each net has its own lock for its forward passes
@@ -127,25 +136,36 @@ struct PaddleOcr::Networks
         auto& slot = recognisers[width];
         if (!slot) {
             auto made = std::make_unique<Guarded>();
-            const QByteArray graph = withInputWidth(recogniserBytes, width);
-            made->net = cv::dnn::readNetFromONNX(graph.constData(), size_t(graph.size()));
+            made->net = imported(recogniserPath, width);
             slot = std::move(made);
         }
         return *slot;
     }
 
+    // The graph at `path`, the recogniser's input made `recogniserWidth` wide when given. Throws
+    // cv::Exception, or std::runtime_error when the file cannot be read.
+    static cv::dnn::Net imported(const QString& path, int recogniserWidth = 0)
+    {
+        std::optional<QByteArray> graph = readSmallFile(path);
+        if (!graph)
+            throw std::runtime_error("cannot read " + path.toStdString());
+        if (recogniserWidth > 0)
+            graph = withInputWidth(std::move(*graph), recogniserWidth);
+        return cv::dnn::readNetFromONNX(graph->constData(), size_t(graph->size()));
+    }
+
     // The set every live instance shares; made again after the last instance has gone.
-    static std::shared_ptr<Networks> shared(const QByteArray& detector, const QByteArray& recogniser)
+    static std::shared_ptr<Networks> shared(const QString& detector, const QString& recogniser)
     {
         static std::mutex lock;
         static std::weak_ptr<Networks> current;
         std::lock_guard guard(lock);
         if (auto existing = current.lock();
-            existing && existing->detectorBytes == detector && existing->recogniserBytes == recogniser)
+            existing && existing->detectorPath == detector && existing->recogniserPath == recogniser)
             return existing;
         auto made = std::make_shared<Networks>();
-        made->detectorBytes = detector;
-        made->recogniserBytes = recogniser;
+        made->detectorPath = detector;
+        made->recogniserPath = recogniser;
         current = made;
         return made;
     }
@@ -161,8 +181,7 @@ cv::Mat PaddleOcr::detectorForward(cv::Size input, const cv::Mat& blob)
     Networks::Guarded& guarded = input.height == kStripShort ? m_networks->strip : m_networks->detector;
     std::lock_guard lock(guarded.lock);
     if (guarded.net.empty())
-        guarded.net = cv::dnn::readNetFromONNX(m_networks->detectorBytes.constData(),
-                                               size_t(m_networks->detectorBytes.size()));
+        guarded.net = Networks::imported(m_networks->detectorPath);
     guarded.net.setInput(blob);
     return guarded.net.forward().clone();
 }
@@ -180,10 +199,8 @@ PaddleOcr::~PaddleOcr() = default;
 std::unique_ptr<PaddleOcr> PaddleOcr::load(const QString& detectorPath, const QString& recogniserPath,
                                            const QString& keysPath)
 {
-    const auto detector = readSmallFile(detectorPath);
-    const auto recogniser = readSmallFile(recogniserPath);
     const auto keys = readSmallFile(keysPath);
-    if (!detector || !recogniser || !keys) {
+    if (!keys) {
         Log::line(QStringLiteral("VISION_INDEX"), QStringLiteral("❌ 无法读取文字模型"));
         return nullptr;
     }
@@ -197,14 +214,16 @@ std::unique_ptr<PaddleOcr> PaddleOcr::load(const QString& detectorPath, const QS
     }
     dictionary << QStringLiteral(" ");
     auto ocr =
-        std::unique_ptr<PaddleOcr>(new PaddleOcr(Networks::shared(*detector, *recogniser), dictionary));
+        std::unique_ptr<PaddleOcr>(new PaddleOcr(Networks::shared(detectorPath, recogniserPath), dictionary));
     // Both graphs must import here, not halfway through a run.
     try {
         std::lock_guard lock(ocr->m_networks->detector.lock);
         if (ocr->m_networks->detector.net.empty())
-            ocr->m_networks->detector.net = cv::dnn::readNetFromONNX(
-                ocr->m_networks->detectorBytes.constData(), size_t(ocr->m_networks->detectorBytes.size()));
+            ocr->m_networks->detector.net = Networks::imported(detectorPath);
         ocr->m_networks->recogniserFor(kWidthBuckets[0]);
+    } catch (const std::runtime_error& error) {
+        Log::line(QStringLiteral("VISION_INDEX"), QStringLiteral("❌ 无法读取文字模型"));
+        return nullptr;
     } catch (const std::exception& error) {
         Log::line(QStringLiteral("VISION_INDEX"),
                   QStringLiteral("❌ 文字模型加载失败: ") + QString::fromUtf8(error.what()));
@@ -261,34 +280,74 @@ std::vector<cv::RotatedRect> PaddleOcr::detect(const cv::Mat& bgr)
     return boxes;
 }
 
+cv::Mat PaddleOcr::logitsOf(const cv::Mat& strip, int width)
+{
+    cv::Mat padded(kLineHeight, width, CV_8UC3, cv::Scalar(128, 128, 128));
+    strip.copyTo(padded(cv::Rect(0, 0, strip.cols, kLineHeight)));
+    const cv::Mat out =
+        forward(width, normalisedBlob(padded, {0.5, 0.5, 0.5}, {0.5, 0.5, 0.5})); // [1, T, classes]
+    return cv::Mat(out.size[1], out.size[2], CV_32F, const_cast<float*>(out.ptr<float>(0, 0))).clone();
+}
+
+cv::Mat PaddleOcr::lineLogits(const cv::Mat& strip)
+{
+    if (strip.cols <= kChunkWidth)
+        return logitsOf(strip, strip.cols <= kWidthBuckets[0] ? kWidthBuckets[0] : kChunkWidth);
+    // Overlapping chunks, joined inside each overlap at a step both read as blank: a cut at a fixed place
+    // could fall inside a character, which neither chunk then read whole.
+    const auto blank = [](const cv::Mat& logits, int step) {
+        const float* row = logits.ptr<float>(step);
+        return std::max_element(row, row + logits.cols) == row;
+    };
+    cv::Mat rows;
+    int start = 0;
+    for (int x = 0; x < strip.cols; x += kChunkWidth - kChunkOverlap) {
+        const int width = std::min(kChunkWidth, strip.cols - x);
+        const cv::Mat logits = logitsOf(strip(cv::Rect(x, 0, width, kLineHeight)), kChunkWidth);
+        const int first = x * logits.rows / kChunkWidth; // the chunk's first step along the line
+        if (rows.empty()) {
+            rows = logits;
+        } else {
+            const int from = first + 2, to = start + logits.rows - 2, middle = (from + to) / 2;
+            int cut = middle;
+            for (int offset = 0; offset <= (to - from) / 2; ++offset) {
+                if (blank(rows, middle - offset) && blank(logits, middle - offset - first)) {
+                    cut = middle - offset;
+                    break;
+                }
+                if (blank(rows, middle + offset) && blank(logits, middle + offset - first)) {
+                    cut = middle + offset;
+                    break;
+                }
+            }
+            rows.pop_back(size_t(rows.rows - cut));
+            rows.push_back(logits.rowRange(cut - first, logits.rows));
+        }
+        start = first;
+        if (x + width >= strip.cols)
+            break;
+    }
+    return rows;
+}
+
 ReadLine PaddleOcr::read(const cv::Mat& bgr, const cv::RotatedRect& box)
 {
     const cv::Mat crop = lineCrop(bgr, box);
-    const int wanted = int(std::ceil(std::max(320.0, double(kLineHeight) * crop.cols / crop.rows)));
-    int width = kWidthBuckets[std::size(kWidthBuckets) - 1];
-    for (int bucket : kWidthBuckets) {
-        if (bucket >= wanted) {
-            width = bucket;
-            break;
-        }
-    }
-    const int scaledWidth = std::clamp(int(std::ceil(double(kLineHeight) * crop.cols / crop.rows)), 1, width);
+    const int scaledWidth =
+        std::clamp(int(std::ceil(double(kLineHeight) * crop.cols / crop.rows)), 1, kMaxLineWidth);
     cv::Mat strip;
     cv::resize(crop, strip, cv::Size(scaledWidth, kLineHeight), 0, 0, cv::INTER_LINEAR);
-    cv::Mat padded(kLineHeight, width, CV_8UC3, cv::Scalar(128, 128, 128));
-    strip.copyTo(padded(cv::Rect(0, 0, scaledWidth, kLineHeight)));
-    const cv::Mat out =
-        forward(width, normalisedBlob(padded, {0.5, 0.5, 0.5}, {0.5, 0.5, 0.5})); // [1, T, classes]
-    const int steps = out.size[1], classes = out.size[2];
+    const cv::Mat logits = lineLogits(strip); // [steps, classes]
+    const int steps = logits.rows, classes = logits.cols;
     ReadLine line;
     double confidenceSum = 0;
     int characters = 0, previous = 0;
     for (int t = 0; t < steps; ++t) {
-        const float* logits = out.ptr<float>(0, t);
-        const int best = int(std::max_element(logits, logits + classes) - logits);
+        const float* row = logits.ptr<float>(t);
+        const int best = int(std::max_element(row, row + classes) - row);
         double sum = 0;
         for (int c = 0; c < classes; ++c)
-            sum += std::exp(double(logits[c] - logits[best]));
+            sum += std::exp(double(row[c] - row[best]));
         if (best != 0 && best != previous && best < m_keys.size()) {
             line.text += m_keys[best];
             for (qsizetype unit = 0; unit < m_keys[best].size(); ++unit)

@@ -29,7 +29,7 @@ struct ReadLine
 // whole analysis: two workers then hold one set, and the set goes when the last instance does. Works around
 // two faults of OpenCV 4.6 with these graphs: a detector net returns empty maps once it has run at another
 // input size, so one detector net takes every picture in one square shape (and another every strip); the
-// recogniser's width is fixed when the graph is imported, so one net is kept per width bucket.
+// recogniser's width is fixed when the graph is imported, so one net is kept per width bucket (two).
 class PaddleOcr
 {
 public:
@@ -51,6 +51,10 @@ private:
     PaddleOcr(std::shared_ptr<Networks> networks, QStringList keys);
     cv::Mat detectorForward(cv::Size input, const cv::Mat& blob);
     cv::Mat forward(int recogniserWidth, const cv::Mat& blob);
+    // The recogniser's scores [steps, classes] for a line scaled to its input height, padded to `width`.
+    cv::Mat logitsOf(const cv::Mat& strip, int width);
+    // The same for a line of any width, read chunk by chunk.
+    cv::Mat lineLogits(const cv::Mat& strip);
 
     std::shared_ptr<Networks> m_networks;
     QStringList m_keys; // index 0 = CTC blank, last = space

@@ -27,6 +27,19 @@ QImage pageOf(QSize size)
     return page;
 }
 
+QImage lineOf(const QString& text)
+{
+    QImage picture(2000, 200, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPixelSize(36);
+    painter.setFont(font);
+    painter.setPen(QColor(30, 30, 30));
+    painter.drawText(40, 110, text);
+    return picture;
+}
+
 qint64 residentBytes()
 {
     QFile status(QStringLiteral("/proc/self/status"));
@@ -91,6 +104,34 @@ TEST(LineTextReader, APictureTightAroundOneLineIsReadAsThatLine)
     ASSERT_EQ(read.lines, QStringList{text});
     EXPECT_EQ(read.boxes, QList<QRect>{line.rect()});
     EXPECT_FALSE(reader->readLine(QImage()).error.isEmpty());
+}
+
+TEST(LineTextReader, ALongLineIsReadInChunksWithoutANetOfItsWidth)
+{
+    const QString models = lumaro::testing::sharedModelsDir();
+    if (models.isEmpty())
+        GTEST_SKIP() << "no models: ../shared/models is not beside the checkout";
+    qputenv("LUMARO_MODELS_DIR", models.toUtf8());
+    const std::unique_ptr<lumaro::platform::TextRecognizer> reader =
+        lumaro::platform::makeLineTextRecognizer();
+    ASSERT_TRUE(reader);
+    const QString shortLine = QStringLiteral("Harbour market opens at six");
+    const QString longLine =
+        QStringLiteral("Harbour market opens at six and closes at noon on every second Sunday of the month");
+
+    const QStringList first = reader->recognize(lineOf(shortLine)).lines;
+    const qint64 before = residentBytes();
+    const QStringList read = reader->recognize(lineOf(longLine)).lines;
+    const qint64 grown = residentBytes() - before;
+
+    // The recogniser leaves out the spaces between Latin words.
+    const auto letters = [](QString line) { return line.remove(QLatin1Char(' ')).toStdString(); };
+    ASSERT_EQ(first.size(), 1);
+    EXPECT_EQ(letters(first.first()), letters(shortLine));
+    ASSERT_EQ(read.size(), 1);
+    EXPECT_EQ(letters(read.first()), letters(longLine));
+    // A recogniser net 2560 wide holds about 60 MB for the rest of the run.
+    EXPECT_LT(grown, 30 << 20) << grown / (1 << 20) << " MB more after a long line";
 }
 
 } // namespace
