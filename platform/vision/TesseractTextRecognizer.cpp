@@ -12,9 +12,10 @@
 
 #include <opencv2/core.hpp>
 
-#include <omp.h>
-
 #include <memory>
+
+// The one call of libgomp's API used here; its header is gcc's, out of clang's sight.
+extern "C" void omp_set_max_active_levels(int levels);
 
 namespace lumaro::platform {
 
