@@ -52,15 +52,25 @@ qint64 residentBytes()
     return 0;
 }
 
-TEST(LineTextReader, UprightAndLyingPicturesInTurnShareOneDetectorAndReadTheSame)
+// The real line reader on the shared models; skipped, with the reason, where they are not beside the checkout.
+class LineTextReader : public ::testing::Test
 {
-    const QString models = lumaro::testing::sharedModelsDir();
-    if (models.isEmpty())
-        GTEST_SKIP() << "no models: ../shared/models is not beside the checkout";
-    qputenv("LUMARO_MODELS_DIR", models.toUtf8());
-    const std::unique_ptr<lumaro::platform::TextRecognizer> reader =
-        lumaro::platform::makeLineTextRecognizer();
-    ASSERT_TRUE(reader);
+protected:
+    void SetUp() override
+    {
+        const QString models = lumaro::testing::sharedModelsDir();
+        if (models.isEmpty())
+            GTEST_SKIP() << "no models: ../shared/models is not beside the checkout";
+        qputenv("LUMARO_MODELS_DIR", models.toUtf8());
+        reader = lumaro::platform::makeLineTextRecognizer();
+        ASSERT_TRUE(reader);
+    }
+
+    std::unique_ptr<lumaro::platform::TextRecognizer> reader;
+};
+
+TEST_F(LineTextReader, UprightAndLyingPicturesInTurnShareOneDetectorAndReadTheSame)
+{
     const QImage lying = pageOf({1200, 800});
     const QImage upright = pageOf({800, 1200});
 
@@ -77,17 +87,10 @@ TEST(LineTextReader, UprightAndLyingPicturesInTurnShareOneDetectorAndReadTheSame
     EXPECT_LT(grown, 80 << 20) << grown / (1 << 20) << " MB more after an upright picture";
 }
 
-TEST(LineTextReader, APictureTightAroundOneLineIsReadAsThatLine)
+TEST_F(LineTextReader, APictureTightAroundOneLineIsReadAsThatLine)
 {
     // A stamp's line cut out with a little room around it: the detector's box hugs the letters and loses
     // the "_" under the baseline ("@marcov"); the line reading takes the whole picture and keeps it.
-    const QString models = lumaro::testing::sharedModelsDir();
-    if (models.isEmpty())
-        GTEST_SKIP() << "no models: ../shared/models is not beside the checkout";
-    qputenv("LUMARO_MODELS_DIR", models.toUtf8());
-    const std::unique_ptr<lumaro::platform::TextRecognizer> reader =
-        lumaro::platform::makeLineTextRecognizer();
-    ASSERT_TRUE(reader);
     QFont font(QStringLiteral("DejaVu Sans"));
     font.setPixelSize(40);
     const QString text = QStringLiteral("@marco_v");
@@ -106,15 +109,8 @@ TEST(LineTextReader, APictureTightAroundOneLineIsReadAsThatLine)
     EXPECT_FALSE(reader->readLine(QImage()).error.isEmpty());
 }
 
-TEST(LineTextReader, ALongLineIsReadInChunksWithoutANetOfItsWidth)
+TEST_F(LineTextReader, ALongLineIsReadInChunksWithoutANetOfItsWidth)
 {
-    const QString models = lumaro::testing::sharedModelsDir();
-    if (models.isEmpty())
-        GTEST_SKIP() << "no models: ../shared/models is not beside the checkout";
-    qputenv("LUMARO_MODELS_DIR", models.toUtf8());
-    const std::unique_ptr<lumaro::platform::TextRecognizer> reader =
-        lumaro::platform::makeLineTextRecognizer();
-    ASSERT_TRUE(reader);
     const QString shortLine = QStringLiteral("Harbour market opens at six");
     const QString longLine =
         QStringLiteral("Harbour market opens at six and closes at noon on every second Sunday of the month");
