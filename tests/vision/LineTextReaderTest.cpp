@@ -126,8 +126,9 @@ TEST_F(LineTextReader, ALongLineIsReadInChunksWithoutANetOfItsWidth)
     EXPECT_EQ(letters(first.first()), letters(shortLine));
     ASSERT_EQ(read.size(), 1);
     EXPECT_EQ(letters(read.first()), letters(longLine));
-    // A recogniser net 2560 wide holds about 60 MB for the rest of the run.
-    EXPECT_LT(grown, 30 << 20) << grown / (1 << 20) << " MB more after a long line";
+    // A recogniser net 2560 wide holds about 60 MB for the rest of the run (the old code grew by 71 MB); the
+    // pieces' own buffers take under 30 MB, up to 42 under the address sanitizer, which keeps freed blocks.
+    EXPECT_LT(grown, 50 << 20) << grown / (1 << 20) << " MB more after a long line";
 }
 
 } // namespace
