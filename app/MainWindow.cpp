@@ -91,6 +91,29 @@ MainWindow::MainWindow(QWidget* parent)
     resize(1280, 820);
     m_thumbnails->setRotationFunction(
         [this](const QString& path) { return m_state->rotationOverrideForPath(path); });
+    buildModes();
+    buildViewers();
+    buildKeyRouting();
+    m_statusBar = new BrowseStatusBar(*m_state, this);
+    setStatusBar(m_statusBar);
+    buildFolderDock();
+    buildChannelsDock();
+    buildHomePage();
+    followFolderChanges();
+    buildMenus();
+    buildModeBar();
+    setEmptyText(tr("请打开一个文件夹：文件 → 打开文件夹，或把文件夹拖到窗口中"));
+    installToolPanels(*this);
+    m_modes.first()->adopt(platform::QSettingsStore::shared());
+}
+
+MainWindow::~MainWindow()
+{
+    qApp->removeEventFilter(m_keyMonitor);
+}
+
+void MainWindow::buildModes()
+{
     m_modes = {new GridPreviewMode(*m_state, *m_thumbnails, m_stack),
                new FilmStripMode(*m_state, *m_thumbnails, m_stack),
                new WaterfallMode(*m_state, *m_thumbnails, m_stack)};
@@ -103,20 +126,28 @@ MainWindow::MainWindow(QWidget* parent)
     m_pages = new QStackedWidget(this);
     m_pages->addWidget(m_stack);
     setCentralWidget(m_pages);
+}
+
+void MainWindow::buildViewers()
+{
+    const auto rotationOverride = [this](const QString& path) {
+        return m_state->rotationOverrideForPath(path);
+    };
     m_histogram = new HistogramOverlay(*m_state, *m_thumbnails, m_stack);
     m_fullPictures = new browse::FullPictureLoader({}, this);
-    m_fullPictures->setRotationFunction(
-        [this](const QString& path) { return m_state->rotationOverrideForPath(path); });
+    m_fullPictures->setRotationFunction(rotationOverride);
     auto* faces = new browse::FaceCentreFinder({}, this);
-    faces->setRotationFunction(
-        [this](const QString& path) { return m_state->rotationOverrideForPath(path); });
+    faces->setRotationFunction(rotationOverride);
     m_loupe = new LoupeView(*m_state, *m_thumbnails, *m_fullPictures, m_stack, faces);
     m_compare = new CompareView(*m_state, *m_thumbnails, *m_fullPictures, m_stack, faces);
     m_info = new ShootingInfoOverlay(*m_state, m_stack);
     for (PreviewView* preview : m_stack->findChildren<PreviewView*>())
         connect(preview, &PreviewView::loupeRequested, m_loupe,
                 [this](const QPointF& at) { m_loupe->open(at); });
+}
 
+void MainWindow::buildKeyRouting()
+{
     m_navigator = new browse::FolderNavigator(*m_state, &m_modes.first()->folderLoader(), nullptr, this);
     browse::HotkeyDispatcher::Services services;
     services.navigator = m_navigator;
@@ -126,41 +157,47 @@ MainWindow::MainWindow(QWidget* parent)
     m_keyMonitor = new KeyMonitor(
         *this,
         [this](int key, Qt::KeyboardModifiers modifiers, bool isAutoRepeat) {
-            if (key == Qt::Key_Escape && m_loupe->isOpen()) {
-                m_loupe->close(); // back to fit first; a second Esc leaves full screen
-                return true;
-            }
-            if (key == Qt::Key_Escape && m_compare->isOpen()) {
-                m_compare->close();
-                return true;
-            }
-            if (key == Qt::Key_Escape && isFullScreen()) {
-                if (!isAutoRepeat)
-                    toggleFullScreen();
-                return true;
-            }
-            if (isHomeShown())
-                return false; // the culling and viewer keys never act on pictures that are not on screen
-            if (m_dispatcher->handleKey(key, modifiers, isAutoRepeat))
-                return true;
-            // The culling actions come first; the histogram and viewer keys never shadow one of them.
-            if (browse::HistogramHotkey::shared().matches(key, modifiers)) {
-                if (!isAutoRepeat) // a toggle, once per press
-                    m_histogram->toggle();
-                return true;
-            }
-            const auto viewer = browse::ViewerHotkeys::shared().actionForKey(key, modifiers);
-            if (!viewer)
-                return false;
-            if (!isAutoRepeat) // every viewer key acts once per press
-                performViewerAction(*viewer);
-            return true;
+            return routeKey(key, modifiers, isAutoRepeat);
         },
         this);
     qApp->installEventFilter(m_keyMonitor);
+}
 
-    m_statusBar = new BrowseStatusBar(*m_state, this);
-    setStatusBar(m_statusBar);
+bool MainWindow::routeKey(int key, Qt::KeyboardModifiers modifiers, bool isAutoRepeat)
+{
+    if (key == Qt::Key_Escape && m_loupe->isOpen()) {
+        m_loupe->close(); // back to fit first; a second Esc leaves full screen
+        return true;
+    }
+    if (key == Qt::Key_Escape && m_compare->isOpen()) {
+        m_compare->close();
+        return true;
+    }
+    if (key == Qt::Key_Escape && isFullScreen()) {
+        if (!isAutoRepeat)
+            toggleFullScreen();
+        return true;
+    }
+    if (isHomeShown())
+        return false; // the culling and viewer keys never act on pictures that are not on screen
+    if (m_dispatcher->handleKey(key, modifiers, isAutoRepeat))
+        return true;
+    // The culling actions come first; the histogram and viewer keys never shadow one of them.
+    if (browse::HistogramHotkey::shared().matches(key, modifiers)) {
+        if (!isAutoRepeat) // a toggle, once per press
+            m_histogram->toggle();
+        return true;
+    }
+    const auto viewer = browse::ViewerHotkeys::shared().actionForKey(key, modifiers);
+    if (!viewer)
+        return false;
+    if (!isAutoRepeat) // every viewer key acts once per press
+        performViewerAction(*viewer);
+    return true;
+}
+
+void MainWindow::buildFolderDock()
+{
     m_folderPanel = new FolderPanel(*m_state, this);
     m_folderDock = new QDockWidget(tr("文件夹"), this);
     m_folderDock->setObjectName(QStringLiteral("folderPanel"));
@@ -169,11 +206,13 @@ MainWindow::MainWindow(QWidget* parent)
     m_folderDock->hide();
     connect(m_folderPanel, &FolderPanel::openRequested, this, &MainWindow::openFolder);
     connect(m_folderPanel, &FolderPanel::moveRequested, m_navigator, &browse::FolderNavigator::move);
-    buildChannelsDock();
-    buildHomePage();
     FolderMapView& map = static_cast<WaterfallMode*>(m_modes.at(waterfallMode))->folderMap();
     connect(&map, &FolderMapView::openRequested, this, &MainWindow::openFolder);
     connect(&map, &FolderMapView::moveRequested, m_navigator, &browse::FolderNavigator::move);
+}
+
+void MainWindow::followFolderChanges()
+{
     m_memory = std::make_unique<FolderViewMemory>(platform::QSettingsStore::shared());
     connect(m_state, &browse::LMRModeState::folderChanged, this, [this] {
         const QString folder = m_state->currentFolder().value_or(QString());
@@ -196,17 +235,6 @@ MainWindow::MainWindow(QWidget* parent)
         else if (!m_state->folderFiles().isEmpty())
             setEmptyText(tr("此文件夹中没有可浏览的图片"));
     });
-
-    buildMenus();
-    buildModeBar();
-    setEmptyText(tr("请打开一个文件夹：文件 → 打开文件夹，或把文件夹拖到窗口中"));
-    installToolPanels(*this);
-    m_modes.first()->adopt(platform::QSettingsStore::shared());
-}
-
-MainWindow::~MainWindow()
-{
-    qApp->removeEventFilter(m_keyMonitor);
 }
 
 void MainWindow::performViewerAction(browse::ViewerAction action)
@@ -288,7 +316,8 @@ void MainWindow::buildChannelsDock()
 void MainWindow::buildHomePage()
 {
     m_home = new HomePage(
-        platform::QSettingsStore::shared(), library::ChannelStore::shared(), &library::FavourManager::shared(),
+        platform::QSettingsStore::shared(), library::ChannelStore::shared(),
+        &library::FavourManager::shared(),
         new home::ForecastClient(home::ForecastClient::defaultBaseUrl(), platform::systemClock(), {}, this),
         new platform::GeoClueLocator(this), m_pages);
     m_pages->addWidget(m_home);

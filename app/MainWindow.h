@@ -104,7 +104,16 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void buildModes();
+    void buildViewers();
+    void buildKeyRouting();
+    void buildFolderDock();
+    // Keeps the thumbnails, the remembered views and the empty-grid line in step with the shown folder.
+    void followFolderChanges();
     void buildMenus();
+    // Whether a key press in the window was taken: the way out of the loupe, comparison and full screen, then
+    // the culling keys, then the histogram and viewer keys.
+    bool routeKey(int key, Qt::KeyboardModifiers modifiers, bool isAutoRepeat);
     void performViewerAction(browse::ViewerAction action);
     void buildModeBar();
     void buildChannelsDock();
