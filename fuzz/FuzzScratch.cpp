@@ -19,16 +19,21 @@ QTemporaryDir& scratch()
     return dir;
 }
 
+// Apart from the scratch folder, which is emptied between inputs.
+QTemporaryDir& home()
+{
+    static QTemporaryDir dir;
+    return dir;
+}
+
 } // namespace
 
 void FuzzScratch::initialise()
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     // The harness must not touch the user's Trash, settings or favourites.
-    const QString home = scratch().path() + QStringLiteral("-home");
-    QDir().mkpath(home);
     for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
-        qputenv(name, home.toUtf8());
+        qputenv(name, home().path().toUtf8());
     platform::Log::silence();
     static int argc = 1;
     static char name[] = "lumaro-fuzz";

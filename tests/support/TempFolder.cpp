@@ -8,11 +8,19 @@
 #include <QImage>
 #include <QThread>
 
+#include <filesystem>
+
 namespace lumaro::testing {
 
 TempFolder::TempFolder()
 {
     m_dir.setAutoRemove(true);
+}
+
+TempFolder::~TempFolder()
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(QFile::encodeName(m_dir.path()).toStdString(), ignored);
 }
 
 QString TempFolder::write(const QString& relative, const QByteArray& content)

@@ -18,6 +18,8 @@ class TempFolder
 {
 public:
     TempFolder();
+    // Removes the folder by its bytes: QTemporaryDir leaves behind any name that is not valid UTF-8.
+    ~TempFolder();
 
     QString path() const { return m_dir.path(); }
     QString filePath(const QString& relative) const { return m_dir.filePath(relative); }
