@@ -197,7 +197,7 @@ TEST(FileDeleteService, AFileListedBelowTheGrantedFolderIsTheOneThatGoes)
     ASSERT_TRUE(token);
     FileDeleteService service(withoutGio());
     const QString sub = base.filePath(QStringLiteral("sub"));
-    for (const QString name : {QStringLiteral("IMG_1.jpg"), QStringLiteral("only here.jpg")}) {
+    for (const QString& name : {QStringLiteral("IMG_1.jpg"), QStringLiteral("only here.jpg")}) {
         const TrashOutcome outcome = service.moveToTrash(name, sub, token);
         ASSERT_TRUE(outcome.ok()) << qPrintable(name + ": " + outcome.error);
         EXPECT_FALSE(base.exists(QStringLiteral("sub/") + name));
