@@ -4,6 +4,7 @@
 #include "vision/SceneWordTable.h"
 #include "vision/VisionClassificationEngine.h"
 
+#include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -26,6 +27,15 @@ constexpr float kSceneWordSource = 0.45f; // a label this unsure implies no scen
 constexpr double kFlatDrawing = 0.2;      // flat share of a drawing made on a computer
 constexpr float kWebSite = 0.5f;          // ImageNet's "web_site" class is screen captures of pages
 constexpr float kOpenAirShare = 0.3f;     // open-air labels together this sure make an outdoor scene
+// A label that would file the picture under a category must be this sure, alone or with the other labels
+// of its category: a weak "wooden_spoon", "strainer" or "stone_wall" is the classifier's guess at the
+// nearest class it knows, and a single such guess filed food photos under tools and a valley under
+// buildings.
+constexpr float kCategoryEvidence = 0.5f;
+// The classes of one kind (animals, dishes, plants) together this sure name the kind when no single class
+// is sure enough to be kept (a dog of an unsure breed, a table of mixed dishes).
+constexpr float kKindEvidence = 0.3f;
+constexpr float kKeptLabel = 0.2f; // the index keeps only labels surer than this
 
 double areaShare(const QRectF& box, const QSize& frame)
 {
@@ -100,6 +110,25 @@ OpenAirEvidence openAirEvidence(const PictureSignals& s)
                 areaShare(o.box, s.analysedSize) >= kSmallestObject)
                 e.bestThing = std::max(e.bestThing, o.score);
         }
+    }
+    return e;
+}
+
+// How sure the labels together are of each category, and of each kind of thing.
+struct LabelEvidence
+{
+    QHash<CategoryKey, float> categories;
+    QHash<QString, float> kinds;
+};
+
+LabelEvidence evidenceOf(const std::vector<SceneObservation>& labels, const VisionTagMatcher& matcher)
+{
+    LabelEvidence e;
+    for (const SceneObservation& o : labels) {
+        for (const CategoryKey key : matcher.categories({o.identifier}))
+            e.categories[key] += o.confidence;
+        if (!o.kind.isEmpty())
+            e.kinds[o.kind] += o.confidence;
     }
     return e;
 }
@@ -214,15 +243,6 @@ std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
         if (isTicket(s.textLines))
             list.add(QStringLiteral("票据"), 0.8f);
     }
-    // A screen capture or a drawing is that whatever it shows: words that would file it under another
-    // category are left out; words of no category still describe it.
-    const VisionTagMatcher& matcher = VisionClassificationEngine::shared().matcher;
-    const auto fitsPicture = [&](const QString& identifier) {
-        if (SceneWordTable::isWornItem(identifier) && people == 0 && (s.people || s.objects))
-            return false;
-        return !(screen || drawing) || matcher.categories({identifier}).isEmpty();
-    };
-
     std::vector<SceneObservation> objects;
     if (s.objects) {
         for (const platform::DetectedObject& o : *s.objects) {
@@ -238,9 +258,34 @@ std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
         objects.begin(), objects.end(),
         [](const SceneObservation& a, const SceneObservation& b) { return a.confidence > b.confidence; });
 
+    const VisionTagMatcher& matcher = VisionClassificationEngine::shared().matcher;
+    LabelEvidence evidence = evidenceOf(objects, matcher);
+    // Text the reader located counts for a document even where it could read none of it (blur, shake).
+    evidence.categories[CategoryKey::documents] += float(s.textShare);
+    const OpenAirEvidence open = openAirEvidence(s);
+    const bool landscape =
+        !(screen || drawing) && open.openAir >= kOpenAirShare && open.openAir >= open.bestThing;
+    // A screen capture or a drawing is that whatever it shows: words that would file it under another
+    // category are left out; words of no category still describe it.
+    const auto fitsPicture = [&](const QString& identifier) {
+        if (SceneWordTable::isWornItem(identifier) && people == 0 && (s.people || s.objects))
+            return false;
+        const QSet<CategoryKey> categories = matcher.categories({identifier});
+        if (categories.isEmpty())
+            return true;
+        if (screen || drawing)
+            return false;
+        // Walls, fences and bridges in a landscape are part of the view, unless they outweigh the land.
+        if (landscape && SceneWordTable::isOpenAir(identifier) &&
+            evidence.categories.value(CategoryKey::structure) <= open.landform)
+            return false;
+        return std::any_of(categories.begin(), categories.end(), [&](CategoryKey key) {
+            return evidence.categories.value(key) >= kCategoryEvidence;
+        });
+    };
+
     if (!(screen || drawing)) {
-        const OpenAirEvidence open = openAirEvidence(s);
-        if (open.openAir >= kOpenAirShare && open.openAir >= open.bestThing) {
+        if (landscape) {
             list.add(QStringLiteral("outdoor"), open.openAir);
             if (open.landform >= kOpenAirShare)
                 list.add(QStringLiteral("landscape"), open.landform);
@@ -251,6 +296,15 @@ std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
             for (const QString& word : SceneWordTable::sceneWordsFor(o.identifier))
                 list.add(word, o.confidence);
         }
+    }
+    // The labels sure enough to be kept, then the kinds no kept label names, then the rest.
+    for (const SceneObservation& o : objects) {
+        if (o.confidence > kKeptLabel && fitsPicture(o.identifier))
+            list.add(o.identifier, o.confidence);
+    }
+    for (auto kind = evidence.kinds.cbegin(); kind != evidence.kinds.cend(); ++kind) {
+        if (kind.value() >= kKindEvidence)
+            list.add(kind.key(), kind.value());
     }
     for (const SceneObservation& o : objects) {
         if (fitsPicture(o.identifier))

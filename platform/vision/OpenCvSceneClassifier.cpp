@@ -44,8 +44,9 @@ cv::Mat preprocessed(const cv::Mat& whole)
     const cv::Mat bgr = centralPiece(whole);
     const double scale = 256.0 / std::min(bgr.cols, bgr.rows);
     cv::Mat resized;
-    cv::resize(bgr, resized, cv::Size(std::max(224, int(std::lround(bgr.cols * scale))),
-                                      std::max(224, int(std::lround(bgr.rows * scale)))),
+    cv::resize(bgr, resized,
+               cv::Size(std::max(224, int(std::lround(bgr.cols * scale))),
+                        std::max(224, int(std::lround(bgr.rows * scale)))),
                0, 0, cv::INTER_AREA);
     const cv::Rect crop((resized.cols - 224) / 2, (resized.rows - 224) / 2, 224, 224);
     cv::Mat rgb;
@@ -55,6 +56,20 @@ cv::Mat preprocessed(const cv::Mat& whole)
     floats -= cv::Scalar(0.485, 0.456, 0.406);
     cv::divide(floats, cv::Scalar(0.229, 0.224, 0.225), floats);
     return cv::dnn::blobFromImage(floats);
+}
+
+// ImageNet's classes are ordered by kind: the animals first (up to the puffer), the dishes, fruit and
+// drinks from the plate to the eggnog (the hay among them is a field), and the flowers and fungi near
+// the end.
+QString kindOfClass(int index)
+{
+    if (index >= 0 && index <= 397)
+        return QStringLiteral("animal");
+    if (index >= 923 && index <= 969 && index != 958)
+        return QStringLiteral("food");
+    if (index >= 985 && index <= 998)
+        return QStringLiteral("plant");
+    return {};
 }
 
 } // namespace
@@ -73,8 +88,7 @@ QString snakeCaseIdentifier(const QString& label)
 }
 
 OpenCvSceneClassifier::OpenCvSceneClassifier(std::unique_ptr<Network> network, QStringList identifiers)
-    : m_network(std::move(network))
-    , m_identifiers(std::move(identifiers))
+    : m_network(std::move(network)), m_identifiers(std::move(identifiers))
 {
 }
 
@@ -136,7 +150,9 @@ SceneClassification OpenCvSceneClassifier::classifyImage(const QImage& image)
                       [&](int a, int b) { return exps[a] > exps[b]; });
     SceneClassification result;
     for (int i = 0; i < keep; ++i)
-        result.observations.push_back({m_identifiers[order[i]], float(exps[order[i]] / sum)});
+        result.observations.push_back(
+            {m_identifiers[order[i]], float(exps[order[i]] / sum),
+             m_identifiers.size() == kImageNetClasses ? kindOfClass(order[i]) : QString()});
     return result;
 }
 
@@ -150,7 +166,8 @@ std::unique_ptr<SceneClassifier> makeSceneClassifier()
             return classifier;
     }
     std::call_once(reported, [] {
-        Log::line(kTag, QStringLiteral("⚠️ 未找到场景分类模型，只做文字识别和人脸检测 (LUMARO_MODELS_DIR 或 "
+        Log::line(kTag, QStringLiteral("⚠️ 未找到场景分类模型，只做文字识别和人脸检测 (LUMARO_MODELS_DIR "
+                                       "或 "
                                        "~/.local/share/lumaro/models，见 scripts/fetch-models.sh)"));
     });
     return nullptr;

@@ -23,6 +23,7 @@ public:
 
     // How many observations come back, best first.
     static constexpr int kObservations = 20;
+    static constexpr qsizetype kImageNetClasses = 1000; // the label list whose class order gives kinds
 
 private:
     SceneClassification classifyImage(const QImage& image);

@@ -14,6 +14,9 @@ struct SceneObservation
 {
     QString identifier; // snake_case ("bald_eagle", "web_site")
     float confidence = 0.f;
+    // What sort of thing the class is, for classes that come in many close kinds: "animal", "food" or
+    // "plant" (a dog's breed or a dish may be unsure where that it is a dog or a dish is not); else empty.
+    QString kind;
 };
 
 struct SceneClassification

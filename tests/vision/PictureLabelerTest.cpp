@@ -94,7 +94,7 @@ std::vector<Case> cases()
     }
     {
         PictureSignals s = photo(); // a suit on a hanger: clothing counts as people only when worn
-        s.imageNet = {{QStringLiteral("suit"), 0.8f}, {QStringLiteral("wardrobe"), 0.3f}};
+        s.imageNet = {{QStringLiteral("suit"), 0.8f}, {QStringLiteral("wardrobe"), 0.6f}};
         all.push_back({"clothingWithNobodyInItIsNoPerson", s, "MARK_FURNITURE"});
     }
     {
@@ -196,6 +196,63 @@ std::vector<Case> cases()
             QStringList{QStringLiteral("Bakery"), QStringLiteral("RECEIPT"), QStringLiteral("Total 4.50")};
         s.textShare = 0.3;
         all.push_back({"aReceiptIsATicket", s, "MARK_DOCUMENTS_TICKET"});
+    }
+    {
+        PictureSignals s = photo(); // one unsure kitchen class over a fish is no tools picture
+        s.imageNet = {{QStringLiteral("strainer"), 0.35f},
+                      {QStringLiteral("goldfish"), 0.3f, QStringLiteral("animal")}};
+        all.push_back({"aWeakLoneUtensilDoesNotMakeTools", s, "MARK_DIVERSE_GOLDFISH"});
+    }
+    {
+        PictureSignals s = photo(); // a sure one does
+        s.imageNet = {{QStringLiteral("frying_pan"), 0.8f},
+                      {QStringLiteral("goldfish"), 0.1f, QStringLiteral("animal")}};
+        all.push_back({"aSureUtensilMakesTools", s, "MARK_TOOLS"});
+    }
+    {
+        PictureSignals s = photo(); // unsure labels of one category add up
+        s.imageNet = {{QStringLiteral("menu"), 0.3f}, {QStringLiteral("envelope"), 0.25f}};
+        all.push_back({"weakLabelsOfOneCategoryAddUp", s, "MARK_DOCUMENTS"});
+    }
+    {
+        PictureSignals s = photo(); // an unsure "groom" with nobody found is no person
+        s.imageNet = {{QStringLiteral("balloon"), 0.35f}, {QStringLiteral("groom"), 0.3f}};
+        all.push_back({"aWeakClassifierPersonWordIsNobody", s, "MARK_DIVERSE_BALLOON"});
+    }
+    {
+        PictureSignals s = photo(); // a stone wall across a valley is part of the view
+        s.imageNet = {{QStringLiteral("valley"), 0.5f},
+                      {QStringLiteral("stone_wall"), 0.5f},
+                      {QStringLiteral("cliff"), 0.1f}};
+        all.push_back({"aWallInAValleyIsPartOfTheLandscape", s, "MARK_OUTDOOR"});
+    }
+    {
+        PictureSignals s = photo(); // a church in the hills is a building
+        s.imageNet = {{QStringLiteral("church"), 0.6f}, {QStringLiteral("valley"), 0.3f}};
+        all.push_back({"aChurchInTheHillsIsABuilding", s, "MARK_STRUCTURE"});
+    }
+    {
+        PictureSignals s = photo(); // a dog of an unsure breed is still an animal
+        const QString animal = QStringLiteral("animal");
+        s.imageNet = {{QStringLiteral("beagle"), 0.18f, animal},
+                      {QStringLiteral("basset"), 0.15f, animal},
+                      {QStringLiteral("walker_hound"), 0.12f, animal}};
+        all.push_back({"unsureBreedsNameTheirKind", s, "MARK_DIVERSE_ANIMAL"});
+    }
+    {
+        PictureSignals s = photo(); // mixed dishes by a spoon: the food outweighs the spoon
+        const QString food = QStringLiteral("food");
+        s.imageNet = {{QStringLiteral("wooden_spoon"), 0.21f},
+                      {QStringLiteral("pomegranate"), 0.17f, food},
+                      {QStringLiteral("soup_bowl"), 0.17f, food},
+                      {QStringLiteral("orange"), 0.15f, food}};
+        all.push_back({"mixedDishesAreFood", s, "MARK_DIVERSE_FOOD"});
+    }
+    {
+        PictureSignals s = photo(); // a blurred page: text located but not read, an unsure "menu"
+        s.imageNet = {{QStringLiteral("menu"), 0.26f}, {QStringLiteral("crossword_puzzle"), 0.11f}};
+        s.textShare = 0.44;
+        all.push_back({"locatedTextMakesAnUnsureMenuADocument", s, "MARK_DOCUMENTS"});
     }
     {
         PictureSignals s = photo(); // without any person detector installed, a face is all there is

@@ -93,6 +93,15 @@ TEST_F(RealAnalysis, EachPhotoGetsTheMarkAPhotographerExpects)
     }
 }
 
+// The classifier's classes of one kind name that kind beside the surest class, so a dog of an unsure
+// breed or a table of mixed dishes is still named.
+TEST_F(RealAnalysis, AnimalsAndFoodAreNamedByTheirKind)
+{
+    EXPECT_TRUE(analyzePhoto("dog.jpg").recognizedObjects.contains(QStringLiteral("animal")));
+    EXPECT_TRUE(analyzePhoto("coffee.png").recognizedObjects.contains(QStringLiteral("food")));
+    EXPECT_FALSE(analyzePhoto("building.jpg").recognizedObjects.contains(QStringLiteral("animal")));
+}
+
 // A thumbnail-sized picture is too small for the face network's blocks; it is still a picture, never a
 // failure.
 TEST_F(RealAnalysis, PicturesSmallerThanTheNetworksBlocksAreAnalysed)
