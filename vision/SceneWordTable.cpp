@@ -63,7 +63,9 @@ const QSet<QString>& openAirThings()
                "steel_arch_bridge", "barn", "yurt", "mountain_tent", "apiary", "totem_pole", "water_tower",
                "mountain_bike", "snowmobile", "dogsled", "ski", "parachute", "airliner"})
             .unite(setOf({"pier", "dock", "boathouse", "beacon", "canoe", "paddle", "lifeboat", "speedboat",
-                          "schooner", "yawl", "catamaran", "trimaran", "wreck", "coral_reef"}));
+                          "schooner", "yawl", "catamaran", "trimaran", "wreck", "coral_reef"}))
+            // Masts and dishes against the sky: a bridge's cables and a line of pylons come out as these.
+            .unite(setOf({"pole", "flagpole", "maypole", "solar_dish", "radio_telescope"}));
     return words;
 }
 

@@ -14,8 +14,8 @@ public:
     // The scene words a label implies ("lakeside" → outdoor, landscape); empty for most labels.
     static QStringList sceneWordsFor(const QString& identifier);
     // ImageNet labels that name an open-air place, or a thing seen only in one (a park bench, a barn, a
-    // canoe): a classifier spreads a view of fields or a forest path thinly over many of them, so they count
-    // together. Landforms are the part of them that makes a landscape.
+    // pole, a canoe): a classifier spreads a view of fields or a forest path thinly over many of them, so
+    // they count together. Landforms are the part of them that makes a landscape.
     static bool isOpenAir(const QString& identifier);
     static bool isLandform(const QString& identifier);
     // A COCO object that says what kind of room or place a picture shows only when it fills a good part of

@@ -227,6 +227,13 @@ std::vector<Case> cases()
         all.push_back({"aWallInAValleyIsPartOfTheLandscape", s, "MARK_OUTDOOR"});
     }
     {
+        PictureSignals s = photo(); // a bridge's cables and masts against the sky: poles stand outdoors
+        s.imageNet = {{QStringLiteral("pole"), 0.44f},
+                      {QStringLiteral("solar_dish"), 0.23f},
+                      {QStringLiteral("suspension_bridge"), 0.02f}};
+        all.push_back({"polesAndMastsAreOutdoors", s, "MARK_OUTDOOR"});
+    }
+    {
         PictureSignals s = photo(); // a church in the hills is a building
         s.imageNet = {{QStringLiteral("church"), 0.6f}, {QStringLiteral("valley"), 0.3f}};
         all.push_back({"aChurchInTheHillsIsABuilding", s, "MARK_STRUCTURE"});
