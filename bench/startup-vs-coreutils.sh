@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Start-up of the short lumaro-cli commands against the smallest tool that does the same job, each pair measured
-# by hyperfine in one run (warm runs, medians): --help and list of 1,000 files vs ls, tags vs getfattr, fav list
-# (empty store) and fav add of one picture vs the sqlite3 shell, trash vs gio trash; and index --help, a heavy
-# command, for the price of handing over to lumaro-cli-heavy.
+# in one run, interleaved (warm runs, medians, bench/side_by_side.py): --help and list of 1,000 files vs ls, tags
+# vs getfattr, fav list (empty store) and fav add of one picture vs the sqlite3 shell, trash vs gio trash; and
+# index --help, a heavy command, for the price of handing over to lumaro-cli-heavy.
 set -euo pipefail
 build=${1:-build/release}
+here=$(cd "$(dirname "$0")" && pwd)
 cli="$build/cli/lumaro-cli"
 runs=${RUNS:-30}
 work=$(mktemp -d)
@@ -25,19 +26,16 @@ pairs=(
   "list 1000|$cli list --quiet $work/folder|ls $work/folder"
   "tags|$cli tags --quiet $work/tagged.jpg|getfattr --only-values -n user.xdg.tags $work/tagged.jpg"
   "fav list|$cli fav list --quiet|sqlite3 $db 'SELECT file_path FROM favourites WHERE is_favour = 1 ORDER BY updated_at DESC;'"
-  "fav add|$cli fav add --quiet $work/tagged.jpg|sqlite3 $db 'UPDATE favourites SET is_favour = 1, updated_at = unixepoch() WHERE file_path = ''$work/tagged.jpg'';'"
+  "fav add|$cli fav add --quiet $work/tagged.jpg|sqlite3 $db \"UPDATE favourites SET is_favour = 1, updated_at = unixepoch() WHERE file_path = '$work/tagged.jpg';\""
   "trash|$cli trash --quiet $work/trashed/f|gio trash $work/trashed/f"
   "index --help|$cli index --help|ls $work"
 )
+echo "load: $(cut -d' ' -f1-3 /proc/loadavg), runs: $runs (medians, interleaved)"
 printf '%-14s %10s %10s %7s\n' command lumaro-cli peer ratio
 for pair in "${pairs[@]}"; do
   IFS='|' read -r name ours peer <<< "$pair"
   command -v "${peer%% *}" > /dev/null || { printf '%-14s (peer %s not installed)\n' "$name" "${peer%% *}"; continue; }
-  hyperfine -N --style none --warmup 3 --runs "$runs" --prepare "touch $work/trashed/f" \
-    --export-json "$work/h.json" "$ours" "$peer" > /dev/null 2>&1
-  python3 - "$work/h.json" "$name" <<'PY'
-import json, sys
-ours, peer = (r["median"] * 1000 for r in json.load(open(sys.argv[1]))["results"])
-print(f"{sys.argv[2]:<14} {ours:8.1f}ms {peer:8.1f}ms {ours / peer:7.2f}")
-PY
+  prepare=""
+  [[ $name == trash ]] && prepare="touch $work/trashed/f"
+  python3 "$here/side_by_side.py" "$name" "$runs" "$ours" "$peer" "$prepare"
 done

@@ -4,6 +4,7 @@
 #include "platform/files/FileNameCodec.h"
 
 #include "cli/FolderArgument.h"
+#include "cli/front/LineEscape.h"
 #include "platform/Log.h"
 
 #include <QJsonDocument>
@@ -194,24 +195,9 @@ QString escapedForLine(const QString& name)
         });
     if (plain)
         return name;
-    QString out;
-    out.reserve(name.size());
-    for (qsizetype i = 0; i < name.size(); ++i) {
-        const QChar c = name.at(i);
-        if (c == QLatin1Char('\\'))
-            out += QStringLiteral("\\\\");
-        else if (c == QLatin1Char('\n'))
-            out += QStringLiteral("\\n");
-        else if (c == QLatin1Char('\t'))
-            out += QStringLiteral("\\t");
-        else if (c.unicode() < 0x20 || c.unicode() == 0x7f)
-            out += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
-        else if (platform::FileNameCodec::isRawByteAt(name, i)) // a byte that is not UTF-8
-            out += QStringLiteral("\\x%1").arg(c.unicode() - 0xDC00, 2, 16, QLatin1Char('0'));
-        else
-            out += c;
-    }
-    return out;
+    const QByteArray bytes = platform::FileNameCodec::encode(name);
+    return QString::fromStdString(
+        escapedLineBytes(std::string_view(bytes.constData(), size_t(bytes.size()))));
 }
 
 } // namespace lumaro::cli

@@ -2,22 +2,25 @@
 // The one list of lumaro-cli commands, in the order `lumaro-cli --help` shows them. Included more than once,
 // each time with LIGHT and HEAVY defined to what the includer needs (declarations, table rows): no guard.
 //
-// LIGHT(name, summary, run): runs inside `lumaro-cli` itself, which loads only Qt Core, SQLite and the C
+// LIGHT(name, summary, run): runs inside `lumaro-cli-light`, which loads only Qt Core, SQLite and the C
 //   library, and so starts in a few milliseconds: for what a script calls per file (list, trash, tags, fav).
 // HEAVY(name, summary, run): needs a decoder, EXIF or analysis library (Qt Gui, libjpeg-turbo, exiv2,
 //   libraw, libheif, OpenCV, Tesseract), whose loading alone costs tens of milliseconds; `lumaro-cli` hands
 //   it over to `lumaro-cli-heavy` (the same front end with every command linked in) by exec.
 //
-// EXIF(name, summary, run): reads or writes EXIF and XMP (exiv2) but decodes no picture: `lumaro-cli` hands it
-//   over to `lumaro-cli-exif`, which loads exiv2 beside Qt Core and SQLite, not the decoders and analysis
+// EXIF(name, summary, run): reads or writes EXIF and XMP (exiv2) but decodes no picture: `lumaro-cli` hands
+//   it over to `lumaro-cli-exif`, which loads exiv2 beside Qt Core and SQLite, not the decoders and analysis
 //   libraries, whose loading alone (hundreds of milliseconds from a cold disk) would be most of an import.
 //
-// SPLIT(name, summary, lightRun, heavyRun): `lumaro-cli` runs lightRun, which returns handOverToHeavy for
-//   what needs a heavy library (tags --toggle writes the XMP sidecar with exiv2); lumaro-cli-heavy runs
-//   heavyRun.
+// SPLIT(name, summary, lightRun, heavyRun): `lumaro-cli-light` runs lightRun, which returns
+//   handOverToHeavy for what needs a heavy library (tags --toggle writes the XMP sidecar with exiv2);
+//   lumaro-cli-heavy runs heavyRun.
 //
 // PAINTING(name, summary, run): a heavy command that paints (a PDF needs fonts): lumaro-cli-heavy makes a
 //   QGuiApplication for it, on the offscreen platform.
+//
+// lumaro-cli, the Qt-free front end, reads this list too (cli/front/CommandDirectory.cpp): it hands each
+// command to the program of its kind; only a plain `list` and the overview it answers itself.
 //
 // A new command: one line here, its file in the matching list of cli/CMakeLists.txt (light, exif or heavy). A
 // light command that starts needing a heavy library fails the `LightCommands` test: move its line to HEAVY.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Built three times: into `lumaro-cli` (exif and heavy commands without a run function, so their libraries are
-// never linked), with LUMARO_CLI_EXIF_SIDE into `lumaro-cli-exif` (light and exif commands) and with
-// LUMARO_CLI_HEAVY_SIDE into `lumaro-cli-heavy` (every command runs in-process).
+// Built three times: into `lumaro-cli-light` (exif and heavy commands without a run function, so their
+// libraries are never linked), with LUMARO_CLI_EXIF_SIDE into `lumaro-cli-exif` (light and exif commands) and
+// with LUMARO_CLI_HEAVY_SIDE into `lumaro-cli-heavy` (every command runs in-process).
 #include "cli/Commands.h"
 
 namespace lumaro::cli {

@@ -12,8 +12,8 @@ namespace lumaro::cli {
 
 using RunCommand = int (*)(const QStringList& arguments);
 
-// Returned by a command's light half in `lumaro-cli` for work only `lumaro-cli-heavy` can do: main() hands
-// the whole command line over, before anything was done. Never a process exit code.
+// Returned by a command's light half in `lumaro-cli-light` for work only `lumaro-cli-heavy` can do: main()
+// hands the whole command line over, before anything was done. Never a process exit code.
 constexpr int handOverToHeavy = -1;
 
 struct Command
@@ -21,7 +21,7 @@ struct Command
     QString name;
     QString summary;
     // Takes the words after the command's name; returns the process exit code (ExitCode.h). Null in
-    // `lumaro-cli` for a heavy command: main() hands it over to `lumaro-cli-heavy`.
+    // `lumaro-cli-light` for a heavy command: main() hands it over to `lumaro-cli-heavy`.
     RunCommand run = nullptr;
     // Paints (a PDF needs fonts), so lumaro-cli-heavy makes a QGuiApplication, on the offscreen platform, for
     // it.

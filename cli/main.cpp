@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// lumaro-cli COMMAND [options]: Lumaro's batch tools, without a window. Built twice from this file:
-// `lumaro-cli` runs the light commands itself and hands the heavy ones to `lumaro-cli-heavy` (see
-// cli/CommandTable.h).
+// The programs behind lumaro-cli's front end (cli/front/FrontMain.cpp), built three times from this file:
+// `lumaro-cli-light` runs the light commands itself and hands the others to `lumaro-cli-exif` or
+// `lumaro-cli-heavy` (see cli/CommandTable.h); each also runs when started directly.
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
+#include "cli/front/CommandDirectory.h"
 
 #include "platform/files/FileNameCodec.h"
 #include "platform/process/ProcessHandOver.h"
@@ -24,11 +25,7 @@ namespace {
 void printOverview()
 {
     QTextStream& out = standardOutput();
-    out << "Usage: lumaro-cli COMMAND [options]\n\nLumaro's batch tools for picture folders.\n\nCommands:\n";
-    for (const Command& command : commands())
-        out << "  " << command.name.leftJustified(10) << command.summary << "\n";
-    out << "\nRun 'lumaro-cli COMMAND --help' for a command's options.\n"
-           "Exit codes: 0 all went well, 1 some items failed, 2 bad usage or bad input.\n";
+    out << QString::fromStdString(commandOverview());
     out.flush();
 }
 

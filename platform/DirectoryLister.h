@@ -2,6 +2,8 @@
 // Fast listing of one folder's direct entries, as the desktop shows them (no dot-names, none named in .hidden).
 #pragma once
 
+#include "platform/files/VisibleEntries.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -12,7 +14,7 @@ namespace lumaro::platform {
 
 struct DirectoryEntry
 {
-    enum class Kind { file, directory, other };
+    using Kind = VisibleEntry::Kind;
 
     QByteArray nativeName; // the name's bytes as on disk: byte order of UTF-8 is code-point order
     Kind kind = Kind::other;
@@ -20,8 +22,7 @@ struct DirectoryEntry
     QString name() const;
 };
 
-// Reads the folder with readdir, using the entry type the file system reports and asking stat only when it
-// reports none or the entry is a link (links count as what they point to). Thread-safe, blocking.
+// VisibleEntries in Qt's types: the rules are those of VisibleEntries::read. Thread-safe, blocking.
 class DirectoryLister
 {
 public:

@@ -2,6 +2,7 @@
 #include "platform/FolderAccessToken.h"
 
 #include "platform/files/FileNameCodec.h"
+#include "platform/files/VisibleEntries.h"
 
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -66,8 +67,7 @@ std::optional<ResolvedFolder> FolderAccessToken::resolve(const QByteArray& token
 
 bool FolderAccessToken::startAccess(const QString& folder)
 {
-    const QByteArray native = FileNameCodec::encode(folder);
-    return identityOf(folder).has_value() && ::access(native.constData(), R_OK | X_OK) == 0;
+    return VisibleEntries::isListableFolder(FileNameCodec::encode(folder).constData());
 }
 
 void FolderAccessToken::stopAccess(const QString&)

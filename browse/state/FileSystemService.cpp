@@ -2,6 +2,7 @@
 #include "browse/state/FileSystemService.h"
 
 #include "browse/state/FolderContents.h"
+#include "browse/state/PictureFolderListing.h"
 
 #include "platform/files/FileNameCodec.h"
 
@@ -13,7 +14,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <array>
+#include <cstring>
 
 namespace lumaro::browse {
 
@@ -24,7 +25,12 @@ using platform::Log;
 
 namespace {
 
-const QString kTag = QStringLiteral("FileSystemService");
+QString text(std::string_view utf8)
+{
+    return QString::fromUtf8(utf8.data(), qsizetype(utf8.size()));
+}
+
+const QString kTag = text(FolderListingLog::tag);
 
 // Sorted by the names' bytes: for UTF-8 that is plain code-point order, case-sensitive, not numeric.
 QStringList sortedNames(std::vector<QByteArray>& names)
@@ -47,19 +53,13 @@ QStringList joinedWith(const QString& folder, const QStringList& names)
     return paths;
 }
 
-// The lower-cased suffix after the last dot is one of the eleven. Runs once per directory entry, so it compares
-// bytes in place instead of building lower-cased copies.
-constexpr std::array<QByteArrayView, 11> kPictureExtensions{"jpg", "jpeg", "png", "heic", "heif", "tiff",
-                                                            "tif", "bmp",  "gif", "webp", "cr2"};
-
-bool hasPictureSuffix(const QByteArray& name)
+QStringList decodedNames(const std::vector<std::string>& names)
 {
-    const qsizetype dot = name.lastIndexOf('.');
-    if (dot <= 0)
-        return false;
-    const QByteArrayView suffix = QByteArrayView(name).sliced(dot + 1);
-    return std::any_of(kPictureExtensions.begin(), kPictureExtensions.end(),
-                       [&suffix](QByteArrayView candidate) { return suffix.compare(candidate, Qt::CaseInsensitive) == 0; });
+    QStringList decoded;
+    decoded.reserve(qsizetype(names.size()));
+    for (const std::string& name : names)
+        decoded << platform::FileNameCodec::decode(QByteArray::fromStdString(name));
+    return decoded;
 }
 
 } // namespace
@@ -74,8 +74,8 @@ const QStringList& FileSystemService::pictureExtensions()
 {
     static const QStringList extensions = [] {
         QStringList list;
-        for (QByteArrayView extension : kPictureExtensions)
-            list << QString::fromLatin1(extension);
+        for (std::string_view extension : PictureFolderListing::extensions)
+            list << text(extension);
         return list;
     }();
     return extensions;
@@ -83,7 +83,7 @@ const QStringList& FileSystemService::pictureExtensions()
 
 bool FileSystemService::isPictureName(const QString& fileName)
 {
-    return hasPictureSuffix(platform::FileNameCodec::encode(fileName));
+    return PictureFolderListing::isPictureName(platform::FileNameCodec::encode(fileName).toStdString());
 }
 
 QStringList FileSystemService::loadImageFiles(const QString& folder) const
@@ -93,7 +93,7 @@ QStringList FileSystemService::loadImageFiles(const QString& folder) const
 
 QStringList FileSystemService::loadImageFileNames(const QString& folder) const
 {
-    Log::line(kTag, QStringLiteral("开始加载文件夹: ") + folder);
+    Log::line(kTag, text(FolderListingLog::loading) + folder);
     if (!FolderAccessToken::startAccess(folder))
         Log::line(kTag, QStringLiteral("无法访问文件夹，可能需要权限"));
     QString error;
@@ -103,26 +103,26 @@ QStringList FileSystemService::loadImageFileNames(const QString& folder) const
         Log::line(kTag, QStringLiteral("加载图像文件失败: ") + error);
         return {};
     }
-    Log::line(kTag, QStringLiteral("文件夹中共有 %1 个项目").arg(contents->entryCount));
-    Log::line(kTag, QStringLiteral("过滤后找到 %1 个图像文件").arg(contents->pictures.size()));
+    Log::line(kTag, text(FolderListingLog::entriesBefore) + QString::number(contents->entryCount) +
+                        text(FolderListingLog::entriesAfter));
+    Log::line(kTag, text(FolderListingLog::picturesBefore) + QString::number(contents->pictures.size()) +
+                        text(FolderListingLog::picturesAfter));
     return contents->pictures;
 }
 
 // Here rather than in a file of its own: it shares the listing rules (suffixes, order) of this file.
 std::optional<FolderContents> FolderContents::read(const QString& folder, QString* error)
 {
-    const auto entries = DirectoryLister::listVisible(folder, error);
-    if (!entries)
+    int errorNumber = 0;
+    const auto listing =
+        PictureFolderListing::read(platform::FileNameCodec::encode(folder).constData(), &errorNumber);
+    if (!listing) {
+        if (error)
+            *error = QString::fromLocal8Bit(std::strerror(errorNumber));
         return std::nullopt;
-    std::vector<QByteArray> pictures;
-    std::vector<QByteArray> folders;
-    for (const DirectoryEntry& entry : *entries) {
-        if (entry.kind == DirectoryEntry::Kind::file && hasPictureSuffix(entry.nativeName))
-            pictures.push_back(entry.nativeName);
-        else if (entry.kind == DirectoryEntry::Kind::directory)
-            folders.push_back(entry.nativeName);
     }
-    return FolderContents{sortedNames(pictures), joinedWith(folder, sortedNames(folders)), qsizetype(entries->size())};
+    return FolderContents{decodedNames(listing->pictures), joinedWith(folder, decodedNames(listing->folders)),
+                          qsizetype(listing->entryCount)};
 }
 
 QStringList FileSystemService::loadImageFiles(const QByteArray& folderToken, const QString& fallbackPath) const

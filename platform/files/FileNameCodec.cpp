@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/files/FileNameCodec.h"
 
+#include "platform/files/Utf8Sequence.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <optional>
@@ -14,38 +16,6 @@ namespace lumaro::platform {
 namespace {
 
 constexpr char16_t kEscapeBase = 0xDC00; // byte b (0x80…0xFF) ↔ U+DC00 + b
-
-// Length of the valid UTF-8 sequence at `at`, or 0 when the bytes there are not one (overlong forms,
-// surrogates and code points past U+10FFFF are not valid).
-int validSequenceAt(const unsigned char* bytes, qsizetype size, qsizetype at)
-{
-    const unsigned char lead = bytes[at];
-    if (lead < 0x80)
-        return 1;
-    int length = 0;
-    char32_t minimum = 0;
-    char32_t code = 0;
-    if ((lead & 0xE0) == 0xC0) {
-        length = 2, minimum = 0x80, code = lead & 0x1F;
-    } else if ((lead & 0xF0) == 0xE0) {
-        length = 3, minimum = 0x800, code = lead & 0x0F;
-    } else if ((lead & 0xF8) == 0xF0) {
-        length = 4, minimum = 0x10000, code = lead & 0x07;
-    } else {
-        return 0;
-    }
-    if (at + length > size)
-        return 0;
-    for (int i = 1; i < length; ++i) {
-        const unsigned char next = bytes[at + i];
-        if ((next & 0xC0) != 0x80)
-            return 0;
-        code = (code << 6) | (next & 0x3F);
-    }
-    if (code < minimum || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
-        return 0;
-    return length;
-}
 
 // An escape is a lone low surrogate in U+DC80…U+DCFF; one that follows a high surrogate is half of a real
 // character (📷 is U+D83D U+DCF7).
@@ -77,7 +47,7 @@ QString FileNameCodec::decode(const QByteArray& native)
     qsizetype runStart = 0;
     qsizetype at = 0;
     while (at < size) {
-        const int length = validSequenceAt(bytes, size, at);
+        const int length = utf8SequenceLength(bytes, size_t(size), size_t(at));
         if (length > 0) {
             at += length;
             continue;

@@ -2,6 +2,8 @@
 #include "platform/files/HiddenList.h"
 
 #include "platform/RegularFileReader.h"
+#include "platform/files/FileNameCodec.h"
+#include "platform/files/VisibleEntries.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -9,6 +11,9 @@
 
 #include <algorithm>
 #include <optional>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace lumaro::platform {
 
@@ -24,20 +29,22 @@ QString listPath(const QString& folder)
 std::vector<QByteArray> HiddenList::parse(const QByteArray& content)
 {
     std::vector<QByteArray> names;
-    for (const QByteArray& line : content.split('\n')) {
-        QByteArray name = line.trimmed();
-        if (!name.isEmpty())
-            names.push_back(std::move(name));
-    }
-    std::sort(names.begin(), names.end());
-    names.erase(std::unique(names.begin(), names.end()), names.end());
+    for (const std::string& name :
+         VisibleEntries::parseHiddenList(std::string_view(content.constData(), size_t(content.size()))))
+        names.push_back(QByteArray::fromStdString(name));
     return names;
 }
 
 std::vector<QByteArray> HiddenList::names(const QString& folder)
 {
-    const std::optional<QByteArray> content = RegularFileReader::read(listPath(folder), maxBytes);
-    return content ? parse(*content) : std::vector<QByteArray>();
+    const int fd = ::open(FileNameCodec::encode(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return {};
+    std::vector<QByteArray> names;
+    for (const std::string& name : VisibleEntries::hiddenNames(fd))
+        names.push_back(QByteArray::fromStdString(name));
+    ::close(fd);
+    return names;
 }
 
 bool HiddenList::add(const QString& folder, const QByteArray& name)

@@ -3,6 +3,8 @@
 // convention GTK and KDE honour). Read by the listing, added to when the app makes its `_index` folder.
 #pragma once
 
+#include "platform/files/VisibleEntries.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -15,7 +17,7 @@ namespace lumaro::platform {
 class HiddenList
 {
 public:
-    static constexpr qint64 maxBytes = 1 << 20;
+    static constexpr qint64 maxBytes = VisibleEntries::maxHiddenListBytes;
 
     // The names listed, sorted, each once; a line's surrounding blanks (a "\r" of a file edited on Windows)
     // are not part of the name.

@@ -14,8 +14,13 @@ namespace lumaro::testing {
 
 CliResult runCli(const QStringList& arguments)
 {
+    return runProgram(QStringLiteral(LUMARO_CLI_PATH), arguments);
+}
+
+CliResult runProgram(const QString& program, const QStringList& arguments)
+{
     QProcess process;
-    process.setProgram(QStringLiteral(LUMARO_CLI_PATH));
+    process.setProgram(program);
     process.setArguments(arguments);
     // QProcess passes arguments through QFile::encodeName, which loses bytes that are not UTF-8: such
     // arguments go through a file of NUL-ended byte strings that bash hands on unchanged.
@@ -23,7 +28,7 @@ CliResult runCli(const QStringList& arguments)
     if (std::any_of(arguments.cbegin(), arguments.cend(), &platform::FileNameCodec::hasRawBytes)) {
         if (!bytes.open())
             return {};
-        bytes.write(QByteArray(LUMARO_CLI_PATH) + '\0');
+        bytes.write(platform::FileNameCodec::encode(program) + '\0');
         for (const QString& argument : arguments)
             bytes.write(platform::FileNameCodec::encode(argument) + '\0');
         bytes.flush();

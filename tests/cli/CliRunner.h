@@ -18,7 +18,10 @@ struct CliResult
     QString errText() const { return QString::fromUtf8(err); }
 };
 
+// Runs lumaro-cli, the front end every user and script calls.
 CliResult runCli(const QStringList& arguments);
+// Runs one of the programs behind it (lumaro-cli-light, -exif, -heavy) directly.
+CliResult runProgram(const QString& program, const QStringList& arguments);
 
 bool runningAsRoot();
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// lumaro-cli loads only what its light commands call: every decoder or analysis library on its list of needed
-// libraries would cost each `list`, `trash`, `tags` and `fav` its loading time, tens of milliseconds.
+// lumaro-cli loads no library at all (Qt Core with ICU and GLib costs more than listing 1,000 pictures), and
+// lumaro-cli-light only what its light commands call: every decoder or analysis library on its list of needed
+// libraries would cost each `trash`, `tags` and `fav` its loading time, tens of milliseconds.
 #include "tests/cli/CliRunner.h"
 
 #include "platform/XattrTagStore.h"
@@ -12,6 +13,9 @@
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -31,9 +35,17 @@ QStringList neededLibraries(const QString& program)
 
 } // namespace
 
-TEST(LightCommands, LumaroCliLoadsNoDecoderOrAnalysisLibrary)
+TEST(LightCommands, LumaroCliLoadsNeitherQtNorSqlite)
 {
-    const QStringList needed = neededLibraries(QStringLiteral(LUMARO_CLI_PATH));
+    for (const QString& library : neededLibraries(QStringLiteral(LUMARO_CLI_PATH))) {
+        for (const char* slow : {"libQt6", "libicu", "libglib", "libsqlite3"})
+            EXPECT_FALSE(library.startsWith(QLatin1String(slow))) << library.toStdString();
+    }
+}
+
+TEST(LightCommands, LumaroCliLightLoadsNoDecoderOrAnalysisLibrary)
+{
+    const QStringList needed = neededLibraries(QStringLiteral(LUMARO_CLI_LIGHT_PATH));
     ASSERT_TRUE(needed.contains(QStringLiteral("libQt6Core.so.6")))
         << "readelf gave: " << needed.join(QLatin1Char(' ')).toStdString();
     for (const char* heavy : {"libQt6Gui", "libopencv", "libtesseract", "libleptonica", "libheif", "libraw",
@@ -67,14 +79,16 @@ TEST(LightCommands, HeavyCommandIsHandedOverWithItsArgumentsAndExitCode)
         << result.errText().toStdString();
 }
 
-// lumaro-cli alone, without its helper anywhere it looks: reading tags must not need it, a toggle (which
-// writes the XMP sidecar) must, and must change nothing when the helper cannot be started.
+// lumaro-cli and lumaro-cli-light without lumaro-cli-heavy anywhere they look: reading tags must not need it,
+// a toggle (which writes the XMP sidecar) must, and must change nothing when it cannot be started.
 TEST(LightCommands, TagsAreReadWithoutTheHelperAndAToggleIsHandedOver)
 {
     lumaro::testing::TempFolder space;
     const QString alone = space.filePath(QStringLiteral("bin/lumaro-cli"));
     QDir().mkpath(space.filePath(QStringLiteral("bin")));
     ASSERT_TRUE(QFile::copy(QStringLiteral(LUMARO_CLI_PATH), alone));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(LUMARO_CLI_LIGHT_PATH),
+                            space.filePath(QStringLiteral("bin/lumaro-cli-light"))));
     const QString picture = space.writePicture(QStringLiteral("IMG_1.jpg"));
     QString error;
     ASSERT_TRUE(lumaro::platform::XattrTagStore::shared().setTags(picture, {QStringLiteral("red")}, &error))
@@ -98,4 +112,30 @@ TEST(LightCommands, TagsAreReadWithoutTheHelperAndAToggleIsHandedOver)
     EXPECT_EQ(lumaro::platform::XattrTagStore::shared().tags(picture, &error),
               QStringList{QStringLiteral("red")});
     EXPECT_FALSE(space.exists(QStringLiteral("IMG_1.xmp")));
+}
+
+// Without lumaro-cli-light, lumaro-cli still answers --help and lists a folder, and says what is missing for
+// the rest instead of failing silently.
+TEST(LightCommands, TheFrontEndAloneListsAndNamesAMissingHelper)
+{
+    lumaro::testing::TempFolder space;
+    const QString alone = space.filePath(QStringLiteral("bin/lumaro-cli"));
+    QDir().mkpath(space.filePath(QStringLiteral("bin")));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(LUMARO_CLI_PATH), alone));
+    const QString folder = space.makeFolder(QStringLiteral("pictures"));
+    space.write(QStringLiteral("pictures/IMG_1.jpg"));
+    space.write(QStringLiteral("pictures/two\nlines\\.png"));
+    const QByteArray raw = QFile::encodeName(folder) + "/caf\xe9.jpg";
+    ASSERT_EQ(::close(::open(raw.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644)), 0);
+
+    EXPECT_EQ(lumaro::testing::runProgram(alone, {QStringLiteral("--help")}).exitCode, 0);
+    const auto listed =
+        lumaro::testing::runProgram(alone, {QStringLiteral("list"), QStringLiteral("-q"), folder});
+    EXPECT_EQ(listed.exitCode, 0) << listed.errText().toStdString();
+    EXPECT_EQ(listed.outText(), QStringLiteral("IMG_1.jpg\ncaf\\xe9.jpg\ntwo\\nlines\\\\.png\n"));
+    const auto favourites =
+        lumaro::testing::runProgram(alone, {QStringLiteral("fav"), QStringLiteral("list")});
+    EXPECT_EQ(favourites.exitCode, 2);
+    EXPECT_TRUE(favourites.errText().contains(QLatin1String("cannot start lumaro-cli-light")))
+        << favourites.errText().toStdString();
 }

@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 using namespace lumaro::testing;
 
 TEST(CliList, PrintsThePicturesInBrowsingOrder)
@@ -94,4 +97,57 @@ TEST(Cli, HelpExitsZeroAndNamesTheCommands)
     EXPECT_EQ(listHelp.exitCode, 0);
     EXPECT_TRUE(listHelp.outText().contains(QStringLiteral("Usage: lumaro-cli list")));
     EXPECT_EQ(runCli({}).exitCode, 2);
+}
+
+// lumaro-cli lists a plain folder itself, without Qt; lumaro-cli-light lists it through FileSystemService.
+// Both must print the same bytes for names that are hard to print: raw bytes, controls, links, hidden
+// entries.
+class CliListFrontEnd : public ::testing::TestWithParam<QStringList>
+{
+};
+
+TEST_P(CliListFrontEnd, PrintsWhatTheLightProgramPrints)
+{
+    TempFolder folder;
+    const QByteArray root = QFile::encodeName(folder.path()) + '/';
+    for (const QByteArray& name :
+         {QByteArray("b.jpg"), QByteArray("B.JPEG"), QByteArray("IMG_10.jpg"), QByteArray("IMG_9.Cr2"),
+          QByteArray("back\\slash.jpg"), QByteArray("tab\tand\nnewline.png"),
+          QByteArray("ctl\x01 del\x7f.gif"), QByteArray("c1 \xc2\x85.webp"),
+          QByteArray("\xf0\x9f\x93\xb7.heic"), QByteArray("caf\xe9.jpg"), QByteArray("over\xc0\xaflong.tif"),
+          QByteArray("half\xed\xa0\x80.tiff"), QByteArray("cut\xe6\x97.bmp"), QByteArray("hidden.jpg"),
+          QByteArray(".dot.jpg"), QByteArray("notes.txt"), QByteArray("noext")}) {
+        const int fd = ::open(QByteArray(root + name).constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644);
+        ASSERT_GE(fd, 0) << name.toStdString();
+        ::close(fd);
+    }
+    folder.write(QStringLiteral(".hidden"), QByteArrayLiteral("hidden.jpg\r\n"));
+    folder.makeFolder(QStringLiteral("folder.jpg"));
+    ASSERT_EQ(::symlink("b.jpg", QByteArray(root + "link.jpg").constData()), 0);
+    ASSERT_EQ(::symlink("gone.jpg", QByteArray(root + "dangling.jpg").constData()), 0);
+
+    const QStringList arguments =
+        QStringList{QStringLiteral("list")} + GetParam() + QStringList{folder.path()};
+    const CliResult front = runCli(arguments);
+    const CliResult light = runProgram(QStringLiteral(LUMARO_CLI_LIGHT_PATH), arguments);
+    EXPECT_EQ(front.exitCode, 0) << front.errText().toStdString();
+    EXPECT_EQ(front.exitCode, light.exitCode);
+    EXPECT_EQ(front.out, light.out);
+    EXPECT_EQ(front.err, light.err);
+    EXPECT_TRUE(front.out.contains("IMG_10.jpg")) << front.out.toStdString();
+    EXPECT_FALSE(front.out.contains("hidden.jpg"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Options, CliListFrontEnd,
+                         ::testing::Values(QStringList{}, QStringList{QStringLiteral("-q")},
+                                           QStringList{QStringLiteral("-q"), QStringLiteral("-0")},
+                                           QStringList{QStringLiteral("--null"), QStringLiteral("--quiet")},
+                                           QStringList{QStringLiteral("--json"), QStringLiteral("-q")}));
+
+TEST(Cli, TheOverviewIsTheSameFromEveryProgram)
+{
+    const CliResult front = runCli({QStringLiteral("--help")});
+    EXPECT_EQ(front.out, runProgram(QStringLiteral(LUMARO_CLI_LIGHT_PATH), {QStringLiteral("--help")}).out);
+    EXPECT_TRUE(front.outText().contains(QStringLiteral("  histogram The tone histogram")));
+    EXPECT_TRUE(front.outText().endsWith(QStringLiteral("2 bad usage or bad input.\n")));
 }
