@@ -18,6 +18,8 @@ echo "== app: open folder to first screen of thumbnails vs decoding them alone"
 bash "$here/first-screen.sh" "$build"
 echo "== lumaro-cli index vs the analysis models alone (100 × 24 MP)"
 bash "$here/vision-index.sh" "$build"
+echo "== lumaro-cli index: peak memory and CPU per picture (40 × 24 MP)"
+bash "$here/vision-memory.sh" "$build"
 echo "== pose: ms per 24 MP picture (decode, person search + MoveNet, rules) and the rules alone"
 "$build/bench/pose_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 echo "== favourites: toggle latency, loading 50,000 records"

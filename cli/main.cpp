@@ -9,6 +9,9 @@
 
 #include "platform/files/FileNameCodec.h"
 #include "platform/process/ProcessHandOver.h"
+#ifdef LUMARO_CLI_HEAVY_SIDE
+#include "platform/process/HeapMemory.h"
+#endif
 
 #include <QCoreApplication>
 #ifdef LUMARO_CLI_HEAVY_SIDE
@@ -75,6 +78,12 @@ std::unique_ptr<QCoreApplication> makeApplication(const Command* command, int& a
 
 int main(int argc, char* argv[])
 {
+#ifdef LUMARO_CLI_HEAVY_SIDE
+    // The heavy commands decode and analyse on several threads at once (their workers and the network
+    // libraries' pools), each of which got a heap of its own that kept its own high-water mark: one heap for
+    // the whole process held the peak of `index` on two processors about 90 MB lower at the same speed.
+    lumaro::platform::limitHeapArenas(1);
+#endif
     // Decoded here rather than by Qt, which turns a file name that is not UTF-8 into U+FFFD.
     QStringList arguments;
     for (int i = 1; i < argc; ++i)

@@ -8,6 +8,7 @@
 
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
+#include "platform/process/HeapMemory.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -56,12 +57,13 @@ private:
     int m_pending = 0;
 };
 
-// The one analyser of a run, shared by its workers: made on first need and destroyed with the run. A factory
-// that failed is tried again by the next picture.
+// The one analyser of a run, shared by its workers: made on first need and released when the workers are
+// done. A factory that failed is tried again by the next picture.
 class SharedAnalyzer
 {
 public:
     explicit SharedAnalyzer(VisionIndexService::AnalyzerFactory make) : m_make(std::move(make)) {}
+    ~SharedAnalyzer() { release(); }
 
     VisionPictureAnalyzer* get()
     {
@@ -69,6 +71,18 @@ public:
         if (!m_analyzer)
             m_analyzer = m_make();
         return m_analyzer.get();
+    }
+
+    // The models and their networks' working memory (hundreds of MB) go back to the system, not only to the
+    // heap: blocks the workers allocated since, such as the results, would otherwise hold the freed pages
+    // in the process, and the window stayed that large after a run.
+    void release()
+    {
+        std::lock_guard lock(m_mutex);
+        if (!m_analyzer)
+            return;
+        m_analyzer.reset();
+        platform::giveBackFreedMemory();
     }
 
 private:
@@ -222,6 +236,7 @@ VisionIndexRunResult VisionIndexService::run(const QString& folder, const QStrin
         });
     }
     group.wait();
+    analyzer.release();
     outcome.decodeSeconds = double(times.decode.load()) / 1e9;
     outcome.classificationSeconds = double(times.classification.load()) / 1e9;
     outcome.objectsSeconds = double(times.objects.load()) / 1e9;

@@ -2,9 +2,9 @@
 // The installed PP-OCR text reader across pictures of both orientations.
 #include "platform/vision/TextRecognizer.h"
 
+#include "tests/support/ResidentMemory.h"
 #include "tests/support/TempFolder.h"
 
-#include <QFile>
 #include <QFont>
 #include <QFontMetrics>
 #include <QPainter>
@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 
 namespace {
+
+using lumaro::testing::residentBytes;
 
 QImage pageOf(QSize size)
 {
@@ -38,18 +40,6 @@ QImage lineOf(const QString& text)
     painter.setPen(QColor(30, 30, 30));
     painter.drawText(40, 110, text);
     return picture;
-}
-
-qint64 residentBytes()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').value(0).toLongLong() * 1024;
-    }
-    return 0;
 }
 
 // The real line reader on the shared models; skipped, with the reason, where they are not beside the checkout.

@@ -9,6 +9,7 @@
 #include "platform/NotificationCenter.h"
 
 #include "tests/support/LogCapture.h"
+#include "tests/support/ResidentMemory.h"
 #include "tests/support/TempFolder.h"
 #include "tests/vision/FakeVisionBackends.h"
 
@@ -300,6 +301,47 @@ TEST(VisionIndexService, TheWorkersShareOneAnalyserOneBackendCallAtATimeReleased
     EXPECT_EQ(made.load(), 1); // four pictures admitted at a time, one set of models
     EXPECT_EQ(mostInside.load(), 1);
     EXPECT_EQ(alive.load(), 0);
+}
+
+// A model's working memory as the analysis leaves it in the heap: many blocks, each followed by a small one
+// that outlives the run (as a picture's result does), so freeing the blocks alone shrinks no heap.
+class HeapHoldingClassifier final : public lumaro::platform::SceneClassifier
+{
+public:
+    HeapHoldingClassifier(std::vector<std::unique_ptr<char[]>>& outliving)
+    {
+        constexpr size_t kBlock = 64 << 10;
+        for (int i = 0; i < 2400; ++i) { // 150 MB
+            m_blocks.emplace_back(new char[kBlock]);
+            std::fill_n(m_blocks.back().get(), kBlock, char(i));
+            outliving.emplace_back(new char[32]);
+        }
+    }
+    lumaro::platform::SceneClassification classify(const QImage&) override { return {}; }
+
+private:
+    std::vector<std::unique_ptr<char[]>> m_blocks;
+};
+
+TEST(VisionIndexService, TheAnalysersMemoryGoesBackToTheSystemWhenTheRunEnds)
+{
+    if (lumaro::testing::kHeapIsSanitized)
+        GTEST_SKIP() << "the address sanitizer keeps freed blocks in a quarantine of its own";
+    TempFolder folder;
+    const QStringList names{QFileInfo(folder.writePicture(QStringLiteral("p.png"))).fileName()};
+    std::vector<std::unique_ptr<char[]>> outliving;
+    VisionIndexService service(
+        [&] {
+            VisionBackends backends;
+            backends.classifier = std::make_unique<HeapHoldingClassifier>(outliving);
+            return std::make_unique<VisionPictureAnalyzer>(std::move(backends));
+        },
+        2);
+    const qint64 before = lumaro::testing::residentBytes();
+    ASSERT_EQ(service.run(folder.path(), names).results.size(), 1);
+    const qint64 kept = lumaro::testing::residentBytes() - before;
+    // The outliving blocks keep one page each, about 10 MB; the freed 150 MB must not stay.
+    EXPECT_LT(kept, 40 << 20) << kept / (1 << 20) << " MB kept after the run";
 }
 
 TEST(VisionIndexService, ACancelledRunWritesNothing)
