@@ -9,21 +9,35 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <filesystem>
+
 namespace lumaro::fuzz {
 
 namespace {
 
+// A temporary folder removed by its bytes: inputs write names that are not UTF-8, which QTemporaryDir
+// cannot remove.
+struct ScratchFolder
+{
+    QTemporaryDir dir;
+    ~ScratchFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(QFile::encodeName(dir.path()).toStdString(), ignored);
+    }
+};
+
 QTemporaryDir& scratch()
 {
-    static QTemporaryDir dir;
-    return dir;
+    static ScratchFolder folder;
+    return folder.dir;
 }
 
 // Apart from the scratch folder, which is emptied between inputs.
 QTemporaryDir& home()
 {
-    static QTemporaryDir dir;
-    return dir;
+    static ScratchFolder folder;
+    return folder.dir;
 }
 
 } // namespace
@@ -58,15 +72,10 @@ QString FuzzScratch::write(const QString& relative, const QByteArray& data)
 
 void FuzzScratch::clear()
 {
-    QDir dir(path());
-    for (const QString& name :
-         dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)) {
-        const QString full = dir.filePath(name);
-        if (QFileInfo(full).isDir() && !QFileInfo(full).isSymLink())
-            QDir(full).removeRecursively();
-        else
-            QFile::remove(full);
-    }
+    std::error_code ignored;
+    for (const auto& entry :
+         std::filesystem::directory_iterator(QFile::encodeName(path()).toStdString(), ignored))
+        std::filesystem::remove_all(entry.path(), ignored);
 }
 
 } // namespace lumaro::fuzz
