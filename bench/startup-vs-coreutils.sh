@@ -7,7 +7,7 @@
 set -euo pipefail
 build=${1:-build/release}
 here=$(cd "$(dirname "$0")" && pwd)
-cli="$build/cli/lumaro-cli"
+cli=${LUMARO_CLI:-$build/cli/lumaro-cli} # LUMARO_CLI: another program to time, lumaro-cli-light for one
 runs=${RUNS:-30}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
