@@ -8,10 +8,13 @@
 // kReadableStep grey levels off the picture). With FONTS, every stamp is drawn in one of the font files
 // there instead of Noto CJK (a held-out set in fonts the reader was never tuned on). With "varied" after
 // FONTS, stamps also sit farther in from the edges (1–6 % of the height, as apps that inset their mark) and
-// a quarter of them are grey or black instead of white.
-//   watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES [FONTS [varied]]
+// a quarter of them are grey or black instead of white. With "resaved" there too ("varied,resaved"), every
+// picture is then handled as a platform serves it: most downscaled to 1080 or 720 pixels on the long side,
+// and recompressed once or twice at JPEG quality 60–85.
+//   watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES [FONTS [varied][,resaved]]
 #include "tests/support/WatermarkStamp.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFontDatabase>
@@ -45,6 +48,27 @@ int stampStep(const QImage& before, const QImage& after)
     return steps[steps.size() * 9 / 10];
 }
 
+// `picture` as a platform serves it again: maybe smaller, recompressed once or twice. The last quality is
+// the one the file is saved at.
+QImage resaved(QImage picture, QRandomGenerator& random, int& quality)
+{
+    if (const int size = int(random.bounded(3)); size < 2) {
+        const int longSide = size == 0 ? 1080 : 720;
+        if (std::max(picture.width(), picture.height()) > longSide)
+            picture = picture.scaled(longSide, longSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    }
+    const int generations = 1 + int(random.bounded(2));
+    for (int i = 0; i < generations; ++i) {
+        quality = 60 + int(random.bounded(26));
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        picture.save(&buffer, "JPEG", quality);
+        picture.loadFromData(bytes, "JPEG");
+    }
+    return picture;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -53,11 +77,13 @@ int main(int argc, char** argv)
     QGuiApplication app(argc, argv);
     if (argc < 6 || argc > 8) {
         std::fprintf(
-            stderr, "usage: watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES [FONTS [varied]]\n");
+            stderr, "usage: watermark_set_maker BACKGROUNDS OUT SEED POSTERS-FILE COPIES [FONTS [varied][,resaved]]\n");
         return 2;
     }
     QStringList families;
-    const bool varied = argc == 8 && QByteArray(argv[7]) == "varied";
+    const QList<QByteArray> modes = argc == 8 ? QByteArray(argv[7]).split(',') : QList<QByteArray>();
+    const bool varied = modes.contains("varied");
+    const bool resave = modes.contains("resaved");
     if (argc >= 7) {
         const QDir fonts(QString::fromLocal8Bit(argv[6]));
         for (const QString& file : fonts.entryList({"*.ttf", "*.ttc", "*.otf"}, QDir::Files, QDir::Name))
@@ -123,8 +149,11 @@ int main(int argc, char** argv)
                 faint = stampStep(picture.convertToFormat(QImage::Format_RGB32), stamped) < kReadableStep;
                 picture = stamped;
             }
+            int quality = 90;
+            if (resave)
+                picture = resaved(picture, random, quality);
             const QString file = QStringLiteral("saved_%1.jpg").arg(++n, 3, 10, QLatin1Char('0'));
-            picture.save(out.filePath(file), "JPEG", 90);
+            picture.save(out.filePath(file), "JPEG", quality);
             truth << file << '\t' << identifier << (faint ? "\tfaint" : "") << '\n';
         }
     }

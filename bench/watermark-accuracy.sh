@@ -4,20 +4,24 @@
 # pictures made by watermark_set_maker: tuned/ (the photos of ../shared/models/test-images, posters of
 # watermark-set/posters-tuned.tsv) and heldout/ (other photos, other posters, another seed), and the time.
 # "readable" leaves out the stamps no person could read either (white on white without a shadow).
-#   watermark-accuracy.sh BUILD_DIR HELDOUT_PHOTOS [SET_DIR] [FRESH] [NEW]
+#   watermark-accuracy.sh BUILD_DIR HELDOUT_PHOTOS [SET_DIR] [FRESH] [NEW] [RESAVED]
 # HELDOUT_PHOTOS: photos gathered by watermark-photos.sh; the reader has since been tuned on their failures.
 # FRESH: photos and fonts gathered by watermark-fresh-photos.sh, stamped with the posters of
 # posters-fresh.tsv and another seed: the set the reader was never tuned on. Only its counts are printed, not
 # its pictures: looking at its failures would make it a tuning set. NEW: photos and fonts gathered by
 # watermark-new-photos.sh, stamped in the maker's varied mode with posters-new.tsv and seed 61: held out the
-# same way, made after the fresh set had been looked at. SETS="tuned heldout fresh new" picks the sets.
+# same way, made after the fresh set had been looked at. RESAVED: photos and fonts gathered by
+# watermark-resaved-photos.sh, stamped with posters-resaved.tsv and seed 89 in the varied mode, then
+# downscaled and recompressed as platforms serve pictures: held out the same way, made after the new set had
+# been looked at. SETS="tuned heldout fresh new resaved" picks the sets.
 set -euo pipefail
 build=$1
 heldout_photos=$2
 set_dir=${3:-/tmp/lumaro-watermark-set}
 fresh=${4:-}
 new=${5:-}
-sets=${SETS:-tuned heldout${fresh:+ fresh}${new:+ new}}
+resaved=${6:-}
+sets=${SETS:-tuned heldout${fresh:+ fresh}${new:+ new}${resaved:+ resaved}}
 here=$(cd "$(dirname "$0")" && pwd)
 models=${LUMARO_MODELS_DIR:-$here/../../shared/models}
 export LUMARO_MODELS_DIR=$models
@@ -30,6 +34,8 @@ for set in $sets; do
     heldout) "$maker" "$heldout_photos" "$set_dir/heldout" 7 "$here/watermark-set/posters-heldout.tsv" 3 ;;
     fresh) "$maker" "$fresh/photos" "$set_dir/fresh" 23 "$here/watermark-set/posters-fresh.tsv" 3 "$fresh/fonts" ;;
     new) "$maker" "$new/photos" "$set_dir/new" 61 "$here/watermark-set/posters-new.tsv" 4 "$new/fonts" varied ;;
+    resaved) "$maker" "$resaved/photos" "$set_dir/resaved" 89 "$here/watermark-set/posters-resaved.tsv" 4 \
+        "$resaved/fonts" varied,resaved ;;
     esac 2>/dev/null
     mv "$set_dir/$set/truth.tsv" "$set_dir/$set.truth.tsv"
     start=$(date +%s.%N)
@@ -58,7 +64,7 @@ print(f"{name}: {right}/{len(stamped)} identifiers right ({100 * right / max(1, 
       f"{len(wrong)} pictures given a wrong identifier, {len(missed)} stamps not read, "
       f"{len(truth) - len(stamped)} clean; "
       f"{seconds:.1f} s for {len(truth)} pictures ({seconds / max(1, len(truth)):.2f} s each)")
-if name not in ('fresh', 'new'):
+if name not in ('fresh', 'new', 'resaved'):
     for f in wrong:
         print(f"  wrong: {f}: {got[f]!r} for {truth[f]!r}")
     for f in missed:
