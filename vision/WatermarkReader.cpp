@@ -4,6 +4,7 @@
 #include "platform/vision/LocalContrast.h"
 #include "platform/vision/TextRecognizer.h"
 
+#include <QRegularExpression>
 #include <QSet>
 
 #include <algorithm>
@@ -18,6 +19,7 @@ struct WatermarkReader::Candidate
     QRect firstRegion;
     bool enhanced = false; // read off the contrast-raised copy
     QRectF line;           // the line it was read from, in the picture's pixels; empty when not known
+    bool onlyUnderscoresUnsure = false; // read unsure of no character of the identifier but its "_"
 };
 
 // One reading of one region: the identifiers read sure of every character, and the lines that may be a
@@ -72,6 +74,25 @@ bool isBetter(const Candidate& a, const Candidate& b)
            b.identifier.kind != WatermarkIdentifier::Kind::number;
 }
 
+// The characters of the identifier in `line` the reader gave less than `surest` (the "@" and an ID line's key
+// left out); none when the reader cannot tell.
+QString unsureCharacters(const QString& line, const QList<float>& confidences,
+                         const WatermarkIdentifier& found, float surest)
+{
+    if (confidences.size() != line.size())
+        return {};
+    const QString name =
+        found.kind == WatermarkIdentifier::Kind::handle ? found.identifier.mid(1) : found.identifier;
+    const QString folded = line.normalized(QString::NormalizationForm_KC).toLower();
+    const qsizetype at = folded.size() == line.size() ? folded.lastIndexOf(name) : -1;
+    const qsizetype from = at < 0 ? 0 : at, to = at < 0 ? line.size() : at + name.size();
+    QString unsure;
+    for (qsizetype i = from; i < to; ++i)
+        if (confidences[i] < surest)
+            unsure += line[i];
+    return unsure;
+}
+
 // The reader's least sure character of the identifier in `line` (the "@" and an ID line's key left out: they
 // name no poster); 1 when the reader cannot tell.
 float weakestCharacter(const QString& line, const QList<float>& confidences, const WatermarkIdentifier& found)
@@ -124,8 +145,15 @@ RegionReading collect(const platform::TextRecognition& text, const QRect& region
         const std::optional<WatermarkIdentifier> found = WatermarkIdentifier::find(text.lines[i]);
         const QList<float> confidences = text.characterConfidences.value(i);
         if (!found || weakestCharacter(text.lines[i], confidences, *found) < surest) {
-            if (mayBeStamp(text.lines[i]))
-                out.doubtful << Candidate{found.value_or(WatermarkIdentifier{}), 1, region, enhanced, line};
+            if (mayBeStamp(text.lines[i])) {
+                Candidate doubtful{found.value_or(WatermarkIdentifier{}), 1, region, enhanced, line};
+                if (found) {
+                    const QString unsure = unsureCharacters(text.lines[i], confidences, *found, surest);
+                    doubtful.onlyUnderscoresUnsure =
+                        !unsure.isEmpty() && unsure.count(QLatin1Char('_')) == unsure.size();
+                }
+                out.doubtful << doubtful;
+            }
             continue;
         }
         if (seenHere.contains(found->identifier))
@@ -170,17 +198,26 @@ bool restores(const WatermarkIdentifier& longer, const WatermarkIdentifier& shor
     return true;
 }
 
+// Whether a line ends with an ID line's key and no account after it ("ID:", "抖音号：").
+bool endsWithKey(const QString& line)
+{
+    static const QRegularExpression key(QStringLiteral("(?:(?<![A-Za-z])U?I[Dd]|号)\\s*:?$"));
+    return key.match(line.normalized(QString::NormalizationForm_KC).trimmed()).hasMatch();
+}
+
 // The line after `first` on the same text line, close enough to be the rest of the same stamp: the detector
 // splits a line where a "_" leaves a gap between letters ("@光影" "Studio"). -1 when none.
 qsizetype restOfLine(const platform::TextRecognition& text, qsizetype first)
 {
     const QRect& a = text.boxes[first];
+    // Seen large, the detector also splits an ID line at the space after its key ("ID:" "1029384756").
+    const double widest = endsWithKey(text.lines[first]) ? 2.0 : 0.8;
     for (qsizetype j = 0; j < text.boxes.size() && j < text.lines.size(); ++j) {
         const QRect& b = text.boxes[j];
         const int overlap = std::min(a.bottom(), b.bottom()) - std::max(a.top(), b.top());
         const int gap = b.left() - a.right();
         if (j != first && overlap >= 0.6 * std::min(a.height(), b.height()) && gap >= -a.height() / 2 &&
-            gap <= 0.8 * std::max(a.height(), b.height()))
+            gap <= widest * std::max(a.height(), b.height()))
             return j;
     }
     return -1;
@@ -216,7 +253,87 @@ void readPadded(platform::TextRecognizer& reader, const QImage& source, platform
     }
 }
 
+// Whether no line of `reading` holds an identifier other than a part of `identifier`.
+bool onlyPartsOf(const RegionReading& reading, const QString& identifier)
+{
+    const auto part = [&](const Candidate& c) { return identifier.contains(c.identifier.identifier); };
+    return std::all_of(reading.sure.begin(), reading.sure.end(), part) &&
+           std::all_of(reading.doubtful.begin(), reading.doubtful.end(), part);
+}
+
+// Whether two boxes are the same line read twice: they share most of the smaller one.
+bool sameLine(const QRectF& a, const QRectF& b)
+{
+    if (a.isEmpty() || b.isEmpty())
+        return false;
+    const QRectF shared = a.intersected(b);
+    const double smaller = std::min(a.width() * a.height(), b.width() * b.height());
+    return shared.width() * shared.height() >= 0.5 * smaller;
+}
+
+// Letters standing fewer grey levels than this off their ground are not seen by a person or the reader.
+constexpr int kUnseenStep = 12;
+
+// The grey levels of `area` of `picture`, sorted.
+QList<int> greysOf(const QImage& picture, const QRect& area)
+{
+    QList<int> greys;
+    greys.reserve(qsizetype(area.width()) * area.height());
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+        for (int x = area.left(); x <= area.right(); ++x)
+            greys << qGray(row[x]);
+    }
+    std::sort(greys.begin(), greys.end());
+    return greys;
+}
+
+// Whether more of a line's stamp could stand right after it unseen: a stamp whose end runs onto a ground
+// as light as its letters may go on there ("ID: 630182" of "ID: 63018274", its "74" white on a white wall),
+// and what was read is only its first part. Platforms stamp white (or black) letters at some opacity; how
+// opaque they are is told by how far the letters stand off the line's own ground, and from that how far
+// they would stand off the ground after the line.
+bool mayGoOnUnseen(const QImage& upright, const QRectF& line)
+{
+    const QRect box = line.toAlignedRect() & upright.rect();
+    if (box.width() < 2 || box.height() < 2)
+        return false;
+    const int h = box.height();
+    const QRect after =
+        QRect(box.right() + 1, box.top() + h / 4, h * 3 / 2, std::max(1, h / 2)) & upright.rect();
+    if (after.width() < h / 2) // the picture ends there
+        return false;
+    const QImage rgb = upright.format() == QImage::Format_RGB32 || upright.format() == QImage::Format_ARGB32
+                           ? upright
+                           : upright.convertToFormat(QImage::Format_RGB32);
+    const QList<int> tones = greysOf(rgb, box);
+    const double low = tones[tones.size() * 3 / 100], middle = tones[tones.size() / 2],
+                 high = tones[tones.size() * 97 / 100];
+    if (high - low < kUnseenStep) // no letters to tell the stamp's tone by
+        return false;
+    const QList<int> beyond = greysOf(rgb, after);
+    const double ground = beyond[beyond.size() / 2];
+    // The letters are the tone standing farther off the line's middle one, its ground.
+    const bool light = high - middle >= middle - low;
+    const double opacity =
+        light ? (high - middle) / std::max(1.0, 255 - middle) : (middle - low) / std::max(1.0, middle);
+    const double step = std::min(1.0, opacity) * (light ? 255 - ground : ground);
+    return step < kUnseenStep;
+}
+
 } // namespace
+
+WatermarkReader::RegionReading WatermarkReader::collected(const platform::TextRecognition& text,
+                                                          const QRect& region, QSize picture, QSize enlarged,
+                                                          bool enhanced, float surest)
+{
+    RegionReading reading = collect(text, region, picture, enlarged, enhanced, surest);
+    for (const QList<Candidate>* found : {&reading.sure, &reading.doubtful})
+        for (const Candidate& c : *found)
+            if (!c.identifier.identifier.isEmpty() && !c.line.isEmpty())
+                m_seen << c;
+    return reading;
+}
 
 WatermarkReader::WatermarkReader(std::unique_ptr<platform::TextRecognizer> recognizer, Enhancer enhance)
     : m_recognizer(std::move(recognizer)), m_enhance(std::move(enhance))
@@ -240,6 +357,7 @@ WatermarkReading WatermarkReader::read(const QImage& upright)
         return reading;
     }
     QList<Candidate> candidates, doubtful;
+    m_seen.clear();
     int failedRegions = 0;
     const QList<QRect> regions = regionsOf(upright.size());
     for (const bool enhanced : {false, true}) {
@@ -258,19 +376,24 @@ WatermarkReading WatermarkReader::read(const QImage& upright)
             readPadded(*m_recognizer, source, text);
             reading.lines << text.lines;
             RegionReading found =
-                collect(text, region, upright.size(), source.size(), enhanced, kMinCharacterConfidence);
+                collected(text, region, upright.size(), source.size(), enhanced, kMinCharacterConfidence);
             merge(found.sure, candidates);
             doubtful << found.doubtful;
         }
     }
     if (failedRegions < 2 * regions.size())
         reading.error.clear();
+    std::optional<Candidate> taken;
     if (!candidates.isEmpty()) {
         const Candidate& best = *std::min_element(candidates.begin(), candidates.end(), isBetter);
-        reading.found = best.regions >= 2 ? std::optional(best.identifier) : confirmed(upright, best);
+        taken = best.regions >= 2 ? std::optional(best) : confirmed(upright, best);
     } else {
-        reading.found = closerLook(upright, doubtful);
+        taken = closerLook(upright, doubtful);
     }
+    // A picture sorted to the wrong poster is worse than one left where it is: an identifier some reading
+    // of its line read otherwise, or whose end may go on unseen, is not taken.
+    if (taken && agreed(*taken) && !mayGoOnUnseen(upright, taken->line))
+        reading.found = taken->identifier;
     return reading;
 }
 
@@ -298,6 +421,15 @@ struct LineLook
 };
 constexpr LineLook kLooks[] = {{1.5, 5.0, 0.75, 64.0}, {2.5, 7.0, 1.25, 96.0}};
 
+// Whether `reading` holds `identifier` read sure of every character but maybe its "_".
+bool holdsUnderscored(const RegionReading& reading, const QString& identifier)
+{
+    const auto same = [&](const Candidate& c) { return c.identifier.identifier == identifier; };
+    return std::any_of(reading.sure.begin(), reading.sure.end(), same) ||
+           std::any_of(reading.doubtful.begin(), reading.doubtful.end(),
+                       [&](const Candidate& c) { return same(c) && c.onlyUnderscoresUnsure; });
+}
+
 bool holds(const RegionReading& reading, const QString& identifier)
 {
     const auto same = [&](const Candidate& c) { return c.identifier.identifier == identifier; };
@@ -319,7 +451,7 @@ WatermarkReader::RegionReading WatermarkReader::lookAt(const QImage& upright, co
     const QImage source = prepared(upright, region, scale, at.enhanced);
     platform::TextRecognition text = m_recognizer->recognize(source);
     readPadded(*m_recognizer, source, text);
-    return collect(text, region, upright.size(), source.size(), at.enhanced, kMinCharacterConfidence);
+    return collected(text, region, upright.size(), source.size(), at.enhanced, kMinCharacterConfidence);
 }
 
 bool WatermarkReader::bandConfirms(const QImage& upright, const Candidate& best)
@@ -328,34 +460,35 @@ bool WatermarkReader::bandConfirms(const QImage& upright, const Candidate& best)
     const QImage source =
         prepared(upright, region, enlargementFor(region.size()) * kConfirmationScale, best.enhanced);
     return holds(
-        collect(m_recognizer->recognize(source), region, upright.size(), source.size(), best.enhanced, 0.f),
+        collected(m_recognizer->recognize(source), region, upright.size(), source.size(), best.enhanced, 0.f),
         best.identifier.identifier);
 }
 
-std::optional<WatermarkIdentifier> WatermarkReader::confirmed(const QImage& upright, const Candidate& best)
+std::optional<WatermarkReader::Candidate> WatermarkReader::confirmed(const QImage& upright,
+                                                                     const Candidate& best)
 {
     // No box to look at closer: the whole band again at another enlargement.
     if (best.line.isEmpty())
-        return bandConfirms(upright, best) ? std::optional(best.identifier) : std::nullopt;
+        return bandConfirms(upright, best) ? std::optional(best) : std::nullopt;
     const RegionReading first = lookAt(upright, best, 0);
     // A longer identifier read sure where the short one was: the short one was the first part of the stamp,
     // and the long one must be read the same at the second look too.
     for (const Candidate& longer : first.sure)
         if (restores(longer.identifier, best.identifier))
-            return holds(lookAt(upright, best, 1), longer.identifier.identifier)
-                       ? std::optional(longer.identifier)
-                       : std::nullopt;
+            return holds(lookAt(upright, best, 1), longer.identifier.identifier) ? std::optional(longer)
+                                                                                 : std::nullopt;
     // The first reading was sure of every character; this one has only to say the same. A closer look that
-    // found no line there at all (the detector misses a line it sees large that it found small) says
-    // nothing either way: the band is read again instead.
+    // read no other identifier there (no line at all: the detector misses a line it sees large that it
+    // found small; only a part of it, its crop cutting the line; a "_" seen as a space) says nothing either
+    // way: the band is read again instead.
     if (holds(first, best.identifier.identifier) ||
-        (first.sure.isEmpty() && first.doubtful.isEmpty() && bandConfirms(upright, best)))
-        return best.identifier;
+        (onlyPartsOf(first, best.identifier.identifier) && bandConfirms(upright, best)))
+        return best;
     return std::nullopt;
 }
 
-std::optional<WatermarkIdentifier> WatermarkReader::closerLook(const QImage& upright,
-                                                               const QList<Candidate>& doubtful)
+std::optional<WatermarkReader::Candidate> WatermarkReader::closerLook(const QImage& upright,
+                                                                      const QList<Candidate>& doubtful)
 {
     QList<QRectF> looked;
     for (const Candidate& line : doubtful) {
@@ -367,9 +500,26 @@ std::optional<WatermarkIdentifier> WatermarkReader::closerLook(const QImage& upr
         const RegionReading first = lookAt(upright, line, 0);
         // One identifier read sure of every character, read the same again at the second look.
         if (first.sure.size() == 1 && holds(lookAt(upright, line, 1), first.sure[0].identifier.identifier))
-            return first.sure[0].identifier;
+            return first.sure[0];
+        // A "_" is a thin low stroke the reader is seldom sure of: a line whose "_" alone was read unsure is
+        // taken when both closer looks read the same, sure of every other character.
+        const QString& name = line.identifier.identifier;
+        if (line.onlyUnderscoresUnsure && first.sure.isEmpty() && holdsUnderscored(first, name) &&
+            holdsUnderscored(lookAt(upright, line, 1), name))
+            return line;
     }
     return std::nullopt;
+}
+
+bool WatermarkReader::agreed(const Candidate& taken) const
+{
+    const QString& name = taken.identifier.identifier;
+    return std::all_of(m_seen.begin(), m_seen.end(), [&](const Candidate& other) {
+        const QString& read = other.identifier.identifier;
+        // Another line, this one read again, a part of it cut off by a box, or it with a "_" not seen.
+        return !sameLine(taken.line, other.line) || read == name || name.contains(read) ||
+               restores(taken.identifier, other.identifier);
+    });
 }
 
 } // namespace lumaro::vision

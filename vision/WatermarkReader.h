@@ -15,6 +15,7 @@
 
 namespace lumaro::platform {
 class TextRecognizer;
+struct TextRecognition;
 }
 
 namespace lumaro::vision {
@@ -34,7 +35,9 @@ struct WatermarkReading
 // change). An identifier seen in one band only must be read the same again from that band at another
 // enlargement: a misread character rarely repeats at another scale, and a picture sorted to the wrong poster
 // is worse than one left where it is. For the same reason an identifier one of whose characters the reader
-// was unsure of is not taken at all.
+// was unsure of is not taken at all, but for a "_" read the same by both closer looks. Nor is an identifier
+// another reading of its line read otherwise ("@夏日汽水" and "@夏目汽水"), or one whose line ends onto a
+// ground as light as its letters (or as dark), where more of the stamp could go on unseen.
 class WatermarkReader
 {
 public:
@@ -64,15 +67,20 @@ public:
 private:
     QImage prepared(const QImage& upright, const QRect& region, double scale, bool enhanced) const;
     // The identifier to take for the best candidate read in one band only, after a closer look at its line.
-    std::optional<WatermarkIdentifier> confirmed(const QImage& upright, const Candidate& best);
+    std::optional<Candidate> confirmed(const QImage& upright, const Candidate& best);
     // The identifier in one of the lines read unsure, when closer looks at it read it sure.
-    std::optional<WatermarkIdentifier> closerLook(const QImage& upright, const QList<Candidate>& doubtful);
+    std::optional<Candidate> closerLook(const QImage& upright, const QList<Candidate>& doubtful);
+    // Whether every reading of the line `taken` was read from says the same as it, or less.
+    bool agreed(const Candidate& taken) const;
+    RegionReading collected(const platform::TextRecognition& text, const QRect& region, QSize picture,
+                            QSize enlarged, bool enhanced, float surest);
     // Whether the band `best` was read in, read again at another enlargement, says the same.
     bool bandConfirms(const QImage& upright, const Candidate& best);
     RegionReading lookAt(const QImage& upright, const Candidate& at, int look);
 
     std::unique_ptr<platform::TextRecognizer> m_recognizer;
     Enhancer m_enhance;
+    QList<Candidate> m_seen; // every identifier read while reading one picture, sure or not
 };
 
 } // namespace lumaro::vision

@@ -3,6 +3,8 @@
 
 #include "platform/vision/TextRecognizer.h"
 
+#include <QPainter>
+
 #include <gtest/gtest.h>
 
 using namespace lumaro::vision;
@@ -223,7 +225,7 @@ TEST(WatermarkReader, ACloserLookPutsBackWhatTheFirstReadingDroppedButNothingEls
     }
 }
 
-TEST(WatermarkReader, ALineReadUnsureIsTakenOnlyWhenTwoCloserLooksReadItSure)
+TEST(WatermarkReader, ALineReadUnsureIsTakenOnlyWhenTwoCloserLooksReadItSureButForItsUnderscore)
 {
     struct Case
     {
@@ -235,7 +237,9 @@ TEST(WatermarkReader, ALineReadUnsureIsTakenOnlyWhenTwoCloserLooksReadItSure)
     const QString unsure = QStringLiteral("@marco_v");
     const Case cases[] = {
         {"@marco_v", {}, "@marco_v", "@marco_v"},
-        {"@marco_v", {0.95f, 0.95f, 0.95f, 0.95f, 0.95f, 0.95f, 0.6f, 0.95f}, "@marco_v", ""},
+        // Only its "_" unsure again, the second look sure: a thin low stroke, read the same three times.
+        {"@marco_v", {0.95f, 0.95f, 0.95f, 0.95f, 0.95f, 0.95f, 0.6f, 0.95f}, "@marco_v", "@marco_v"},
+        {"@marco_v", {0.95f, 0.95f, 0.95f, 0.6f, 0.95f, 0.95f, 0.95f, 0.95f}, "@marco_v", ""}, // a letter
         {"@marco_v", {}, "@marcov", ""},
         {"@marco v", {}, "@marco v", ""}, // still a space: which of "_" or "." is not known
     };
@@ -275,4 +279,120 @@ TEST(WatermarkReader, AStampsLineIsReadAgainPaddedAndJoinedWithTheRestOfItsLine)
     ASSERT_FALSE(fake.m_lineSizes.isEmpty());
     EXPECT_GE(fake.m_lineSizes[0].width(), 260); // both boxes and their padding
     EXPECT_GE(fake.m_lineSizes[0].height(), 50);
+}
+
+TEST(WatermarkReader, AnIdentifierIsTakenOnlyWhenNoReadingOfItsLineReadAnotherOne)
+{
+    struct Case
+    {
+        const char* plain;    // the bottom band, one character read unsure
+        const char* enhanced; // the contrast-raised bottom band, read sure, and its closer look
+        const char* found;
+    };
+    const Case cases[] = {
+        {"@夏日汽水", "@夏目汽水", ""},                  // 日 or 目: not known which
+        {"快手号：kk_20931", "快手号：kk20931", ""},     // the "_" the sure reading left out
+        {"@夏日汽水", "@夏日汽水", "@夏日汽水"},         // read the same twice
+        {"ID: 1029384", "ID: 1029384756", "1029384756"}, // the unsure one a part of it, cut off
+    };
+    for (const Case& c : cases) {
+        const QString plain = QString::fromUtf8(c.plain), enhanced = QString::fromUtf8(c.enhanced);
+        QList<TextRecognition> script{{},
+                                      lineAt(plain, 0.7, 0.9, 120, sureness(plain, plain.size() - 3, 0.5f)),
+                                      {},
+                                      lineAt(enhanced, 0.7, 0.9),
+                                      looked(enhanced)};
+        WatermarkReader reader(std::make_unique<ScriptedTextRecognizer>(script),
+                               [](const QImage& i) { return i; });
+        const WatermarkReading reading = reader.read(greyPicture());
+        EXPECT_EQ(reading.found ? reading.found->identifier : QString(), QString::fromUtf8(c.found))
+            << c.plain;
+    }
+}
+
+TEST(WatermarkReader, ACloserLookThatReadsNoOtherIdentifierLeavesItToTheBandReadAgain)
+{
+    struct Case
+    {
+        const char* look;  // the closer look at the line read sure in the bottom band
+        const char* again; // the bottom band read again at another enlargement
+        const char* found;
+    };
+    const Case cases[] = {
+        {"@sora lens", "@sora_lens", "@sora_lens"}, // the "_" seen as a space up close
+        {"@sora", "@sora_lens", "@sora_lens"},      // the crop cut the line
+        {"@sora lens", "@sara_lens", ""},           // the band not read the same again
+        {"@sara_lens", "@sora_lens", ""},           // another name up close
+    };
+    for (const Case& c : cases) {
+        QList<TextRecognition> script{{},
+                                      lineAt(QStringLiteral("@sora_lens"), 0.6, 0.8),
+                                      looked(QString::fromUtf8(c.look)),
+                                      TextRecognition{{QString::fromUtf8(c.again)}, {}}};
+        WatermarkReader reader(std::make_unique<ScriptedTextRecognizer>(script));
+        const WatermarkReading reading = reader.read(greyPicture());
+        EXPECT_EQ(reading.found ? reading.found->identifier : QString(), QString::fromUtf8(c.found))
+            << c.look;
+    }
+}
+
+TEST(WatermarkReader, AStampWhoseEndRunsOntoAGroundAsLightAsItsLettersIsNotTaken)
+{
+    struct Case
+    {
+        QColor letters, ground; // the stamp's letters over grey, and the ground right after its line
+        bool found;
+    };
+    const Case cases[] = {
+        {Qt::white, Qt::white, false}, // its end may go on white on white
+        {Qt::white, Qt::gray, true},   // more letters would show there
+        {Qt::black, Qt::black, false}, // dark letters onto a dark ground
+        {Qt::black, QColor(240, 240, 240), true},
+    };
+    for (const Case& c : cases) {
+        QImage picture = greyPicture();
+        // The line's box in the picture: the bottom band starts at 840 and is enlarged 1.2 times.
+        const QRect line(800, 940, 240, 33);
+        QPainter painter(&picture);
+        for (int x = line.left() + 4; x < line.right() - 4; x += 12)
+            painter.fillRect(QRect(x, line.top() + 6, 5, 21), c.letters);
+        painter.fillRect(QRect(line.right() + 1, line.top() - 10, 120, 53), c.ground);
+        painter.end();
+        const QString stamp = QStringLiteral("ID: 630182");
+        QList<TextRecognition> script{{}, lineAt(stamp, 0.5, 0.65), looked(stamp)};
+        WatermarkReader reader(std::make_unique<ScriptedTextRecognizer>(script));
+        EXPECT_EQ(bool(reader.read(picture).found), c.found)
+            << c.letters.name().toStdString() << " on " << c.ground.name().toStdString();
+    }
+}
+
+TEST(WatermarkReader, AnIdLinesKeyIsReadAgainWithItsAccountFartherOffThanALettersGap)
+{
+    struct Case
+    {
+        const char* first; // the detector's first box; the account's box starts `gap` line heights after it
+        double gap;
+        bool joined;
+    };
+    const Case cases[] = {
+        {"ID:", 1.5, true},                             // the space after the colon, seen large
+        {"抖音号：", 1.5, true}, {"@光影", 1.5, false}, // no key: a name and a word beside it
+        {"ID:", 2.5, false},                            // too far off to be its account
+        {"@光影", 0.5, true},                           // a "_" left out between two boxes, as before
+    };
+    for (const Case& c : cases) {
+        const int h = 40, gap = int(c.gap * h);
+        const TextRecognition split{{QString::fromUtf8(c.first), QStringLiteral("1029384756")},
+                                    {},
+                                    0.0,
+                                    {QRect(1000, 120, 100, h), QRect(1100 + gap, 120, 300, h)},
+                                    {}};
+        auto recognizer = std::make_unique<ScriptedTextRecognizer>(
+            QList<TextRecognition>{{}, split}, nullptr, QStringList{QStringLiteral("ID: 1029384756")});
+        ScriptedTextRecognizer& fake = *recognizer;
+        WatermarkReader reader(std::move(recognizer));
+        reader.read(greyPicture());
+        ASSERT_FALSE(fake.m_lineSizes.isEmpty()) << c.first;
+        EXPECT_EQ(fake.m_lineSizes[0].width() > 400 + gap, c.joined) << c.first << " " << c.gap;
+    }
 }
