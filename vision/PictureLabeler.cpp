@@ -276,7 +276,8 @@ std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
         if (screen || drawing)
             return false;
         // Walls, fences and bridges in a landscape are part of the view, unless they outweigh the land.
-        if (landscape && SceneWordTable::isOpenAir(identifier) &&
+        if (landscape && categories.contains(CategoryKey::structure) &&
+            SceneWordTable::isOpenAir(identifier) &&
             evidence.categories.value(CategoryKey::structure) <= open.landform)
             return false;
         return std::any_of(categories.begin(), categories.end(), [&](CategoryKey key) {

@@ -310,4 +310,18 @@ TEST(PictureLabeler, TwoPeopleAddThePeopleWordAndDecisiveWordsComeFirst)
     EXPECT_EQ(PictureLabeler::personCount(s), 2);
 }
 
+// The land itself stays named beside the scene words; only the wall goes.
+TEST(PictureLabeler, AValleyKeepsItsNameWhenItsWallIsLeftOut)
+{
+    PictureSignals s = photo();
+    s.imageNet = {{QStringLiteral("valley"), 0.5f},
+                  {QStringLiteral("stone_wall"), 0.5f},
+                  {QStringLiteral("cliff"), 0.1f}};
+    QStringList names;
+    for (const auto& o : PictureLabeler::labels(s))
+        names << o.identifier;
+    EXPECT_TRUE(names.contains(QStringLiteral("valley"))) << names.join(',').toStdString();
+    EXPECT_FALSE(names.contains(QStringLiteral("stone_wall")));
+}
+
 } // namespace
