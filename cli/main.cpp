@@ -6,9 +6,9 @@
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
 #include "cli/front/CommandDirectory.h"
+#include "cli/front/HelperHandOver.h"
 
 #include "platform/files/FileNameCodec.h"
-#include "platform/process/ProcessHandOver.h"
 #ifdef LUMARO_CLI_HEAVY_SIDE
 #include "platform/process/HeapMemory.h"
 #endif
@@ -41,21 +41,11 @@ const Command* findCommand(const QString& name)
     return nullptr;
 }
 
-// `helper` (lumaro-cli-exif or lumaro-cli-heavy) beside this program in a build tree, in
-// <prefix>/libexec/lumaro once installed. Returns only when neither could be started; no Qt application exists
-// yet, so the helper starts as if it had been run directly.
 int handOver(const char* helper, int argc, char* argv[])
 {
-    const QString folder = lumaro::platform::runningProgramFolder();
-    const QString name = QString::fromLatin1(helper);
-    QString reason;
-    const QStringList places{folder + QLatin1Char('/') + name,
-                             folder + QStringLiteral("/" LUMARO_CLI_HELPER_FROM_BIN "/") + name};
-    for (const QString& place : places)
-        reason = lumaro::platform::handOverProcess(place, argc, argv);
-    standardError() << "lumaro-cli: cannot start " << name << " beside " << folder << " or in "
-                    << LUMARO_CLI_HELPER_FROM_BIN << ": " << reason << "\n";
-    return exitUsage;
+    standardOutput().flush();
+    standardError().flush();
+    return handOverToHelper(helper, LUMARO_CLI_HELPER_FROM_BIN, argc, argv);
 }
 
 // Most commands need no GUI application and start faster without one; in lumaro-cli-heavy a command that

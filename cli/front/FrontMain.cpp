@@ -5,12 +5,10 @@
 // Qt Core and the ICU, GLib and PCRE libraries it needs costs more than listing a folder of 1,000 pictures.
 #include "cli/ExitCode.h"
 #include "cli/front/CommandDirectory.h"
+#include "cli/front/HelperHandOver.h"
 #include "cli/front/ListFastPath.h"
 
-#include "platform/process/ExecHandOver.h"
-
 #include <cstdio>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -24,20 +22,6 @@ int printOverview(int code)
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fflush(stdout);
     return code;
-}
-
-// `helper` beside this program in a build tree, in <prefix>/libexec/lumaro once installed. Returns only when
-// neither could be started.
-int handOver(const char* helper, int argc, char* argv[])
-{
-    const std::string folder = lumaro::platform::ownExecutableFolder();
-    int error = 0;
-    for (const std::string& place :
-         {folder + "/" + helper, folder + "/" LUMARO_CLI_HELPER_FROM_BIN "/" + helper})
-        error = lumaro::platform::execInPlace(place.c_str(), argc, argv);
-    std::fprintf(stderr, "lumaro-cli: cannot start %s beside %s or in %s: %s\n", helper, folder.c_str(),
-                 LUMARO_CLI_HELPER_FROM_BIN, std::strerror(error));
-    return exitUsage;
 }
 
 } // namespace
@@ -55,5 +39,6 @@ int main(int argc, char* argv[])
             return *code;
     }
     // An unknown command too: lumaro-cli-light words the message.
-    return handOver(command ? command->program : "lumaro-cli-light", argc, argv);
+    return handOverToHelper(command ? command->program : "lumaro-cli-light", LUMARO_CLI_HELPER_FROM_BIN, argc,
+                            argv);
 }

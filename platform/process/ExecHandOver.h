@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Handing this process over to another program, without Qt: what ProcessHandOver and lumaro-cli's Qt-free
-// front end both do.
+// Handing this process over to another program, without Qt: how lumaro-cli's front end and the programs
+// behind it leave a command to the one that runs it.
 #pragma once
 
 #include <string>

@@ -300,7 +300,7 @@ TEST(FileDeleteService, ABatchFindsItemsNamedOtherwiseAndReportsEachFile)
     putInHomeTrash(QStringLiteral("IMG 7 (2).jpg"), folder.filePath(QStringLiteral("IMG 7.jpg")), "seven");
 
     QList<DeletedFileInfo> records;
-    for (const QString name :
+    for (const QString& name :
          {QStringLiteral("IMG 7.jpg"), QStringLiteral("never.jpg"), QStringLiteral("IMG 8.jpg")})
         records << recordOf(folder.path(), name, {});
     EXPECT_EQ(service.restoreFiles(records), QList<bool>({true, false, true}));
