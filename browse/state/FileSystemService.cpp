@@ -6,7 +6,6 @@
 
 #include "platform/files/FileNameCodec.h"
 
-#include "platform/DirectoryLister.h"
 #include "platform/FolderAccessToken.h"
 #include "platform/Log.h"
 
@@ -18,8 +17,6 @@
 
 namespace lumaro::browse {
 
-using platform::DirectoryEntry;
-using platform::DirectoryLister;
 using platform::FolderAccessToken;
 using platform::Log;
 
@@ -31,17 +28,6 @@ QString text(std::string_view utf8)
 }
 
 const QString kTag = text(FolderListingLog::tag);
-
-// Sorted by the names' bytes: for UTF-8 that is plain code-point order, case-sensitive, not numeric.
-QStringList sortedNames(std::vector<QByteArray>& names)
-{
-    std::sort(names.begin(), names.end());
-    QStringList decoded;
-    decoded.reserve(qsizetype(names.size()));
-    for (const QByteArray& name : names)
-        decoded << platform::FileNameCodec::decode(name);
-    return decoded;
-}
 
 QStringList joinedWith(const QString& folder, const QStringList& names)
 {
@@ -60,6 +46,17 @@ QStringList decodedNames(const std::vector<std::string>& names)
     for (const std::string& name : names)
         decoded << platform::FileNameCodec::decode(QByteArray::fromStdString(name));
     return decoded;
+}
+
+// The folder's listing by the shared rules, or nullopt with `error` set when it cannot be read.
+std::optional<PictureFolderListing> listed(const QString& folder, QString* error)
+{
+    int errorNumber = 0;
+    auto listing =
+        PictureFolderListing::read(platform::FileNameCodec::encode(folder).constData(), &errorNumber);
+    if (!listing && error)
+        *error = QString::fromLocal8Bit(std::strerror(errorNumber));
+    return listing;
 }
 
 } // namespace
@@ -113,19 +110,15 @@ QStringList FileSystemService::loadImageFileNames(const QString& folder) const
 // Here rather than in a file of its own: it shares the listing rules (suffixes, order) of this file.
 std::optional<FolderContents> FolderContents::read(const QString& folder, QString* error)
 {
-    int errorNumber = 0;
-    const auto listing =
-        PictureFolderListing::read(platform::FileNameCodec::encode(folder).constData(), &errorNumber);
-    if (!listing) {
-        if (error)
-            *error = QString::fromLocal8Bit(std::strerror(errorNumber));
+    const auto listing = listed(folder, error);
+    if (!listing)
         return std::nullopt;
-    }
     return FolderContents{decodedNames(listing->pictures), joinedWith(folder, decodedNames(listing->folders)),
                           qsizetype(listing->entryCount)};
 }
 
-QStringList FileSystemService::loadImageFiles(const QByteArray& folderToken, const QString& fallbackPath) const
+QStringList FileSystemService::loadImageFiles(const QByteArray& folderToken,
+                                              const QString& fallbackPath) const
 {
     QString error;
     const auto resolved = FolderAccessToken::resolve(folderToken, &error);
@@ -139,20 +132,16 @@ QStringList FileSystemService::loadImageFiles(const QByteArray& folderToken, con
 QStringList FileSystemService::subfolders(const QString& parent) const
 {
     QString error;
-    const auto entries = DirectoryLister::listVisible(parent, &error);
-    if (!entries) {
+    const auto listing = listed(parent, &error);
+    if (!listing) {
         Log::line(kTag, QStringLiteral("获取子文件夹列表失败: ") + error);
         return {};
     }
-    Log::line(kTag, QStringLiteral("父目录中共有 %1 个项目").arg(entries->size()));
-    std::vector<QByteArray> names;
-    for (const DirectoryEntry& entry : *entries) {
-        if (entry.kind == DirectoryEntry::Kind::directory)
-            names.push_back(entry.nativeName);
-    }
-    const QStringList shortNames = sortedNames(names);
+    Log::line(kTag, QStringLiteral("父目录中共有 %1 个项目").arg(listing->entryCount));
+    const QStringList shortNames = decodedNames(listing->folders);
     const QStringList paths = joinedWith(parent, shortNames);
-    Log::line(kTag, QStringLiteral("找到 %1 个子文件夹: ").arg(paths.size()) + shortNames.join(QStringLiteral(", ")));
+    Log::line(kTag, QStringLiteral("找到 %1 个子文件夹: ").arg(paths.size()) +
+                        shortNames.join(QStringLiteral(", ")));
     return paths;
 }
 
@@ -187,7 +176,8 @@ QString FileSystemService::resolvePath(const QString& storedPath) const
                                                             : QDir::cleanPath(QDir(home).filePath(relative));
     Log::line(kTag, QStringLiteral("主目录: ") + home);
     Log::line(kTag, QStringLiteral("相对路径: ") + relative);
-    Log::line(kTag, QStringLiteral("路径组件: ") + resolved.split(QLatin1Char('/'), Qt::SkipEmptyParts).join(QStringLiteral(", ")));
+    Log::line(kTag, QStringLiteral("路径组件: ") +
+                        resolved.split(QLatin1Char('/'), Qt::SkipEmptyParts).join(QStringLiteral(", ")));
     Log::line(kTag, QStringLiteral("存储路径: ") + resolved);
     return resolved;
 }
