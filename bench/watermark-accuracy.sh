@@ -4,7 +4,7 @@
 # pictures made by watermark_set_maker: tuned/ (the photos of ../shared/models/test-images, posters of
 # watermark-set/posters-tuned.tsv) and heldout/ (other photos, other posters, another seed), and the time.
 # "readable" leaves out the stamps no person could read either (white on white without a shadow).
-#   watermark-accuracy.sh BUILD_DIR HELDOUT_PHOTOS [SET_DIR] [FRESH] [NEW] [RESAVED]
+#   watermark-accuracy.sh BUILD_DIR HELDOUT_PHOTOS [SET_DIR] [FRESH] [NEW] [RESAVED] [MIXED]
 # HELDOUT_PHOTOS: photos gathered by watermark-photos.sh; the reader has since been tuned on their failures.
 # FRESH: photos and fonts gathered by watermark-fresh-photos.sh, stamped with the posters of
 # posters-fresh.tsv and another seed: the set the reader was never tuned on. Only its counts are printed, not
@@ -13,7 +13,11 @@
 # same way, made after the fresh set had been looked at. RESAVED: photos and fonts gathered by
 # watermark-resaved-photos.sh, stamped with posters-resaved.tsv and seed 89 in the varied mode, then
 # downscaled and recompressed as platforms serve pictures: held out the same way, made after the new set had
-# been looked at. SETS="tuned heldout fresh new resaved" picks the sets.
+# been looked at. MIXED: photos and fonts gathered by watermark-mixed-photos.sh, stamped with posters-mixed.tsv
+# and seed 131 in the varied mode and resaved, a third kept at full size: held out the same way, made after
+# the resaved set had been looked at. degraded/ is a tuning set of small and resaved pictures: the photos of
+# tuned/, posters of posters-degraded.tsv, seed 5, stamped in the installed Noto CJK and DejaVu fonts and
+# resaved; its failures are printed. SETS="tuned heldout fresh new resaved mixed degraded" picks the sets.
 set -euo pipefail
 build=$1
 heldout_photos=$2
@@ -21,7 +25,8 @@ set_dir=${3:-/tmp/lumaro-watermark-set}
 fresh=${4:-}
 new=${5:-}
 resaved=${6:-}
-sets=${SETS:-tuned heldout${fresh:+ fresh}${new:+ new}${resaved:+ resaved}}
+mixed=${7:-}
+sets=${SETS:-tuned heldout${fresh:+ fresh}${new:+ new}${resaved:+ resaved}${mixed:+ mixed} degraded}
 here=$(cd "$(dirname "$0")" && pwd)
 models=${LUMARO_MODELS_DIR:-$here/../../shared/models}
 export LUMARO_MODELS_DIR=$models
@@ -36,6 +41,14 @@ for set in $sets; do
     new) "$maker" "$new/photos" "$set_dir/new" 61 "$here/watermark-set/posters-new.tsv" 4 "$new/fonts" varied ;;
     resaved) "$maker" "$resaved/photos" "$set_dir/resaved" 89 "$here/watermark-set/posters-resaved.tsv" 4 \
         "$resaved/fonts" varied,resaved ;;
+    mixed) "$maker" "$mixed/photos" "$set_dir/mixed" 131 "$here/watermark-set/posters-mixed.tsv" 4 "$mixed/fonts" \
+        varied,resaved ;;
+    degraded)
+        rm -rf "$set_dir/degraded-fonts" && mkdir -p "$set_dir/degraded-fonts"
+        ln -s /usr/share/fonts/opentype/noto/NotoSansCJK-{Regular,Bold}.ttc \
+            /usr/share/fonts/truetype/dejavu/DejaVuSans{,-Bold}.ttf "$set_dir/degraded-fonts/"
+        "$maker" "$models/test-images" "$set_dir/degraded" 5 "$here/watermark-set/posters-degraded.tsv" 5 \
+            "$set_dir/degraded-fonts" varied,resaved ;;
     esac 2>/dev/null
     mv "$set_dir/$set/truth.tsv" "$set_dir/$set.truth.tsv"
     start=$(date +%s.%N)
@@ -64,7 +77,7 @@ print(f"{name}: {right}/{len(stamped)} identifiers right ({100 * right / max(1, 
       f"{len(wrong)} pictures given a wrong identifier, {len(missed)} stamps not read, "
       f"{len(truth) - len(stamped)} clean; "
       f"{seconds:.1f} s for {len(truth)} pictures ({seconds / max(1, len(truth)):.2f} s each)")
-if name not in ('fresh', 'new', 'resaved'):
+if name not in ('fresh', 'new', 'resaved', 'mixed'):
     for f in wrong:
         print(f"  wrong: {f}: {got[f]!r} for {truth[f]!r}")
     for f in missed:
