@@ -147,6 +147,8 @@ RegionReading collect(const platform::TextRecognition& text, const QRect& region
         if (!found || weakestCharacter(text.lines[i], confidences, *found) < surest) {
             if (mayBeStamp(text.lines[i])) {
                 Candidate doubtful{found.value_or(WatermarkIdentifier{}), 1, region, enhanced, line};
+                if (!found) // kept to tell what this reading saw of the line ("@秋水 Photo")
+                    doubtful.identifier.text = text.lines[i];
                 if (found) {
                     const QString unsure = unsureCharacters(text.lines[i], confidences, *found, surest);
                     doubtful.onlyUnderscoresUnsure =
@@ -271,6 +273,16 @@ bool sameLine(const QRectF& a, const QRectF& b)
     return shared.width() * shared.height() >= 0.5 * smaller;
 }
 
+// Whether `line` holds `name` with a space inside it: the reader saw a gap there, where a "_" or a "." stands
+// that a reading of `name` left out ("@秋水 Photo" of "@秋水_Photo" against "@秋水photo").
+bool splitBySpace(const QString& line, const QString& name)
+{
+    const QString text = line.normalized(QString::NormalizationForm_KC).toLower();
+    QString joined = text;
+    joined.remove(QLatin1Char(' '));
+    return !text.contains(name) && joined.contains(name);
+}
+
 // Letters standing fewer grey levels than this off their ground are not seen by a person or the reader.
 constexpr int kUnseenStep = 12;
 
@@ -330,9 +342,19 @@ WatermarkReader::RegionReading WatermarkReader::collected(const platform::TextRe
     RegionReading reading = collect(text, region, picture, enlarged, enhanced, surest);
     for (const QList<Candidate>* found : {&reading.sure, &reading.doubtful})
         for (const Candidate& c : *found)
-            if (!c.identifier.identifier.isEmpty() && !c.line.isEmpty())
+            if (!c.line.isEmpty() && !(c.identifier.identifier.isEmpty() && c.identifier.text.isEmpty()))
                 m_seen << c;
     return reading;
+}
+
+void WatermarkReader::readPaddedRemembering(const QImage& source, const QRect& region, QSize picture,
+                                            bool enhanced, platform::TextRecognition& text)
+{
+    // The detector's own reading of a line is a look at it too: the padded one may leave out what it saw
+    // ("@秋水_Photo" read "@秋水Photo"), and an identifier two looks read otherwise is not taken.
+    const platform::TextRecognition detected = text;
+    readPadded(*m_recognizer, source, text);
+    collected(detected, region, picture, source.size(), enhanced, kMinCharacterConfidence);
 }
 
 WatermarkReader::WatermarkReader(std::unique_ptr<platform::TextRecognizer> recognizer, Enhancer enhance)
@@ -373,7 +395,7 @@ WatermarkReading WatermarkReader::read(const QImage& upright)
                 reading.error = text.error;
                 continue;
             }
-            readPadded(*m_recognizer, source, text);
+            readPaddedRemembering(source, region, upright.size(), enhanced, text);
             reading.lines << text.lines;
             RegionReading found =
                 collected(text, region, upright.size(), source.size(), enhanced, kMinCharacterConfidence);
@@ -450,7 +472,7 @@ WatermarkReader::RegionReading WatermarkReader::lookAt(const QImage& upright, co
     const double scale = std::clamp(how.lineHeight / h, 1.0, kMaxEnlargement);
     const QImage source = prepared(upright, region, scale, at.enhanced);
     platform::TextRecognition text = m_recognizer->recognize(source);
-    readPadded(*m_recognizer, source, text);
+    readPaddedRemembering(source, region, upright.size(), at.enhanced, text);
     return collected(text, region, upright.size(), source.size(), at.enhanced, kMinCharacterConfidence);
 }
 
@@ -516,9 +538,13 @@ bool WatermarkReader::agreed(const Candidate& taken) const
     const QString& name = taken.identifier.identifier;
     return std::all_of(m_seen.begin(), m_seen.end(), [&](const Candidate& other) {
         const QString& read = other.identifier.identifier;
-        // Another line, this one read again, a part of it cut off by a box, or it with a "_" not seen.
-        return !sameLine(taken.line, other.line) || read == name || name.contains(read) ||
-               restores(taken.identifier, other.identifier);
+        if (!sameLine(taken.line, other.line))
+            return true;
+        // A reading of the line that held no identifier agrees unless it saw a gap inside this one.
+        if (read.isEmpty())
+            return !splitBySpace(other.identifier.text, name);
+        // This one read again, a part of it cut off by a box, or it with a "_" not seen.
+        return read == name || name.contains(read) || restores(taken.identifier, other.identifier);
     });
 }
 

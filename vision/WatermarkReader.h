@@ -16,7 +16,7 @@
 namespace lumaro::platform {
 class TextRecognizer;
 struct TextRecognition;
-}
+} // namespace lumaro::platform
 
 namespace lumaro::vision {
 
@@ -74,6 +74,9 @@ private:
     bool agreed(const Candidate& taken) const;
     RegionReading collected(const platform::TextRecognition& text, const QRect& region, QSize picture,
                             QSize enlarged, bool enhanced, float surest);
+    // `text` read again padded (readPadded), what it read before remembered among the readings seen.
+    void readPaddedRemembering(const QImage& source, const QRect& region, QSize picture, bool enhanced,
+                               platform::TextRecognition& text);
     // Whether the band `best` was read in, read again at another enlargement, says the same.
     bool bandConfirms(const QImage& upright, const Candidate& best);
     RegionReading lookAt(const QImage& upright, const Candidate& at, int look);

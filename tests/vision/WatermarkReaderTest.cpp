@@ -294,6 +294,8 @@ TEST(WatermarkReader, AnIdentifierIsTakenOnlyWhenNoReadingOfItsLineReadAnotherOn
         {"快手号：kk_20931", "快手号：kk20931", ""},     // the "_" the sure reading left out
         {"@夏日汽水", "@夏日汽水", "@夏日汽水"},         // read the same twice
         {"ID: 1029384", "ID: 1029384756", "1029384756"}, // the unsure one a part of it, cut off
+        {"@秋水 Photo", "@秋水Photo", ""},               // a gap there: a "_" or "." the sure one left out
+        {"@sora lens", "@sora_lens", "@sora_lens"},      // the gap is the "_" it read
     };
     for (const Case& c : cases) {
         const QString plain = QString::fromUtf8(c.plain), enhanced = QString::fromUtf8(c.enhanced);
@@ -394,5 +396,34 @@ TEST(WatermarkReader, AnIdLinesKeyIsReadAgainWithItsAccountFartherOffThanALetter
         reader.read(greyPicture());
         ASSERT_FALSE(fake.m_lineSizes.isEmpty()) << c.first;
         EXPECT_EQ(fake.m_lineSizes[0].width() > 400 + gap, c.joined) << c.first << " " << c.gap;
+    }
+}
+
+TEST(WatermarkReader, TheDetectorsOwnReadingOfALineCountsAsALookAtIt)
+{
+    struct Case
+    {
+        const char* detected; // the bottom band's line as the detector's reading read it
+        qsizetype weak;       // its character read unsure, -1 for none
+        const char* padded;   // the same line read again padded, and each closer look at it
+        const char* found;
+    };
+    const Case cases[] = {
+        {"@秋水_Photo", 3, "@秋水Photo", ""},   // the "_" only the first reading saw
+        {"@夏目汽水", 2, "@夏日汽水", ""},      // 日 or 目: not known which
+        {"@marco", -1, "@marco_v", "@marco_v"}, // the first reading's box cut the end off
+        {"@秋水_Photo", 3, "@秋水_Photo", "@秋水_photo"},
+    };
+    for (const Case& c : cases) {
+        const QString detected = QString::fromUtf8(c.detected), padded = QString::fromUtf8(c.padded);
+        QList<TextRecognition> script{{},
+                                      lineAt(detected, 0.7, 0.9, 120, sureness(detected, c.weak, 0.6f)),
+                                      looked(padded),
+                                      looked(padded)};
+        WatermarkReader reader(
+            std::make_unique<ScriptedTextRecognizer>(script, nullptr, QStringList{padded, padded, padded}));
+        const WatermarkReading reading = reader.read(greyPicture());
+        EXPECT_EQ(reading.found ? reading.found->identifier : QString(), QString::fromUtf8(c.found))
+            << c.detected << " then " << c.padded;
     }
 }
