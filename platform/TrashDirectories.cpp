@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
 
 #include <cerrno>
 #include <cstring>
@@ -49,19 +48,29 @@ bool makeFolder(const QString& path, QString* error)
 
 } // namespace
 
+// The mount point is the highest folder above the path still on its device: found with a few stat calls,
+// where asking the mount table (QStorageInfo) read and parsed it, and listed the disks' labels, on every
+// lookup, twice per file trashed. Walked from the resolved path, so that a link into another volume is
+// placed on the volume it leads to.
 VolumeLookup systemVolumeLookup()
 {
     return [](const QString& path) -> std::optional<Volume> {
         QString existing = QFileInfo(path).absoluteFilePath();
         while (!existing.isEmpty() && !QFileInfo::exists(existing) && existing != QStringLiteral("/"))
             existing = QFileInfo(existing).absolutePath();
-        const auto info = statOf(existing);
+        const QString resolved = QFileInfo(existing).canonicalFilePath();
+        const auto info = resolved.isEmpty() ? std::nullopt : statOf(resolved);
         if (!info)
             return std::nullopt;
-        const QStorageInfo storage(existing);
-        if (!storage.isValid())
-            return std::nullopt;
-        return Volume{quint64(info->st_dev), storage.rootPath()};
+        QString top = resolved;
+        while (top != QStringLiteral("/")) {
+            const QString parent = QFileInfo(top).absolutePath();
+            const auto above = statOf(parent);
+            if (!above || above->st_dev != info->st_dev)
+                break;
+            top = parent;
+        }
+        return Volume{quint64(info->st_dev), top};
     };
 }
 

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QStorageInfo>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -191,6 +192,34 @@ VolumeLookup pretendVolume(const QString& top)
 }
 
 } // namespace
+
+// The mount table is the oracle; a link is placed on the volume it leads to, not the one it sits in.
+TEST(TrashDirectories, AVolumesTopIsItsMountPointAlsoThroughALinkAndForPathsNotYetMade)
+{
+    TempFolder folder;
+    const QString picture = folder.write(QStringLiteral("DCIM/IMG 1.JPG"));
+    const QString link = folder.filePath(QStringLiteral("to proc"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("/proc/self"), link));
+    const QString folderTop = QStorageInfo(folder.path()).rootPath();
+    struct Case
+    {
+        QString path;
+        QString top;
+    };
+    const Case cases[] = {
+        {picture, folderTop},
+        {folder.filePath(QStringLiteral("not yet/made.jpg")), folderTop},
+        {link + QStringLiteral("/status"), QStringLiteral("/proc")},
+    };
+    for (const Case& c : cases) {
+        const auto volume = systemVolumeLookup()(c.path);
+        ASSERT_TRUE(volume) << qPrintable(c.path);
+        EXPECT_EQ(volume->topDir, c.top) << qPrintable(c.path);
+    }
+    struct stat proc {};
+    ASSERT_EQ(::stat("/proc/self", &proc), 0);
+    EXPECT_EQ(systemVolumeLookup()(link)->device, quint64(proc.st_dev));
+}
 
 TEST(FreedesktopTrash, AFileOnAnotherVolumeGoesToThatVolumesTrashWithARelativePath)
 {
