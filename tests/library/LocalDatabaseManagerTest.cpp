@@ -49,6 +49,7 @@ TEST(LocalDatabaseManager, OpensInTheDataFolderCreatingItWithForeignKeysAndWal)
     EXPECT_TRUE(log.contains(kTag + QStringLiteral("✅ 数据库已打开: ") + expected));
     EXPECT_EQ(db.query(QStringLiteral("PRAGMA foreign_keys;"))->constFirst().first().toInt(), 1);
     EXPECT_EQ(db.query(QStringLiteral("PRAGMA journal_mode;"))->constFirst().first().toString(), QStringLiteral("wal"));
+    EXPECT_EQ(db.query(QStringLiteral("PRAGMA synchronous;"))->constFirst().first().toInt(), 1) << "NORMAL";
     db.close();
     EXPECT_FALSE(db.isOpen());
     EXPECT_TRUE(log.contains(kTag + QStringLiteral("✅ 数据库已关闭")));
