@@ -23,6 +23,13 @@ constexpr double kFlatAnySize = 0.45; // …of any size (a window)
 constexpr int kScreenTextLines = 3;
 constexpr int kScreenColours = 2;         // a window's bars and panels besides its page
 constexpr double kScreenTextShare = 0.01; // lines the reader located, not just words it guessed
+// Flat colours of a window's title bar, tool bars, panels and page: a drawing's few flat fills seldom come
+// with lines of text, a page of paper has its paper alone.
+constexpr int kWindowColours = 3;
+constexpr int kBrowserTextLines = 2; // a tab's title and an address around whatever the page shows
+// A JPEG's blocks blur a window's flat bars, so a saved dialog keeps less of them; what ImageNet knows
+// of screens (its "web_site" and "menu") together with that much flat says a capture.
+constexpr double kFlatJpegWindow = 0.2;
 constexpr float kSceneWordSource = 0.45f; // a label this unsure implies no scene
 constexpr double kFlatDrawing = 0.2;      // flat share of a drawing made on a computer
 constexpr float kWebSite = 0.5f;          // ImageNet's "web_site" class is screen captures of pages
@@ -36,6 +43,12 @@ constexpr float kCategoryEvidence = 0.5f;
 // is sure enough to be kept (a dog of an unsure breed, a table of mixed dishes).
 constexpr float kKindEvidence = 0.3f;
 constexpr float kKeptLabel = 0.2f; // the index keeps only labels surer than this
+// A person the object detector alone sees this small a part of the frame is a passer-by in a view of a
+// place (tourists at a monument), not what the picture is of.
+constexpr double kPasserBy = 0.005;
+// A face the person detectors do not confirm is an animal's when ImageNet is this sure of an animal: an
+// ape's or a monkey's face is found as readily as a person's.
+constexpr float kAnimalFace = 0.5f;
 
 double areaShare(const QRectF& box, const QSize& frame)
 {
@@ -59,16 +72,36 @@ bool objectPersonOverlaps(const PictureSignals& s, const QRectF& personBox)
     });
 }
 
-float bestObjectPerson(const PictureSignals& s)
+float bestObjectPerson(const PictureSignals& s, double smallestShare = 0.0)
 {
     float best = 0.f;
     if (s.objects) {
         for (const platform::DetectedObject& o : *s.objects) {
-            if (o.label == QLatin1String("person"))
+            if (o.label == QLatin1String("person") && areaShare(o.box, s.analysedSize) >= smallestShare)
                 best = std::max(best, o.score);
         }
     }
     return best;
+}
+
+float animalEvidence(const PictureSignals& s)
+{
+    float sum = 0.f;
+    for (const SceneObservation& o : s.imageNet) {
+        if (o.kind == QLatin1String("animal"))
+            sum += o.confidence;
+    }
+    return sum;
+}
+
+float screenClassEvidence(const PictureSignals& s)
+{
+    float sum = 0.f;
+    for (const SceneObservation& o : s.imageNet) {
+        if (o.identifier == QLatin1String("web_site") || o.identifier == QLatin1String("menu"))
+            sum += o.confidence;
+    }
+    return sum;
 }
 
 bool isTicket(const QStringList& lines)
@@ -162,10 +195,11 @@ int PictureLabeler::personCount(const PictureSignals& s)
                 ++count;
         }
     }
-    if (count == 0 && bestObjectPerson(s) >= kObjectPerson)
+    if (count == 0 && bestObjectPerson(s, kPasserBy) >= kObjectPerson)
         count = 1;
-    // A face alone stands for a person only in a photo: drawn faces are as large as they like.
-    if (count == 0 && !PictureLabeler::isDrawing(s)) {
+    // A face alone stands for a person only in a photo (drawn faces are as large as they like), and not
+    // on an animal: neither person detector seeing anyone there, the face is the animal's.
+    if (count == 0 && !PictureLabeler::isDrawing(s) && animalEvidence(s) < kAnimalFace) {
         for (const platform::FaceBox& face : s.faces) {
             if (areaShare(face.box, s.analysedSize) >= kFaceAlone)
                 count = 1;
@@ -193,14 +227,23 @@ float PictureLabeler::personConfidence(const PictureSignals& s)
 
 bool PictureLabeler::isScreenCapture(const PictureSignals& s)
 {
-    if (s.screen.cameraMetadata || s.textLines.size() < kScreenTextLines || s.textShare < kScreenTextShare)
+    const qsizetype lines = s.textLines.size();
+    if (s.screen.cameraMetadata || lines < kBrowserTextLines || s.textShare < kScreenTextShare)
         return false;
+    // The look of a window (bars and panels in several flat colours) outweighs what it shows: a photo
+    // opened in a program, or a page of text in a browser.
+    const bool window = s.screen.flatColours >= kWindowColours && s.screen.flatShare >= kFlatScreen;
+    if (lines < kScreenTextLines)
+        return window && s.screen.screenSize;
     const bool flat =
         s.screen.flatShare >= kFlatAnySize || (s.screen.screenSize && s.screen.flatShare >= kFlatScreen);
     const bool webPage = std::any_of(s.imageNet.begin(), s.imageNet.end(), [](const SceneObservation& o) {
         return o.identifier == QLatin1String("web_site") && o.confidence >= kWebSite;
     });
-    return (flat && s.screen.flatColours >= kScreenColours) || (webPage && s.screen.flatShare >= kFlatScreen);
+    const bool savedWindow = screenClassEvidence(s) >= kWebSite && s.screen.flatShare >= kFlatJpegWindow &&
+                             s.screen.flatColours >= kScreenColours;
+    return (flat && s.screen.flatColours >= kScreenColours) || window || savedWindow ||
+           (webPage && s.screen.flatShare >= kFlatScreen);
 }
 
 bool PictureLabeler::isDrawing(const PictureSignals& s)

@@ -10,8 +10,10 @@ namespace lumaro::vision {
 
 // Pure and thread-safe. Labels come out as observations (identifier, confidence), decisive words first:
 // - "person"/"people" when a person detector finds someone (seen from any side), a face only confirming a
-//   weak detection, or standing alone when it fills a good part of the frame;
-// - "screenshot" for a screen capture, "illustration" for a drawing: a whole-picture fact that outranks what
+//   weak detection, or standing alone when it fills a good part of the frame and no animal is sure; a
+//   person the object detector alone sees as a speck (a passer-by at a monument) is nobody;
+// - "screenshot" for a screen capture (no camera, text, and a window's flat bars and panels or what
+//   ImageNet knows of screens), "illustration" for a drawing: a whole-picture fact that outranks what
 //   the photo classifiers say about its contents, so their category words are left out;
 // - "document" when text covers enough of the picture, "票据" besides it for a ticket or receipt;
 // - scene words from the table over ImageNet and COCO labels (outdoor, landscape, sky, indoor, structure),

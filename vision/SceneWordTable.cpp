@@ -25,8 +25,9 @@ QHash<QString, QStringList> buildTable()
     add({"alp", "cliff", "valley", "volcano", "promontory", "lakeside", "seashore", "sandbar", "geyser",
          "coral_reef", "rapeseed", "hay", "dam", "breakwater"},
         {kOutdoor, kLandscape});
-    add({"canoe", "yawl", "schooner", "catamaran", "trimaran", "speedboat", "lifeboat", "paddle", "dogsled",
-         "ski", "snowmobile", "mountain_tent", "pier", "boathouse"},
+    add({"canoe", "yawl", "schooner", "pirate", "fireboat", "liner", "container_ship", "catamaran",
+         "trimaran", "speedboat", "lifeboat", "paddle", "dogsled", "ski", "snowmobile", "mountain_tent",
+         "pier", "boathouse"},
         {kOutdoor});
     add({"airliner", "parachute", "airplane", "kite"}, {kOutdoor, kSky});
     add({"surfboard", "skis", "snowboard", "park_bench", "worm_fence", "picket_fence"}, {kOutdoor});
@@ -64,6 +65,9 @@ const QSet<QString>& openAirThings()
                "mountain_bike", "snowmobile", "dogsled", "ski", "parachute", "airliner"})
             .unite(setOf({"pier", "dock", "boathouse", "beacon", "canoe", "paddle", "lifeboat", "speedboat",
                           "schooner", "yawl", "catamaran", "trimaran", "wreck", "coral_reef"}))
+            // Ships are seen on open water; ImageNet's "pirate" is a pirate ship (and what it takes a line
+            // of pylons and wires against the sky for).
+            .unite(setOf({"pirate", "fireboat", "liner", "container_ship"}))
             // Masts and dishes against the sky: a bridge's cables and a line of pylons come out as these.
             .unite(setOf({"pole", "flagpole", "maypole", "solar_dish", "radio_telescope"}));
     return words;

@@ -268,6 +268,57 @@ std::vector<Case> cases()
         s.faces.push_back({QRectF(500, 500, 20, 20), 0.9f});
         all.push_back({"withoutDetectorsAFaceStillCounts", s, "MARK_PEOPLE"});
     }
+    {
+        PictureSignals s = photo(); // an ape's face, which neither person detector takes for anyone
+        const QString animal = QStringLiteral("animal");
+        s.imageNet = {{QStringLiteral("chimpanzee"), 0.75f, animal},
+                      {QStringLiteral("siamang"), 0.24f, animal}};
+        s.faces.push_back({QRectF(350, 250, 300, 280), 1.0f});
+        all.push_back({"anApesFaceIsNoPerson", s, "MARK_DIVERSE_CHIMPANZEE"});
+    }
+    {
+        PictureSignals s = photo(); // tourists a speck at the foot of a monument
+        s.imageNet = {{QStringLiteral("mosque"), 0.92f}, {QStringLiteral("palace"), 0.04f}};
+        s.objects->push_back({QStringLiteral("person"), QRectF(500, 700, 10, 30), 0.51f});
+        s.objects->push_back({QStringLiteral("person"), QRectF(560, 690, 12, 40), 0.47f});
+        all.push_back({"passersByAtAMonumentAreNoPeople", s, "MARK_STRUCTURE"});
+    }
+    {
+        PictureSignals s = photo(); // pylons and wires against the sky, which ImageNet takes for a ship
+        s.imageNet = {{QStringLiteral("pirate"), 0.6f},
+                      {QStringLiteral("pole"), 0.14f},
+                      {QStringLiteral("solar_dish"), 0.05f},
+                      {QStringLiteral("water_tower"), 0.05f}};
+        all.push_back({"shipsAndWhatLooksLikeThemAreOutdoors", s, "MARK_OUTDOOR"});
+    }
+    {
+        PictureSignals s = photo(); // a photo editor's window around a sunflower: panels in many flat colours
+        s.screen = {false, false, 0.36, 5};
+        s.textLines = QStringList{QStringLiteral("File Edit View"), QStringLiteral("Layers"),
+                                  QStringLiteral("Opacity 100.0")};
+        s.textShare = 0.05;
+        s.imageNet = {{QStringLiteral("daisy"), 0.73f, QStringLiteral("plant")}};
+        all.push_back({"aProgramsWindowAroundAPhotoIsAScreenshot", s, "MARK_SCREENSHOT"});
+    }
+    {
+        PictureSignals s = photo(); // a dialog saved as JPEG: its flat bars blurred, full of field labels
+        s.screen = {false, false, 0.26, 2};
+        s.textLines = QStringList{QStringLiteral("New Name"), QStringLiteral("New Location"),
+                                  QStringLiteral("Proceed Cancel")};
+        s.textShare = 0.25;
+        s.imageNet = {{QStringLiteral("menu"), 0.29f}, {QStringLiteral("web_site"), 0.25f}};
+        all.push_back({"aDialogSavedAsJpegIsAScreenshot", s, "MARK_SCREENSHOT"});
+    }
+    {
+        PictureSignals s = photo(); // a whole screen with a browser showing a photo on black
+        s.pixelSize = s.analysedSize = QSize(1920, 1080);
+        s.screen = {false, true, 0.9, 4};
+        s.drawing = 0.99f;
+        s.textLines = QStringList{QStringLiteral("taj.jpg (400x300)"), QStringLiteral("file:///taj.jpg")};
+        s.textShare = 0.012;
+        s.imageNet = {{QStringLiteral("dome"), 0.16f}, {QStringLiteral("mosque"), 0.13f}};
+        all.push_back({"aBrowserShowingAPhotoIsAScreenshot", s, "MARK_SCREENSHOT"});
+    }
     return all;
 }
 
