@@ -242,7 +242,9 @@ bool PictureLabeler::isScreenCapture(const PictureSignals& s)
     });
     const bool savedWindow = screenClassEvidence(s) >= kWebSite && s.screen.flatShare >= kFlatJpegWindow &&
                              s.screen.flatColours >= kScreenColours;
-    return (flat && s.screen.flatColours >= kScreenColours) || window || savedWindow ||
+    // A text box or a panel framed by straight edges: a message window's one grey has no second colour.
+    const bool framed = s.screen.framedPanel && s.screen.flatShare >= kFlatScreen;
+    return (flat && s.screen.flatColours >= kScreenColours) || window || savedWindow || framed ||
            (webPage && s.screen.flatShare >= kFlatScreen);
 }
 

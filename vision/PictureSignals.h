@@ -22,6 +22,7 @@ struct ScreenEvidence
     bool screenSize = false;     // exactly a common display size
     double flatShare = 0.0;      // part of the picture in perfectly flat blocks, as UI backgrounds are
     int flatColours = 0;         // distinct colours of those blocks that cover a noticeable part
+    bool framedPanel = false;    // flat areas meet along long straight edges, across and down
 };
 
 // A missing backend leaves its part empty (or nullopt); the labeller then does without that signal.

@@ -68,6 +68,9 @@ const QSet<QString>& openAirThings()
             // Ships are seen on open water; ImageNet's "pirate" is a pirate ship (and what it takes a line
             // of pylons and wires against the sky for).
             .unite(setOf({"pirate", "fireboat", "liner", "container_ship"}))
+            // A terrace, a caravan and a cart stand out of doors: a park's path and benches under trees
+            // spread over these and the waters' classes.
+            .unite(setOf({"patio", "mobile_home", "oxcart", "horse_cart"}))
             // Masts and dishes against the sky: a bridge's cables and a line of pylons come out as these.
             .unite(setOf({"pole", "flagpole", "maypole", "solar_dish", "radio_telescope"}));
     return words;

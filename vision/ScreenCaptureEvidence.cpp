@@ -6,6 +6,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <vector>
 
 namespace lumaro::vision {
 
@@ -56,6 +57,33 @@ FlatAreas ScreenCaptureEvidence::flatAreas(const QImage& image)
     return areas;
 }
 
+bool ScreenCaptureEvidence::hasFramedPanel(const QImage& image)
+{
+    if (image.width() < 2 || image.height() < 2)
+        return false;
+    const QImage rgb = image.convertToFormat(QImage::Format_RGB32);
+    const int width = rgb.width(), height = rgb.height();
+    const int across = width / 2, down = height / 3;
+    // Per column, how many rows in a row a one-coloured line has run down beside a line of another colour.
+    std::vector<int> downRun(size_t(width - 1), 0);
+    bool acrossFound = false, downFound = false;
+    for (int y = 0; y + 1 < height && !(acrossFound && downFound); ++y) {
+        const QRgb* line = reinterpret_cast<const QRgb*>(rgb.constScanLine(y));
+        const QRgb* next = reinterpret_cast<const QRgb*>(rgb.constScanLine(y + 1));
+        int acrossRun = 0;
+        for (int x = 0; x + 1 < width; ++x) {
+            const QRgb here = line[x] & 0xffffff, right = line[x + 1] & 0xffffff;
+            const QRgb below = next[x] & 0xffffff, belowRight = next[x + 1] & 0xffffff;
+            acrossRun = (here == right && below == belowRight && here != below) ? acrossRun + 1 : 0;
+            acrossFound = acrossFound || acrossRun >= across;
+            int& run = downRun[size_t(x)];
+            run = (here == below && right == belowRight && here != right) ? run + 1 : 0;
+            downFound = downFound || run >= down;
+        }
+    }
+    return acrossFound && downFound;
+}
+
 bool ScreenCaptureEvidence::isScreenSize(const QSize& size)
 {
     static const QSize sizes[] = {
@@ -80,6 +108,7 @@ ScreenEvidence ScreenCaptureEvidence::of(const QString& path, const QImage& deco
     const FlatAreas flat = flatAreas(decoded);
     evidence.flatShare = flat.share;
     evidence.flatColours = flat.colours;
+    evidence.framedPanel = hasFramedPanel(decoded);
     return evidence;
 }
 

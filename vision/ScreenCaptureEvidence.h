@@ -27,6 +27,10 @@ public:
     static FlatAreas flatAreas(const QImage& image);
     // One of the common display sizes, either way round (a phone's portrait capture included).
     static bool isScreenSize(const QSize& size);
+    // Whether flat areas meet along a long straight edge both across (half the width) and down (a third of
+    // the height): the frame of a panel, a text box or a window. Paper has no such edges, and a camera's
+    // noise never keeps one colour along a line.
+    static bool hasFramedPanel(const QImage& image);
 };
 
 } // namespace lumaro::vision

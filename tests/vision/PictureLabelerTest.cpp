@@ -292,6 +292,15 @@ std::vector<Case> cases()
         all.push_back({"shipsAndWhatLooksLikeThemAreOutdoors", s, "MARK_OUTDOOR"});
     }
     {
+        PictureSignals s = photo(); // a park's terrace under trees: no label sure, open-air ones together
+        s.imageNet = {{QStringLiteral("mobile_home"), 0.11f}, {QStringLiteral("lakeside"), 0.05f},
+                      {QStringLiteral("geyser"), 0.04f},      {QStringLiteral("tank"), 0.03f},
+                      {QStringLiteral("sandbar"), 0.03f},     {QStringLiteral("worm_fence"), 0.03f},
+                      {QStringLiteral("oxcart"), 0.02f},      {QStringLiteral("seashore"), 0.02f},
+                      {QStringLiteral("patio"), 0.02f},       {QStringLiteral("horse_cart"), 0.01f}};
+        all.push_back({"aParkTerraceIsOutdoor", s, "MARK_OUTDOOR"});
+    }
+    {
         PictureSignals s = photo(); // a photo editor's window around a sunflower: panels in many flat colours
         s.screen = {false, false, 0.36, 5};
         s.textLines = QStringList{QStringLiteral("File Edit View"), QStringLiteral("Layers"),
@@ -318,6 +327,15 @@ std::vector<Case> cases()
         s.textShare = 0.012;
         s.imageNet = {{QStringLiteral("dome"), 0.16f}, {QStringLiteral("mosque"), 0.13f}};
         all.push_back({"aBrowserShowingAPhotoIsAScreenshot", s, "MARK_SCREENSHOT"});
+    }
+    {
+        PictureSignals s = photo(); // a message window: one grey, but its text sits in a framed box
+        s.screen = {false, false, 0.76, 1, true};
+        s.textLines = QStringList{QStringLiteral("The train left the valley"),
+                                  QStringLiteral("slowly through"), QStringLiteral("Keep Discard")};
+        s.textShare = 0.12;
+        s.imageNet = {{QStringLiteral("envelope"), 0.19f}, {QStringLiteral("web_site"), 0.14f}};
+        all.push_back({"aMessageWindowsFramedBoxIsAScreenshot", s, "MARK_SCREENSHOT"});
     }
     return all;
 }
