@@ -20,6 +20,8 @@ struct WatermarkReader::Candidate
     bool enhanced = false; // read off the contrast-raised copy
     QRectF line;           // the line it was read from, in the picture's pixels; empty when not known
     bool onlyUnderscoresUnsure = false; // read unsure of no character of the identifier but its "_"
+    bool bare = false;     // a Chinese name or an account read alone: its "@" or key may have been dropped
+    bool markSure = false; // read sure of its "@" (a handle) or its key (an ID line)
 };
 
 // One reading of one region: the identifiers read sure of every character, and the lines that may be a
@@ -129,6 +131,41 @@ bool mayBeStamp(const QString& line)
            text.contains(QStringLiteral("号"));
 }
 
+// Whether a line is a name or an account alone: a Chinese handle whose "@" the reader dropped, or an ID line
+// whose key it dropped (a small "@" or "号：" in a CJK font stands light and close to what follows it:
+// "南山南" of "@南山南", "40918273" of "号：40918273"). Latin words alone are signs and captions far more
+// often than stamps, and are left alone.
+bool mayBeBareName(const QString& line)
+{
+    static const QRegularExpression name(QStringLiteral("^[\\p{L}\\p{N}_.\\-]{2,30}$"),
+                                         QRegularExpression::UseUnicodePropertiesOption);
+    static const QRegularExpression han(QStringLiteral("\\p{Han}"),
+                                        QRegularExpression::UseUnicodePropertiesOption);
+    static const QRegularExpression account(
+        QStringLiteral("^(?=[A-Za-z_.\\-]*[0-9])[A-Za-z0-9_.\\-]{4,24}$"));
+    const QString text = line.normalized(QString::NormalizationForm_KC);
+    return (name.match(text).hasMatch() && han.match(text).hasMatch()) || account.match(text).hasMatch();
+}
+
+// Whether the reader was sure of what makes `found` an identifier in `line`: a handle's "@", the last
+// character of an ID line's key ("D" of "ID", "号").
+bool markReadSure(const QString& line, const QList<float>& confidences, const WatermarkIdentifier& found,
+                  float surest)
+{
+    const QString text = line.normalized(QString::NormalizationForm_KC);
+    if (confidences.size() != line.size() || text.size() != line.size())
+        return false;
+    qsizetype at = -1;
+    if (found.kind == WatermarkIdentifier::Kind::handle) {
+        at = text.indexOf(QLatin1Char('@'));
+    } else {
+        at = text.toLower().lastIndexOf(found.identifier) - 1;
+        while (at >= 0 && (text[at].isSpace() || text[at] == QLatin1Char(':')))
+            --at;
+    }
+    return at >= 0 && confidences[at] >= surest;
+}
+
 using RegionReading = WatermarkReader::RegionReading;
 
 // `surest`: the least a character of an identifier must be read with to be taken.
@@ -145,10 +182,12 @@ RegionReading collect(const platform::TextRecognition& text, const QRect& region
         const std::optional<WatermarkIdentifier> found = WatermarkIdentifier::find(text.lines[i]);
         const QList<float> confidences = text.characterConfidences.value(i);
         if (!found || weakestCharacter(text.lines[i], confidences, *found) < surest) {
-            if (mayBeStamp(text.lines[i])) {
+            const bool bare = !found && mayBeBareName(text.lines[i]);
+            if (mayBeStamp(text.lines[i]) || bare) {
                 Candidate doubtful{found.value_or(WatermarkIdentifier{}), 1, region, enhanced, line};
                 if (!found) // kept to tell what this reading saw of the line ("@秋水 Photo")
                     doubtful.identifier.text = text.lines[i];
+                doubtful.bare = bare;
                 if (found) {
                     const QString unsure = unsureCharacters(text.lines[i], confidences, *found, surest);
                     doubtful.onlyUnderscoresUnsure =
@@ -161,7 +200,9 @@ RegionReading collect(const platform::TextRecognition& text, const QRect& region
         if (seenHere.contains(found->identifier))
             continue;
         seenHere.insert(found->identifier);
-        out.sure << Candidate{*found, 1, region, enhanced, line};
+        Candidate sure{*found, 1, region, enhanced, line};
+        sure.markSure = markReadSure(text.lines[i], confidences, *found, surest);
+        out.sure << sure;
     }
     return out;
 }
@@ -231,15 +272,26 @@ qsizetype restOfLine(const platform::TextRecognition& text, qsizetype first)
 void readPadded(platform::TextRecognizer& reader, const QImage& source, platform::TextRecognition& text)
 {
     for (qsizetype i = 0; i < text.lines.size() && i < text.boxes.size(); ++i) {
-        if (!mayBeStamp(text.lines[i]) && !WatermarkIdentifier::find(text.lines[i]))
+        const bool stamp = mayBeStamp(text.lines[i]) || WatermarkIdentifier::find(text.lines[i]);
+        const bool bare = !stamp && mayBeBareName(text.lines[i]);
+        if (!stamp && !bare)
             continue;
         const qsizetype rest = restOfLine(text, i);
         const QRect box = rest < 0 ? text.boxes[i] : text.boxes[i].united(text.boxes[rest]);
         const int pad = std::max(2, box.height() / 4);
+        // A name or account alone is read again with room before it for the "@" or key the detector left
+        // out of its box ("号" set apart by a full-width colon), and taken so only when that is read sure.
+        const int before = bare ? 2 * box.height() : pad;
         const platform::TextRecognition again =
-            reader.readLine(source.copy(box.adjusted(-pad, -pad, pad, pad) & source.rect()));
+            reader.readLine(source.copy(box.adjusted(-before, -pad, pad, pad) & source.rect()));
         if (!again.error.isEmpty() || again.lines.size() != 1)
             continue;
+        if (bare) {
+            const std::optional<WatermarkIdentifier> found = WatermarkIdentifier::find(again.lines[0]);
+            if (!found || !markReadSure(again.lines[0], again.characterConfidences.value(0), *found,
+                                        WatermarkReader::kMinCharacterConfidence))
+                continue;
+        }
         text.lines[i] = again.lines[0];
         text.boxes[i] = box;
         if (i < text.characterConfidences.size())
@@ -512,14 +564,30 @@ std::optional<WatermarkReader::Candidate> WatermarkReader::confirmed(const QImag
 std::optional<WatermarkReader::Candidate> WatermarkReader::closerLook(const QImage& upright,
                                                                       const QList<Candidate>& doubtful)
 {
+    // Lines with an "@" or an ID key first: a name or an account alone is a stamp less often than they are.
+    QList<Candidate> lines = doubtful;
+    std::stable_partition(lines.begin(), lines.end(), [](const Candidate& c) { return !c.bare; });
     QList<QRectF> looked;
-    for (const Candidate& line : doubtful) {
+    for (const Candidate& line : lines) {
         if (line.line.isEmpty() || looked.size() >= kMaxCloserLooks ||
             std::any_of(looked.begin(), looked.end(),
                         [&](const QRectF& r) { return r.intersects(line.line); }))
             continue;
         looked << line.line;
         const RegionReading first = lookAt(upright, line, 0);
+        // A name or account read alone is an identifier only when both closer looks read its "@" or key too,
+        // sure of it.
+        if (line.bare) {
+            if (first.sure.size() != 1 || !first.sure[0].markSure)
+                continue;
+            const RegionReading second = lookAt(upright, line, 1);
+            const QString& name = first.sure[0].identifier.identifier;
+            if (std::any_of(second.sure.begin(), second.sure.end(), [&](const Candidate& c) {
+                    return c.identifier.identifier == name && c.markSure;
+                }))
+                return first.sure[0];
+            continue;
+        }
         // One identifier read sure of every character, read the same again at the second look.
         if (first.sure.size() == 1 && holds(lookAt(upright, line, 1), first.sure[0].identifier.identifier))
             return first.sure[0];

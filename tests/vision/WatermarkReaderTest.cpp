@@ -427,3 +427,70 @@ TEST(WatermarkReader, TheDetectorsOwnReadingOfALineCountsAsALookAtIt)
             << c.detected << " then " << c.padded;
     }
 }
+
+TEST(WatermarkReader, ANameOrAccountReadWithoutItsMarkIsTakenOnlyWhenBothCloserLooksReadTheMarkSure)
+{
+    struct Case
+    {
+        const char* band; // read sure in the bottom band, nothing else read
+        const char* first;
+        qsizetype mark; // the first closer look's "@" or key character
+        float markSure; // how sure it was of it
+        const char* second;
+        const char* found;
+    };
+    const Case cases[] = {
+        {"南山南", "@南山南", 0, 0.95f, "@南山南", "@南山南"}, // the "@" dropped in the band, seen up close
+        {"南山南", "@南山南", 0, 0.5f, "@南山南", ""},         // an "@" the reader was unsure of
+        {"南山南", "南山南", 0, 0.95f, "南山南", ""},          // no "@" up close either: a word
+        {"南山南", "@南山南", 0, 0.95f, "@南山雨", ""},        // the two looks read other names
+        {"40918273", "号：40918273", 0, 0.95f, "号：40918273", "40918273"}, // the key dropped
+        {"40918273", "号：40918273", 0, 0.4f, "号：40918273", ""},
+        {"40918273", "40918273", 0, 0.95f, "40918273", ""}, // a number alone: a price, a plate
+        {"Coffee", "@Coffee", 0, 0.95f, "@Coffee", ""},     // a Latin word alone is not looked at
+    };
+    for (const Case& c : cases) {
+        const QString first = QString::fromUtf8(c.first), second = QString::fromUtf8(c.second);
+        QList<TextRecognition> script{{},
+                                      lineAt(QString::fromUtf8(c.band), 0.8, 0.9),
+                                      {},
+                                      {},
+                                      looked(first, sureness(first, c.mark, c.markSure)),
+                                      looked(second, sureness(second, -1, 0.f))};
+        WatermarkReader reader(std::make_unique<ScriptedTextRecognizer>(script),
+                               [](const QImage& i) { return i; });
+        const WatermarkReading reading = reader.read(greyPicture());
+        EXPECT_EQ(reading.found ? reading.found->identifier : QString(), QString::fromUtf8(c.found))
+            << c.band << " " << c.first << " " << c.second;
+    }
+}
+
+TEST(WatermarkReader, AnAccountAloneIsReadAgainWithRoomForTheKeyBeforeIt)
+{
+    struct Case
+    {
+        const char* again; // the line read again with room before it, and at the closer look
+        const char* found;
+    };
+    const Case cases[] = {
+        {"号：40918273", "40918273"}, // the key the detector's box left out
+        {"40918273", ""},             // none there: a number alone
+        {"@40918273", "@40918273"},   // an "@" read sure before it: a handle of digits
+    };
+    for (const Case& c : cases) {
+        const QString again = QString::fromUtf8(c.again);
+        auto recognizer = std::make_unique<ScriptedTextRecognizer>(
+            QList<TextRecognition>{{},
+                                   lineAt(QStringLiteral("40918273"), 0.6, 0.7),
+                                   looked(QStringLiteral("40918273")),
+                                   looked(QStringLiteral("40918273"))},
+            nullptr, QStringList{again, again, again});
+        ScriptedTextRecognizer& fake = *recognizer;
+        WatermarkReader reader(std::move(recognizer), [](const QImage& i) { return i; });
+        const WatermarkReading reading = reader.read(greyPicture());
+        EXPECT_EQ(reading.found ? reading.found->identifier : QString(), QString::fromUtf8(c.found))
+            << c.again;
+        ASSERT_FALSE(fake.m_lineSizes.isEmpty());
+        EXPECT_GE(fake.m_lineSizes[0].width(), 192 + 2 * 40); // the line and two line heights before it
+    }
+}
