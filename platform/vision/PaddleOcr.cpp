@@ -345,10 +345,12 @@ ReadLine PaddleOcr::read(const cv::Mat& bgr, const cv::RotatedRect& box)
     for (int t = 0; t < steps; ++t) {
         const float* row = logits.ptr<float>(t);
         const int best = int(std::max_element(row, row + classes) - row);
-        double sum = 0;
-        for (int c = 0; c < classes; ++c)
-            sum += std::exp(double(row[c] - row[best]));
         if (best != 0 && best != previous && best < m_keys.size()) {
+            // The softmax over all 6,625 classes only for the steps that give a character: most steps of a
+            // line are blanks or repeats, whose probabilities nothing uses.
+            double sum = 0;
+            for (int c = 0; c < classes; ++c)
+                sum += std::exp(double(row[c] - row[best]));
             line.text += m_keys[best];
             for (qsizetype unit = 0; unit < m_keys[best].size(); ++unit)
                 line.characters << float(1.0 / sum);
