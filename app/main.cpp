@@ -5,12 +5,17 @@
 
 #include "browse/state/ModeStatePersistence.h"
 #include "platform/QSettingsStore.h"
+#include "platform/process/HeapMemory.h"
 
 #include <QApplication>
 #include <QFileInfo>
 
 int main(int argc, char* argv[])
 {
+    // The Tools panel's analysis runs its workers in this process beside the thumbnail decoders, and each
+    // thread that allocated got a heap of its own holding its own high-water mark: one heap for the window
+    // held the peak of analysing 40 pictures of 24 MP about 95 MB lower, and 70 MB less stayed after it.
+    lumaro::platform::limitHeapArenas(1);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("lumaro"));
     QApplication::setApplicationDisplayName(QStringLiteral("Lumaro"));
