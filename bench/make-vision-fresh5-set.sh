@@ -55,8 +55,8 @@ take "$puzzles/castle-maintenon.jpg" pp_chateau.jpg
 jxl=$pkg/libjxl-testdata
 take "$jxl/jxl/hdr_room.png" jxl_room.png
 take "$jxl/jxl/flower/flower.png" jxl_asters.jpg
-take "$jxl/external/wesaturate/500px/tmshre_riaphotographs_srgb8.png" jxl_sea_cliff.png
-take "$jxl/external/wesaturate/500px/cvo9xd_keong_macan_srgb8.png" jxl_tulips.png
+take "$jxl/external/wesaturate/500px/tmshre_riaphotographs_srgb8.png" jxl_tulips.png
+take "$jxl/external/wesaturate/500px/cvo9xd_keong_macan_srgb8.png" jxl_sea_cliff.png
 take "$jxl/external/wesaturate/500px/u76c0g_bliznaca_srgb8.png" jxl_blossom.png
 question=$pkg/games/renpy/the_question/game/images
 take "$question/bg lecturehall.jpg" rq_lecture_hall.jpg
