@@ -84,24 +84,28 @@ float bestObjectPerson(const PictureSignals& s, double smallestShare = 0.0)
     return best;
 }
 
-float animalEvidence(const PictureSignals& s)
+// How sure ImageNet is, all its classes that `counts` together.
+template <typename Counts>
+float imageNetEvidence(const PictureSignals& s, Counts counts)
 {
     float sum = 0.f;
     for (const SceneObservation& o : s.imageNet) {
-        if (o.kind == QLatin1String("animal"))
+        if (counts(o))
             sum += o.confidence;
     }
     return sum;
 }
 
+float animalEvidence(const PictureSignals& s)
+{
+    return imageNetEvidence(s, [](const SceneObservation& o) { return o.kind == QLatin1String("animal"); });
+}
+
 float screenClassEvidence(const PictureSignals& s)
 {
-    float sum = 0.f;
-    for (const SceneObservation& o : s.imageNet) {
-        if (o.identifier == QLatin1String("web_site") || o.identifier == QLatin1String("menu"))
-            sum += o.confidence;
-    }
-    return sum;
+    return imageNetEvidence(s, [](const SceneObservation& o) {
+        return o.identifier == QLatin1String("web_site") || o.identifier == QLatin1String("menu");
+    });
 }
 
 bool isTicket(const QStringList& lines)
