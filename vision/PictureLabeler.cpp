@@ -85,8 +85,7 @@ float bestObjectPerson(const PictureSignals& s, double smallestShare = 0.0)
 }
 
 // How sure ImageNet is, all its classes that `counts` together.
-template <typename Counts>
-float imageNetEvidence(const PictureSignals& s, Counts counts)
+template <typename Counts> float imageNetEvidence(const PictureSignals& s, Counts counts)
 {
     float sum = 0.f;
     for (const SceneObservation& o : s.imageNet) {
