@@ -121,20 +121,9 @@ convert -size 1200x800 xc:'#9fd8ff' -stroke '#1d3b1d' -strokewidth 4 -fill '#66b
 
 # Captures under Xvfb: a browser window showing a manual page, the whole screen with a photo opened in the
 # browser, and the whole screen with a long document.
-Xvfb "$display" -screen 0 1920x1080x24 -nolisten tcp >/dev/null 2>&1 &
-xvfb=$!
-sleep 2
-browse() { # URL OUT SIZE WINDOW_ONLY
-    DISPLAY=$display chromium --no-sandbox --test-type --user-data-dir="$work/chrome" --no-first-run --disable-gpu \
-        --window-size="$3" --window-position=40,30 "$1" >/dev/null 2>&1 &
-    local pid=$! target=root
-    sleep 12
-    [ "$4" = window ] && target=$(DISPLAY=$display xdotool search --onlyvisible --class chromium | tail -1)
-    import -window "$target" -display "$display" "$out/$2"
-    kill "$pid" 2>/dev/null || true
-    wait "$pid" 2>/dev/null || true
-}
-browse "file://$pkg/usr/share/gimp/2.0/help/en/tone-mapping-example.html" window_gimp_manual.png 1280,860 window
-browse "file://$gimp/filters/examples/taj_orig.jpg" screen_photo_in_browser.png 1920,1080 screen
-browse "file://$pkg/usr/share/doc/debian-edu-doc-en/debian-edu-bookworm-manual.html" screen_edu_manual.png 1920,1080 screen
+. "$here/vision-set-captures.sh"
+start_screen
+browse "file://$pkg/usr/share/gimp/2.0/help/en/tone-mapping-example.html" window_gimp_manual.png 1280,860 window 40,30
+browse "file://$gimp/filters/examples/taj_orig.jpg" screen_photo_in_browser.png 1920,1080 screen 40,30
+browse "file://$pkg/usr/share/doc/debian-edu-doc-en/debian-edu-bookworm-manual.html" screen_edu_manual.png 1920,1080 screen 40,30
 echo "picture set in $out"

@@ -178,22 +178,11 @@ $(for name in skagen anne_helene sunset donna spiff grand_canyon_3; do
     echo "<figure style='display:inline-block;margin:8px'><img src='$kpa/$name.jpg' height='200'><figcaption>$name.jpg</figcaption></figure>"
 done)</body></html>
 EOF
-Xvfb "$display" -screen 0 1920x1080x24 -nolisten tcp >/dev/null 2>&1 &
-xvfb=$!
-sleep 2
-browse() { # URL OUT SIZE WINDOW_ONLY
-    DISPLAY=$display chromium --no-sandbox --test-type --user-data-dir="$work/chrome" --no-first-run --disable-gpu \
-        --window-size="$3" --window-position=60,40 "$1" >/dev/null 2>&1 &
-    local pid=$! target=root
-    sleep 12
-    [ "$4" = window ] && target=$(DISPLAY=$display xdotool search --onlyvisible --class chromium | tail -1)
-    import -window "$target" -display "$display" "$out/$2"
-    kill "$pid" 2>/dev/null || true
-    wait "$pid" 2>/dev/null || true
-}
-browse "file://$handbook/sect.package-meta-information.html" window_handbook_page.png 1366,900 window
-browse "file://$work/gallery.html" window_photo_gallery.png 1440,900 window
-browse "file://$kpa/" screen_folder_listing.png 1920,1080 screen
+. "$here/vision-set-captures.sh"
+start_screen
+browse "file://$handbook/sect.package-meta-information.html" window_handbook_page.png 1366,900 window 60,40
+browse "file://$work/gallery.html" window_photo_gallery.png 1440,900 window 60,40
+browse "file://$kpa/" screen_folder_listing.png 1920,1080 screen 60,40
 DISPLAY=$display xmessage -center -buttons "Keep,Discard,Cancel" \
     "The card in slot 2 still holds 214 pictures that were not imported. Keep them on the card?" &
 message=$!

@@ -138,21 +138,10 @@ $(for name in castle-maintenon cincinnati-bridge citrus-fruits european-honey-be
     echo "<figure style='display:inline-block;margin:10px'><img src='$puzzles/$name.jpg' height='260'><figcaption>$name</figcaption></figure>"
 done)</body></html>
 EOF
-Xvfb "$display" -screen 0 1920x1080x24 -nolisten tcp >/dev/null 2>&1 &
-xvfb=$!
-sleep 2
-browse() { # URL OUT SIZE WINDOW_ONLY
-    DISPLAY=$display chromium --no-sandbox --test-type --user-data-dir="$work/chrome" --no-first-run --disable-gpu \
-        --window-size="$3" --window-position=80,50 "$1" >/dev/null 2>&1 &
-    local pid=$! target=root
-    sleep 12
-    [ "$4" = window ] && target=$(DISPLAY=$display xdotool search --onlyvisible --class chromium | tail -1)
-    import -window "$target" -display "$display" "$out/$2"
-    kill "$pid" 2>/dev/null || true
-    wait "$pid" 2>/dev/null || true
-}
-browse "file://$pkg/doc/openshot-qt/html/index.html" window_openshot_manual.png 1280,860 window
-browse "file://$work/photos.html" screen_holiday_page.png 1920,1080 screen
+. "$here/vision-set-captures.sh"
+start_screen
+browse "file://$pkg/doc/openshot-qt/html/index.html" window_openshot_manual.png 1280,860 window 80,50
+browse "file://$work/photos.html" screen_holiday_page.png 1920,1080 screen 80,50
 DISPLAY=$display xterm -geometry 110x34+200+120 -fa Monospace -fs 11 -e bash -c \
     "cd '$puzzles' && ls -l --time-style=long-iso; df -h / | tail -1; sleep 30" &
 terminal=$!
