@@ -3,6 +3,7 @@
 #pragma once
 
 #include "library/FavourRecord.h"
+#include "library/FavouritesSchema.h"
 #include "library/LocalDatabaseManager.h"
 #include "platform/Clock.h"
 
@@ -102,7 +103,7 @@ private:
     void announce(const FavourRecord& record);
 
     LocalDatabaseManager m_dbManager;
-    QString m_tableName = QStringLiteral("favourites");
+    QString m_tableName = QString::fromUtf8(FavouritesSchema::table);
     QList<FavourRecord> m_records;
     bool m_debugSQLEnabled = false;
     const platform::SettingsStore& m_settings;

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/LocalDatabaseManager.h"
 
+#include "library/FavouritesSchema.h"
+#include "library/StoreConnection.h"
+
 #include "platform/files/FileNameCodec.h"
 
 #include "platform/AppPaths.h"
@@ -14,27 +17,16 @@
 #include <sqlite3.h>
 
 #include <memory>
-#include <mutex>
 
 namespace lumaro::library {
 
 namespace {
 
-const QString kTag = QStringLiteral("LocalDatabaseManager");
+const QString kTag = QString::fromUtf8(FavouritesSchema::databaseLogTag);
 
 void log(const QString& message)
 {
     platform::Log::line(kTag, message);
-}
-
-// SQLite sets up twenty pages of cache for each connection in one block and writes into every one of them
-// before the first read; the favourites store is a few pages, and that block was a tenth of the page faults
-// of a whole `lumaro-cli fav add`. Pages are then taken when needed. Process-wide, so set before SQLite
-// starts; refused harmlessly when something else started it first.
-void takeCachePagesWhenNeeded()
-{
-    static std::once_flag once;
-    std::call_once(once, [] { sqlite3_config(SQLITE_CONFIG_PAGECACHE, nullptr, 0, 0); });
 }
 
 // Finalised on every path out of a call, success or not.
@@ -125,7 +117,7 @@ bool LocalDatabaseManager::open(const QString& path)
     if (path.isEmpty() && !QDir().mkpath(QFileInfo(target).absolutePath()))
         return refuse(QStringLiteral("cannot create the folder ") + QFileInfo(target).absolutePath());
 
-    takeCachePagesWhenNeeded();
+    StoreConnection::takeCachePagesWhenNeeded();
     sqlite3* db = nullptr;
     const int code = sqlite3_open_v2(platform::FileNameCodec::encode(target).constData(), &db,
                                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
@@ -137,14 +129,8 @@ bool LocalDatabaseManager::open(const QString& path)
     m_db = db;
     m_path = target;
     m_integrity = Integrity::unchecked;
-    sqlite3_extended_result_codes(m_db, 1);
-    sqlite3_busy_timeout(m_db, m_busyTimeoutMs);
-    // SQLite reads the file only now: a file that is not a database fails here, before anything is written to
-    // it. With the write-ahead log, NORMAL syncs at checkpoints, not at every commit: the store still cannot
-    // be damaged, and only a toggle of the last moments before a power cut can be lost. Each `fav add`
-    // paid two syncs more than that, and each toggle in the window one.
-    if (!runQuietly("PRAGMA foreign_keys = ON;") || !runQuietly("PRAGMA journal_mode = WAL;") ||
-        !runQuietly("PRAGMA synchronous = NORMAL;")) {
+    if (!StoreConnection::configure(m_db, m_busyTimeoutMs)) {
+        recordError();
         const DatabaseError error = m_lastError;
         sqlite3_close_v2(m_db);
         m_db = nullptr;
@@ -154,7 +140,7 @@ bool LocalDatabaseManager::open(const QString& path)
         return false;
     }
     m_lastError = {};
-    log(QStringLiteral("✅ 数据库已打开: ") + target);
+    log(QString::fromUtf8(FavouritesSchema::openedLog) + target);
     return true;
 }
 

@@ -2,6 +2,9 @@
 // A thin wrapper over one SQLite file connection: open, close, run a statement, read rows, all with log lines.
 #pragma once
 
+#include "library/FavouritesSchema.h"
+#include "library/StoreConnection.h"
+
 #include <QList>
 #include <QString>
 #include <QVariant>
@@ -36,7 +39,7 @@ class LocalDatabaseManager
 public:
     using Row = QVariantMap;
 
-    explicit LocalDatabaseManager(QString databaseName = QStringLiteral("fav.db"));
+    explicit LocalDatabaseManager(QString databaseName = QString::fromUtf8(FavouritesSchema::databaseName));
     ~LocalDatabaseManager();
     LocalDatabaseManager(const LocalDatabaseManager&) = delete;
     LocalDatabaseManager& operator=(const LocalDatabaseManager&) = delete;
@@ -91,7 +94,7 @@ private:
     sqlite3* m_db = nullptr;
     QString m_databaseName;
     QString m_path;
-    int m_busyTimeoutMs = 5000;
+    int m_busyTimeoutMs = StoreConnection::defaultBusyTimeoutMs;
     bool m_debugSQLEnabled = false;
     DatabaseError m_lastError;
     enum class Integrity

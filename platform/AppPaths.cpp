@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/AppPaths.h"
 
+#include "platform/files/XdgDataHome.h"
+
 #include <QDir>
 #include <QStandardPaths>
 
@@ -8,7 +10,7 @@ namespace lumaro::platform {
 
 namespace {
 
-const QString kAppName = QStringLiteral("lumaro");
+const QString kAppName = QString::fromUtf8(XdgDataHome::appFolder);
 
 QString underLocation(QStandardPaths::StandardLocation location)
 {

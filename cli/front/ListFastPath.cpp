@@ -23,18 +23,6 @@ struct ListRequest
     bool nul = false;
 };
 
-bool isUtf8(std::string_view text)
-{
-    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
-    for (size_t at = 0; at < text.size();) {
-        const int length = platform::utf8SequenceLength(bytes, text.size(), at);
-        if (length == 0)
-            return false;
-        at += size_t(length);
-    }
-    return true;
-}
-
 std::optional<ListRequest> plainRequest(int count, char* words[])
 {
     ListRequest request;
@@ -49,7 +37,7 @@ std::optional<ListRequest> plainRequest(int count, char* words[])
         else
             request.folder = words[i];
     }
-    if (!request.folder || !isUtf8(request.folder))
+    if (!request.folder || !platform::isValidUtf8(request.folder))
         return std::nullopt;
     return request;
 }

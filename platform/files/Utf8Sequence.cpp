@@ -33,4 +33,16 @@ int utf8SequenceLength(const unsigned char* bytes, std::size_t size, std::size_t
     return length;
 }
 
+bool isValidUtf8(std::string_view text)
+{
+    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+    for (std::size_t at = 0; at < text.size();) {
+        const int length = utf8SequenceLength(bytes, text.size(), at);
+        if (length == 0)
+            return false;
+        at += std::size_t(length);
+    }
+    return true;
+}
+
 } // namespace lumaro::platform

@@ -4,11 +4,14 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 namespace lumaro::platform {
 
 // Length of the valid UTF-8 sequence at `at` (1 for ASCII), or 0 when the bytes there are not one: overlong
 // forms, surrogates, code points past U+10FFFF and sequences cut short by the end are not valid. Any thread.
 int utf8SequenceLength(const unsigned char* bytes, std::size_t size, std::size_t at);
+// Whether every byte of `text` belongs to a valid sequence.
+bool isValidUtf8(std::string_view text);
 
 } // namespace lumaro::platform

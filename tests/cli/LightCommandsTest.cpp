@@ -114,8 +114,8 @@ TEST(LightCommands, TagsAreReadWithoutTheHelperAndAToggleIsHandedOver)
     EXPECT_FALSE(space.exists(QStringLiteral("IMG_1.xmp")));
 }
 
-// Without lumaro-cli-light, lumaro-cli still answers --help and lists a folder, and says what is missing for
-// the rest instead of failing silently.
+// Without lumaro-cli-light, lumaro-cli still answers --help, lists a folder and its favourites, and says what
+// is missing for the rest instead of failing silently.
 TEST(LightCommands, TheFrontEndAloneListsAndNamesAMissingHelper)
 {
     lumaro::testing::TempFolder space;
@@ -134,8 +134,16 @@ TEST(LightCommands, TheFrontEndAloneListsAndNamesAMissingHelper)
     EXPECT_EQ(listed.exitCode, 0) << listed.errText().toStdString();
     EXPECT_EQ(listed.outText(), QStringLiteral("IMG_1.jpg\ncaf\\xe9.jpg\ntwo\\nlines\\\\.png\n"));
     const auto favourites =
-        lumaro::testing::runProgram(alone, {QStringLiteral("fav"), QStringLiteral("list")});
+        lumaro::testing::runProgram(alone, {QStringLiteral("fav"), QStringLiteral("list"), QStringLiteral("--json")});
     EXPECT_EQ(favourites.exitCode, 2);
     EXPECT_TRUE(favourites.errText().contains(QLatin1String("cannot start lumaro-cli-light")))
         << favourites.errText().toStdString();
+
+    // The favourites of a store lumaro-cli-light made are listed without it.
+    const QString picture = folder + QStringLiteral("/IMG_1.jpg");
+    ASSERT_EQ(lumaro::testing::runCli({QStringLiteral("fav"), QStringLiteral("add"), picture}).exitCode, 0);
+    const auto marked =
+        lumaro::testing::runProgram(alone, {QStringLiteral("fav"), QStringLiteral("list"), QStringLiteral("-q")});
+    EXPECT_EQ(marked.exitCode, 0) << marked.errText().toStdString();
+    EXPECT_EQ(marked.outText(), picture + QStringLiteral("\n"));
 }

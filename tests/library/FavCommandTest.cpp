@@ -15,7 +15,9 @@
 #include <array>
 #include <fstream>
 
+using lumaro::testing::CliResult;
 using lumaro::testing::runCli;
+using lumaro::testing::runProgram;
 using lumaro::testing::TempFolder;
 
 namespace {
@@ -100,6 +102,10 @@ TEST(FavCommand, ADatabaseFileThatIsNotADatabaseIsAClearErrorAndKept)
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_TRUE(result.errText().contains(QStringLiteral("cannot open the favourites database ") + databasePath()
                                           + QStringLiteral(": file is not a database")));
+    const auto listed = runCli({QStringLiteral("fav"), QStringLiteral("list")});
+    EXPECT_EQ(listed.exitCode, 2);
+    EXPECT_TRUE(listed.errText().contains(QStringLiteral(": file is not a database")))
+        << listed.errText().toStdString();
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), original);
 }
@@ -235,4 +241,62 @@ TEST(FavCommand, ANameThatIsNotUtf8IsMarkedUnderItsRealBytes)
     const auto rows = db.query(QStringLiteral("SELECT CAST(file_path AS BLOB) AS bytes FROM favourites;"));
     ASSERT_TRUE(rows && rows->size() == 1);
     EXPECT_EQ(rows->constFirst().value(QStringLiteral("bytes")).toByteArray(), picture);
+}
+
+// lumaro-cli lists the favourites itself, without Qt, from a store lumaro-cli-light made: both must print the
+// same bytes, log lines included, for paths that are hard to print.
+class FavListFrontEnd : public ::testing::TestWithParam<QStringList>
+{
+};
+
+TEST_P(FavListFrontEnd, PrintsWhatTheLightProgramPrints)
+{
+    TempFolder folder;
+    const QString plain = folder.writePicture(QStringLiteral("a.jpg"));
+    const QString hard =
+        folder.writePicture(QStringLiteral("tab\tnew\nline back\\slash \U0001F4F7 收藏.jpg"));
+    const QString unmarked = folder.writePicture(QStringLiteral("unmarked.jpg"));
+    ASSERT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("add"), plain, hard, unmarked}).exitCode, 0);
+    ASSERT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("remove"), unmarked}).exitCode, 0);
+
+    const QStringList arguments = QStringList{QStringLiteral("fav")} + GetParam();
+    const CliResult front = runCli(arguments);
+    const CliResult light = runProgram(QStringLiteral(LUMARO_CLI_LIGHT_PATH), arguments);
+    EXPECT_EQ(front.exitCode, 0) << front.errText().toStdString();
+    EXPECT_EQ(front.exitCode, light.exitCode);
+    EXPECT_EQ(front.out, light.out);
+    EXPECT_EQ(front.err, light.err);
+    EXPECT_TRUE(front.outText().contains(QStringLiteral("a.jpg"))) << front.out.toStdString();
+    EXPECT_FALSE(front.outText().contains(QStringLiteral("unmarked.jpg")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Options, FavListFrontEnd,
+                         ::testing::Values(QStringList{QStringLiteral("list")},
+                                           QStringList{QStringLiteral("list"), QStringLiteral("-q")},
+                                           QStringList{QStringLiteral("--quiet"), QStringLiteral("list")},
+                                           QStringList{QStringLiteral("list"), QStringLiteral("--json")}));
+
+// What the front end does not read it leaves to lumaro-cli-light, which makes the store or its missing index.
+TEST(FavCommand, ListingMakesAMissingStoreAndAMissingIndex)
+{
+    const auto first = runCli({QStringLiteral("fav"), QStringLiteral("list")});
+    EXPECT_EQ(first.exitCode, 0) << first.errText().toStdString();
+    EXPECT_TRUE(first.errText().contains(QStringLiteral("✅ 收藏表创建成功")))
+        << first.errText().toStdString();
+    const auto hasNameIndex = [] {
+        lumaro::library::LocalDatabaseManager db;
+        const auto rows =
+            db.open(databasePath())
+                ? db.query(QStringLiteral("SELECT name FROM sqlite_master WHERE name = 'idx_file_name';"))
+                : std::nullopt;
+        return rows && rows->size() == 1;
+    };
+    ASSERT_TRUE(hasNameIndex());
+    {
+        lumaro::library::LocalDatabaseManager db;
+        ASSERT_TRUE(db.open(databasePath()));
+        ASSERT_TRUE(db.execute(QStringLiteral("DROP INDEX idx_file_name;")));
+    }
+    EXPECT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("list"), QStringLiteral("-q")}).exitCode, 0);
+    EXPECT_TRUE(hasNameIndex());
 }

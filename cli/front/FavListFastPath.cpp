@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/front/FavListFastPath.h"
+
+#include "cli/ExitCode.h"
+#include "cli/front/LineEscape.h"
+
+#include "library/FavouritePathReader.h"
+#include "library/FavouritesSchema.h"
+#include "platform/files/XdgDataHome.h"
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace lumaro::cli {
+
+namespace {
+
+// nullopt unless the words are "list" and quiet options; otherwise whether the log lines are hidden.
+std::optional<bool> plainListQuiet(int count, char* words[])
+{
+    bool list = false;
+    bool quiet = false;
+    for (int i = 0; i < count; ++i) {
+        const std::string_view word = words[i];
+        if (word == "-q" || word == "--quiet")
+            quiet = true;
+        else if (word == "list" && !list)
+            list = true;
+        else
+            return std::nullopt;
+    }
+    if (!list)
+        return std::nullopt;
+    return quiet;
+}
+
+std::string logLines(const std::string& databasePath)
+{
+    using Schema = library::FavouritesSchema;
+    const auto line = [](std::string_view tag, std::string_view message) {
+        return std::string(tag) + " - " + std::string(message);
+    };
+    return line(Schema::databaseLogTag, Schema::openedLog) + databasePath + "\n" +
+           line(Schema::favouritesLogTag, Schema::tableExistsLog) + "\n";
+}
+
+void writeAll(std::FILE* stream, const std::string& bytes)
+{
+    std::fwrite(bytes.data(), 1, bytes.size(), stream);
+    std::fflush(stream);
+}
+
+} // namespace
+
+std::optional<int> FavListFastPath::run(int count, char* words[])
+{
+    const auto quiet = plainListQuiet(count, words);
+    const auto dataDir = quiet ? platform::XdgDataHome::plainAppDataDir() : std::nullopt;
+    if (!dataDir)
+        return std::nullopt;
+    const std::string databasePath = *dataDir + "/" + std::string(library::FavouritesSchema::databaseName);
+    const auto paths = library::FavouritePathReader::read(databasePath);
+    if (!paths)
+        return std::nullopt;
+    if (!*quiet)
+        writeAll(stderr, logLines(databasePath));
+    std::string out;
+    for (const std::string& path : *paths) {
+        out += escapedLineBytes(path);
+        out += '\n';
+    }
+    writeAll(stdout, out);
+    return exitOk;
+}
+
+} // namespace lumaro::cli

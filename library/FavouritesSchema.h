@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The favourites store's names, the query of a plain listing and the log lines opening it writes: shared by
+// FavourManager and lumaro-cli, which answers `fav list` itself without Qt and must print what
+// lumaro-cli-light would.
+#pragma once
+
+#include <string_view>
+
+namespace lumaro::library {
+
+struct FavouritesSchema
+{
+    static constexpr std::string_view databaseName = "fav.db";
+    static constexpr std::string_view table = "favourites";
+    // Made on open when missing (stores older than it).
+    static constexpr std::string_view nameIndex = "idx_file_name";
+    static constexpr std::string_view tableQuery =
+        "SELECT name FROM sqlite_master WHERE type='table' AND name=?;";
+    static constexpr std::string_view indexQuery =
+        "SELECT name FROM sqlite_master WHERE type='index' AND name=?;";
+    // The marked pictures' paths, newest change first.
+    static constexpr std::string_view favouritePathsQuery =
+        "SELECT file_path FROM favourites WHERE is_favour = 1 ORDER BY updated_at DESC;";
+
+    static constexpr std::string_view databaseLogTag = "LocalDatabaseManager";
+    static constexpr std::string_view openedLog = "✅ 数据库已打开: ";
+    static constexpr std::string_view favouritesLogTag = "FavourManager";
+    static constexpr std::string_view tableExistsLog = "✅ 收藏表已存在";
+};
+
+} // namespace lumaro::library

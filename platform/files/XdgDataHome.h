@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Where a user's data lives ($XDG_DATA_HOME, else ~/.local/share), for lumaro-cli's Qt-free front end.
+// AppPaths asks Qt, which also settles the unusual forms (a relative or untidy path, no home folder); this
+// answers only the plain forms, where the two cannot differ, and nothing for the rest, which the front end
+// then leaves to lumaro-cli-light.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace lumaro::platform {
+
+class XdgDataHome
+{
+public:
+    // The folder of Lumaro's own files under each XDG home (AppPaths).
+    static constexpr std::string_view appFolder = "lumaro";
+
+    // From the values of XDG_DATA_HOME and HOME (null when unset): the folder when the one in use is an
+    // absolute, tidy UTF-8 path (no empty, "." or ".." parts, no trailing slash) other than "/".
+    static std::optional<std::string> plainPath(const char* xdgDataHome, const char* home);
+    // Lumaro's folder under the plain data home of this process's environment.
+    static std::optional<std::string> plainAppDataDir();
+};
+
+} // namespace lumaro::platform
