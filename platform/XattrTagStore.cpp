@@ -2,6 +2,7 @@
 #include "platform/XattrTagStore.h"
 
 #include "platform/files/FileNameCodec.h"
+#include "platform/files/TagAttribute.h"
 
 #include "platform/IndexFileTagStore.h"
 
@@ -15,8 +16,6 @@
 namespace lumaro::platform {
 
 namespace {
-
-constexpr const char* kAttribute = "user.xdg.tags";
 
 bool isUnsupported(int code)
 {
@@ -125,11 +124,8 @@ XattrTagStore& XattrTagStore::shared()
 QStringList XattrTagStore::parse(const QByteArray& value)
 {
     QStringList names;
-    for (const QByteArray& part : value.split(',')) {
-        const QString name = decodedName(part).trimmed();
-        if (!name.isEmpty() && !names.contains(name))
-            names << name;
-    }
+    for (const std::string& name : TagAttribute::names(std::string_view(value.constData(), size_t(value.size()))))
+        names << decodedName(QByteArray::fromStdString(name));
     return names;
 }
 
@@ -146,27 +142,18 @@ QByteArray XattrTagStore::serialise(const QStringList& names)
 
 std::optional<QStringList> XattrTagStore::tags(const QString& path, QString* error) const
 {
-    const bool forced = m_forceUnsupported && m_forceUnsupported(path);
-    const QByteArray native = FileNameCodec::encode(path);
-    ssize_t size = forced ? -1 : ::getxattr(native.constData(), kAttribute, nullptr, 0);
-    const int code = forced ? ENOTSUP : errno;
-    if (size < 0 && code == ENODATA)
-        return QStringList();
-    if (size < 0 && isUnsupported(code) && m_fallback)
+    int code = ENOTSUP;
+    const auto value = m_forceUnsupported && m_forceUnsupported(path)
+                           ? std::nullopt
+                           : TagAttribute::read(FileNameCodec::encode(path).constData(), &code);
+    if (!value && isUnsupported(code) && m_fallback)
         return m_fallback->tags(path, error);
-    if (size < 0) {
+    if (!value) {
         if (error)
             *error = systemError(code);
         return std::nullopt;
     }
-    QByteArray value(size, '\0');
-    size = ::getxattr(native.constData(), kAttribute, value.data(), size_t(value.size()));
-    if (size < 0) {
-        if (error)
-            *error = systemError(errno);
-        return std::nullopt;
-    }
-    return parse(value.left(size));
+    return parse(QByteArray::fromStdString(*value));
 }
 
 bool XattrTagStore::setTags(const QString& path, const QStringList& tags, QString* error)
@@ -182,12 +169,12 @@ bool XattrTagStore::setTags(const QString& path, const QStringList& tags, QStrin
     if (m_forceUnsupported && m_forceUnsupported(path)) {
         code = ENOTSUP;
     } else if (cleaned.isEmpty()) {
-        if (::removexattr(native.constData(), kAttribute) == 0 || errno == ENODATA)
+        if (::removexattr(native.constData(), TagAttribute::name) == 0 || errno == ENODATA)
             return true;
         code = errno;
     } else {
         const QByteArray value = serialise(cleaned);
-        if (::setxattr(native.constData(), kAttribute, value.constData(), size_t(value.size()), 0) == 0)
+        if (::setxattr(native.constData(), TagAttribute::name, value.constData(), size_t(value.size()), 0) == 0)
             return true;
         code = errno;
     }

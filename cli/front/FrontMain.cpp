@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// lumaro-cli COMMAND [options]: the front end, without Qt. It answers --help, a plain `list` and `fav list`
-// itself, in a few milliseconds, and hands every other command line over by exec, byte for byte, to the
-// program that runs it (cli/CommandTable.h): lumaro-cli-light (Qt Core, SQLite), lumaro-cli-exif or
+// lumaro-cli COMMAND [options]: the front end, without Qt. It answers --help, a plain `list`, `fav list` and
+// `tags FILE` itself, in a few milliseconds, and hands every other command line over by exec, byte for byte,
+// to the program that runs it (cli/CommandTable.h): lumaro-cli-light (Qt Core, SQLite), lumaro-cli-exif or
 // lumaro-cli-heavy. Loading Qt Core and the ICU, GLib and PCRE libraries it needs costs more than listing a
 // folder of 1,000 pictures.
 #include "cli/ExitCode.h"
@@ -9,6 +9,7 @@
 #include "cli/front/FavListFastPath.h"
 #include "cli/front/HelperHandOver.h"
 #include "cli/front/ListFastPath.h"
+#include "cli/front/TagsFastPath.h"
 
 #include <cstdio>
 #include <string>
@@ -42,6 +43,10 @@ int main(int argc, char* argv[])
     }
     if (command && command->name == "fav") {
         if (const auto code = FavListFastPath::run(argc - 2, argv + 2))
+            return *code;
+    }
+    if (command && command->name == "tags") {
+        if (const auto code = TagsFastPath::run(argc - 2, argv + 2))
             return *code;
     }
     // An unknown command too: lumaro-cli-light words the message.

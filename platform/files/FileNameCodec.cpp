@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/files/FileNameCodec.h"
 
+#include "platform/files/PathKind.h"
+
 #include "platform/files/Utf8Sequence.h"
 
 #include <algorithm>
@@ -101,18 +103,12 @@ bool FileNameCodec::exists(const QString& path)
 
 bool FileNameCodec::isFile(const QString& path)
 {
-    struct stat info
-    {
-    };
-    return ::stat(encode(path).constData(), &info) == 0 && S_ISREG(info.st_mode);
+    return PathKind::isFile(encode(path).constData());
 }
 
 bool FileNameCodec::isDirectory(const QString& path)
 {
-    struct stat info
-    {
-    };
-    return ::stat(encode(path).constData(), &info) == 0 && S_ISDIR(info.st_mode);
+    return PathKind::isDirectory(encode(path).constData());
 }
 
 bool FileNameCodec::isWritable(const QString& path)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/cli/CliRunner.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/XdgTags.h"
 
 #include "platform/ExifOrientation.h"
 #include "platform/files/FileNameCodec.h"
@@ -67,6 +68,38 @@ TEST(CliTags, BadColourOrMissingFileIsBadInput)
     EXPECT_TRUE(colour.errText().contains(QStringLiteral("magenta")));
     EXPECT_EQ(runCli({QStringLiteral("tags"), QStringLiteral("-q"), folder.filePath("gone.jpg")}).exitCode, 2);
 }
+
+// lumaro-cli reads a picture's tags itself, without Qt; lumaro-cli-light through XattrTagStore. Both must print
+// the same bytes for values other programs write: spaces of every kind, repeats, bytes that are not UTF-8,
+// controls and backslashes.
+class CliTagsFrontEnd : public ::testing::TestWithParam<QByteArray>
+{
+};
+
+TEST_P(CliTagsFrontEnd, PrintsWhatTheLightProgramPrints)
+{
+    TempFolder folder;
+    const QString picture = folder.write(QStringLiteral("with space 图.jpg"));
+    if (!setXdgTags(picture, GetParam()))
+        GTEST_SKIP() << "no user extended attributes on this file system";
+    for (const QStringList& options : {QStringList{}, QStringList{QStringLiteral("-q")}}) {
+        const QStringList arguments = QStringList{QStringLiteral("tags")} + options + QStringList{picture};
+        const CliResult front = runCli(arguments);
+        const CliResult light = runProgram(QStringLiteral(LUMARO_CLI_LIGHT_PATH), arguments);
+        EXPECT_EQ(front.exitCode, 0) << front.errText().toStdString();
+        EXPECT_EQ(front.exitCode, light.exitCode);
+        EXPECT_EQ(front.out, light.out) << GetParam().toHex().constData();
+        EXPECT_EQ(front.err, light.err);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, CliTagsFrontEnd,
+    ::testing::Values(QByteArray(), QByteArrayLiteral("red"), QByteArrayLiteral(" Portfolio , red,,client A ,red"),
+                      QByteArrayLiteral("\xe3\x80\x80\xe5\xae\xa2\xe6\x88\xb7\xc2\xa0,\xe2\x80\x83"
+                                        "blue\t"),
+                      QByteArrayLiteral("f\xf6\xff,red, \xe6\x97"), QByteArrayLiteral("two\nlines,back\\slash,\x7f"),
+                      QByteArrayLiteral(" , ,")));
 
 TEST(CliRotate, TurnsPicturesAndSaysWhatItCannotTurn)
 {

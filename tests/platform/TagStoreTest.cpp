@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/IndexFileTagStore.h"
 #include "platform/XattrTagStore.h"
+#include "platform/files/TagAttribute.h"
 
 #include "tests/support/TempFolder.h"
 #include "tests/support/XdgTags.h"
@@ -64,6 +65,26 @@ TEST(XattrTagStore, NamesRoundTripThroughTheAttributesBytes)
         EXPECT_EQ(XattrTagStore::serialise(XattrTagStore::parse(value)), value) << value.toHex().constData();
     EXPECT_EQ(XattrTagStore::parse(cases[0]),
               QStringList({QStringLiteral("été"), QStringLiteral("旅行"), QStringLiteral("📷")}));
+}
+
+// lumaro-cli trims tag names without Qt: for every code point, what it drops around a name must be what
+// QString::trimmed drops, or the two programs would print different tags for one file.
+TEST(TagAttribute, TrimsTheWhiteSpaceQtTrims)
+{
+    int differences = 0;
+    for (char32_t code = 1; code <= 0x10FFFF && differences < 5; ++code) {
+        if (code >= 0xD800 && code <= 0xDFFF)
+            continue;
+        const QByteArray character = QString::fromUcs4(&code, 1).toUtf8();
+        const QByteArray value = character + "x" + character;
+        const auto names = lumaro::platform::TagAttribute::names(value.toStdString());
+        const QString expected = QString::fromUtf8(value).trimmed();
+        const QString trimmed = names.empty() ? QString() : QString::fromStdString(names.front());
+        if (code != ',' && trimmed != expected) {
+            ADD_FAILURE() << "U+" << std::hex << uint32_t(code);
+            ++differences;
+        }
+    }
 }
 
 TEST(XattrTagStore, TheAttributeGoesWhenTheLastTagDoes)
