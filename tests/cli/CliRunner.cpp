@@ -6,6 +6,8 @@
 #include <QProcess>
 #include <QTemporaryFile>
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 
 #include <unistd.h>
@@ -15,6 +17,16 @@ namespace lumaro::testing {
 CliResult runCli(const QStringList& arguments)
 {
     return runProgram(QStringLiteral(LUMARO_CLI_PATH), arguments);
+}
+
+CliResult runFrontAndLight(const QStringList& arguments)
+{
+    const CliResult front = runCli(arguments);
+    const CliResult light = runProgram(QStringLiteral(LUMARO_CLI_LIGHT_PATH), arguments);
+    EXPECT_EQ(front.exitCode, light.exitCode) << front.errText().toStdString();
+    EXPECT_EQ(front.out, light.out);
+    EXPECT_EQ(front.err, light.err);
+    return front;
 }
 
 CliResult runProgram(const QString& program, const QStringList& arguments)

@@ -22,6 +22,10 @@ struct CliResult
 CliResult runCli(const QStringList& arguments);
 // Runs one of the programs behind it (lumaro-cli-light, -exif, -heavy) directly.
 CliResult runProgram(const QString& program, const QStringList& arguments);
+// Runs lumaro-cli and lumaro-cli-light on the same arguments and fails the test unless both exit alike and
+// print the same bytes: what lumaro-cli answers itself must read as lumaro-cli-light's answer. Returns
+// lumaro-cli's result.
+CliResult runFrontAndLight(const QStringList& arguments);
 
 bool runningAsRoot();
 

@@ -84,12 +84,9 @@ TEST_P(CliTagsFrontEnd, PrintsWhatTheLightProgramPrints)
         GTEST_SKIP() << "no user extended attributes on this file system";
     for (const QStringList& options : {QStringList{}, QStringList{QStringLiteral("-q")}}) {
         const QStringList arguments = QStringList{QStringLiteral("tags")} + options + QStringList{picture};
-        const CliResult front = runCli(arguments);
-        const CliResult light = runProgram(QStringLiteral(LUMARO_CLI_LIGHT_PATH), arguments);
+        SCOPED_TRACE(GetParam().toHex().toStdString());
+        const CliResult front = runFrontAndLight(arguments);
         EXPECT_EQ(front.exitCode, 0) << front.errText().toStdString();
-        EXPECT_EQ(front.exitCode, light.exitCode);
-        EXPECT_EQ(front.out, light.out) << GetParam().toHex().constData();
-        EXPECT_EQ(front.err, light.err);
     }
 }
 
