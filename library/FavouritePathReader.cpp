@@ -39,26 +39,23 @@ bool hasSchemaObject(sqlite3* db, std::string_view query, std::string_view name)
 
 } // namespace
 
-std::optional<std::vector<std::string>> FavouritePathReader::read(const std::string& databasePath)
+bool FavouritePathReader::readEach(const std::string& databasePath,
+                                   const std::function<void(std::string_view path)>& path)
 {
     StoreConnection::takeCachePagesWhenNeeded();
     sqlite3* raw = nullptr;
     const int opened = sqlite3_open_v2(databasePath.c_str(), &raw, SQLITE_OPEN_READWRITE, nullptr);
     const Connection db(raw, &sqlite3_close_v2);
     if (opened != SQLITE_OK || !StoreConnection::configure(raw, StoreConnection::defaultBusyTimeoutMs))
-        return std::nullopt;
+        return false;
     using Schema = FavouritesSchema;
     if (!hasSchemaObject(raw, Schema::tableQuery, Schema::table) ||
         !hasSchemaObject(raw, Schema::indexQuery, Schema::nameIndex))
-        return std::nullopt;
-    std::vector<std::string> paths;
-    const bool read = eachRow(raw, Schema::favouritePathsQuery, {}, [&](sqlite3_stmt* statement) {
+        return false;
+    return eachRow(raw, Schema::favouritePathsQuery, {}, [&](sqlite3_stmt* statement) {
         const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
-        paths.emplace_back(text ? text : "", size_t(sqlite3_column_bytes(statement, 0)));
+        path(text ? std::string_view(text, size_t(sqlite3_column_bytes(statement, 0))) : std::string_view());
     });
-    if (!read)
-        return std::nullopt;
-    return paths;
 }
 
 } // namespace lumaro::library

@@ -60,16 +60,17 @@ std::optional<int> FavListFastPath::run(int count, char* words[])
     if (!dataDir)
         return std::nullopt;
     const std::string databasePath = *dataDir + "/" + std::string(library::FavouritesSchema::databaseName);
-    const auto paths = library::FavouritePathReader::read(databasePath);
-    if (!paths)
+    // Nothing is printed before the whole list was read: a store that fails part-way goes to
+    // lumaro-cli-light, which says why.
+    std::string out;
+    const bool read = library::FavouritePathReader::readEach(databasePath, [&](std::string_view path) {
+        appendEscapedLineBytes(out, path);
+        out += '\n';
+    });
+    if (!read)
         return std::nullopt;
     if (!*quiet)
         writeAll(stderr, logLines(databasePath));
-    std::string out;
-    for (const std::string& path : *paths) {
-        out += escapedLineBytes(path);
-        out += '\n';
-    }
     writeAll(stdout, out);
     return exitOk;
 }

@@ -19,29 +19,35 @@ void appendHex(std::string& out, unsigned char byte)
 
 std::string escapedLineBytes(std::string_view name)
 {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(name.data());
     std::string out;
     out.reserve(name.size());
+    appendEscapedLineBytes(out, name);
+    return out;
+}
+
+void appendEscapedLineBytes(std::string& out, std::string_view name)
+{
+    const auto* bytes = reinterpret_cast<const unsigned char*>(name.data());
+    size_t plainFrom = 0; // start of the bytes copied as they are, appended in one go
     for (size_t at = 0; at < name.size();) {
-        const int length = platform::utf8SequenceLength(bytes, name.size(), at);
-        if (length > 1) {
-            out.append(name.substr(at, size_t(length)));
+        const unsigned char c = bytes[at];
+        const int length = c < 0x80 ? 1 : platform::utf8SequenceLength(bytes, name.size(), at);
+        if (length > 1 || (length == 1 && c >= 0x20 && c != 0x7f && c != '\\')) {
             at += size_t(length);
             continue;
         }
-        const unsigned char c = bytes[at++];
+        out.append(name.substr(plainFrom, at - plainFrom));
         if (c == '\\')
             out += "\\\\";
         else if (c == '\n')
             out += "\\n";
         else if (c == '\t')
             out += "\\t";
-        else if (length == 0 || c < 0x20 || c == 0x7f) // a byte that is not UTF-8, or a control character
+        else // a byte that is not UTF-8, or a control character
             appendHex(out, c);
-        else
-            out += char(c);
+        plainFrom = ++at;
     }
-    return out;
+    out.append(name.substr(plainFrom));
 }
 
 } // namespace lumaro::cli

@@ -11,5 +11,7 @@ namespace lumaro::cli {
 // Control characters escaped as \n, \t or \xHH, a backslash doubled, and each byte that is not UTF-8 (by
 // platform::utf8SequenceLength) as \xHH, so one line is always one name; all else is copied. Any thread.
 std::string escapedLineBytes(std::string_view name);
+// The same appended to `out`, for listings of tens of thousands of names.
+void appendEscapedLineBytes(std::string& out, std::string_view name);
 
 } // namespace lumaro::cli

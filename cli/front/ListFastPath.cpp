@@ -80,7 +80,7 @@ std::optional<int> ListFastPath::run(int count, char* words[])
             out += name; // the names' own bytes, also those that are not UTF-8, as find -print0 gives them
             out += '\0';
         } else {
-            out += escapedLineBytes(name);
+            appendEscapedLineBytes(out, name);
             out += '\n';
         }
     }

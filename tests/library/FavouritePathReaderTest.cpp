@@ -15,6 +15,8 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
+#include <vector>
 
 using lumaro::library::FavouritePathReader;
 using lumaro::testing::TempFolder;
@@ -57,8 +59,10 @@ TEST(FavouritePathReader, ReadsTheFavouritesNewestChangeFirstAsTheirStoredBytes)
     ASSERT_TRUE(manager.setFavour(unmarked, false));
     ASSERT_TRUE(manager.setFavour(first, true)); // changed last: listed first
 
-    EXPECT_EQ(FavouritePathReader::read(bytesOf(path)),
-              (std::vector<std::string>{bytesOf(first), bytesOf(latin1)}));
+    std::vector<std::string> paths;
+    EXPECT_TRUE(FavouritePathReader::readEach(bytesOf(path),
+                                              [&](std::string_view read) { paths.emplace_back(read); }));
+    EXPECT_EQ(paths, (std::vector<std::string>{bytesOf(first), bytesOf(latin1)}));
 }
 
 TEST_P(FavouritePathReaderRefuses, AStoreThatOpeningWouldFirstMakeOrRepair)
@@ -69,7 +73,9 @@ TEST_P(FavouritePathReaderRefuses, AStoreThatOpeningWouldFirstMakeOrRepair)
     const bool existed = QFile::exists(path);
     const QByteArray before = existed ? folder.read(QStringLiteral("fav.db")) : QByteArray();
 
-    EXPECT_EQ(FavouritePathReader::read(bytesOf(path)), std::nullopt);
+    bool handedOver = false;
+    EXPECT_FALSE(FavouritePathReader::readEach(bytesOf(path), [&](std::string_view) { handedOver = true; }));
+    EXPECT_FALSE(handedOver);
     EXPECT_EQ(QFile::exists(path), existed);
     if (existed)
         EXPECT_EQ(folder.read(QStringLiteral("fav.db")), before);
