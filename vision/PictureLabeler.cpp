@@ -33,6 +33,7 @@ constexpr double kFlatJpegWindow = 0.2;
 constexpr float kSceneWordSource = 0.45f; // a label this unsure implies no scene
 constexpr double kFlatDrawing = 0.2;      // flat share of a drawing made on a computer
 constexpr float kWebSite = 0.5f;          // ImageNet's "web_site" class is screen captures of pages
+constexpr float kSureScreen = 0.8f;       // …and this sure of its screen classes needs no flat areas
 constexpr float kOpenAirShare = 0.3f;     // open-air labels together this sure make an outdoor scene
 // A label that would file the picture under a category must be this sure, alone or with the other labels
 // of its category: a weak "wooden_spoon", "strainer" or "stone_wall" is the classifier's guess at the
@@ -46,9 +47,15 @@ constexpr float kKeptLabel = 0.2f; // the index keeps only labels surer than thi
 // A person the object detector alone sees this small a part of the frame is a passer-by in a view of a
 // place (tourists at a monument), not what the picture is of.
 constexpr double kPasserBy = 0.005;
+// A person the object detector alone sees this small before a building ImageNet is sure of is a passer-by
+// too: tourists under a city gate are larger specks than at a distant monument, and still not its subject.
+constexpr double kPasserByAtBuilding = 0.015;
 // A face the person detectors do not confirm is an animal's when ImageNet is this sure of an animal: an
-// ape's or a monkey's face is found as readily as a person's.
+// ape's or a monkey's face is found as readily as a person's. The same holds for a dish: a face in latte
+// art or on a plate is a pattern in the food.
 constexpr float kAnimalFace = 0.5f;
+// Room classes together this sure make an interior (see interiorEvidence).
+constexpr float kInteriorShare = 0.3f;
 
 double areaShare(const QRectF& box, const QSize& frame)
 {
@@ -95,9 +102,21 @@ template <typename Counts> float imageNetEvidence(const PictureSignals& s, Count
     return sum;
 }
 
-float animalEvidence(const PictureSignals& s)
+// What ImageNet is sure of besides a person's face: animals, whose faces the face detector finds as
+// readily, and dishes, whose decorations it takes for faces.
+float faceBearerEvidence(const PictureSignals& s)
 {
-    return imageNetEvidence(s, [](const SceneObservation& o) { return o.kind == QLatin1String("animal"); });
+    return imageNetEvidence(s, [](const SceneObservation& o) {
+        return o.kind == QLatin1String("animal") || o.kind == QLatin1String("food");
+    });
+}
+
+float structureEvidence(const PictureSignals& s)
+{
+    const VisionTagMatcher& matcher = VisionClassificationEngine::shared().matcher;
+    return imageNetEvidence(s, [&](const SceneObservation& o) {
+        return matcher.categories({o.identifier}).contains(CategoryKey::structure);
+    });
 }
 
 float screenClassEvidence(const PictureSignals& s)
@@ -143,6 +162,35 @@ OpenAirEvidence openAirEvidence(const PictureSignals& s)
     if (s.objects) {
         for (const platform::DetectedObject& o : *s.objects) {
             if (!SceneWordTable::isIgnoredObject(o.label) &&
+                areaShare(o.box, s.analysedSize) >= kSmallestObject)
+                e.bestThing = std::max(e.bestThing, o.score);
+        }
+    }
+    return e;
+}
+
+// What ImageNet gives the rooms, halls and shops people are inside, summed, and the surest label of
+// anything else. Like a view out of doors, an interior spreads itself over the fittings it shows
+// ("library", "shoji", "bannister", "window_shade", "studio_couch"…) where no one class is sure; together
+// they say the picture is of a room, unless something in it is surer (a cat on the desk).
+struct InteriorEvidence
+{
+    float interior = 0.f;
+    float bestThing = 0.f;
+};
+
+InteriorEvidence interiorEvidence(const PictureSignals& s)
+{
+    InteriorEvidence e;
+    for (const SceneObservation& o : s.imageNet) {
+        if (SceneWordTable::isInterior(o.identifier))
+            e.interior += o.confidence;
+        else
+            e.bestThing = std::max(e.bestThing, o.confidence);
+    }
+    if (s.objects) {
+        for (const platform::DetectedObject& o : *s.objects) {
+            if (!SceneWordTable::isIgnoredObject(o.label) && !SceneWordTable::needsLargeBox(o.label) &&
                 areaShare(o.box, s.analysedSize) >= kSmallestObject)
                 e.bestThing = std::max(e.bestThing, o.score);
         }
@@ -198,11 +246,14 @@ int PictureLabeler::personCount(const PictureSignals& s)
                 ++count;
         }
     }
-    if (count == 0 && bestObjectPerson(s, kPasserBy) >= kObjectPerson)
-        count = 1;
+    if (count == 0) {
+        const double passerBy = structureEvidence(s) >= kCategoryEvidence ? kPasserByAtBuilding : kPasserBy;
+        if (bestObjectPerson(s, passerBy) >= kObjectPerson)
+            count = 1;
+    }
     // A face alone stands for a person only in a photo (drawn faces are as large as they like), and not
-    // on an animal: neither person detector seeing anyone there, the face is the animal's.
-    if (count == 0 && !PictureLabeler::isDrawing(s) && animalEvidence(s) < kAnimalFace) {
+    // on an animal or a dish: neither person detector seeing anyone there, the face is theirs.
+    if (count == 0 && !PictureLabeler::isDrawing(s) && faceBearerEvidence(s) < kAnimalFace) {
         for (const platform::FaceBox& face : s.faces) {
             if (areaShare(face.box, s.analysedSize) >= kFaceAlone)
                 count = 1;
@@ -247,7 +298,10 @@ bool PictureLabeler::isScreenCapture(const PictureSignals& s)
                              s.screen.flatColours >= kScreenColours;
     // A text box or a panel framed by straight edges: a message window's one grey has no second colour.
     const bool framed = s.screen.framedPanel && s.screen.flatShare >= kFlatScreen;
-    return (flat && s.screen.flatColours >= kScreenColours) || window || savedWindow || framed ||
+    // A whole desktop at a display's exact size: its wallpaper, a photo, leaves little flat, but ImageNet
+    // knows the windows on it for a screen.
+    const bool desktop = s.screen.screenSize && screenClassEvidence(s) >= kSureScreen;
+    return (flat && s.screen.flatColours >= kScreenColours) || window || savedWindow || framed || desktop ||
            (webPage && s.screen.flatShare >= kFlatScreen);
 }
 
@@ -260,9 +314,11 @@ bool PictureLabeler::isDrawing(const PictureSignals& s)
     if (*s.drawing >= (s.screen.cameraMetadata ? kCameraDrawing : kDrawing))
         return true;
     // The drawing classifier knows painted and sketched pictures; flat colours from a drawing program it
-    // often misses (a cartoon house scores 0.2), and no camera makes those.
+    // often misses (a cartoon house scores 0.2), and no camera makes those. A drawing program fills its
+    // shapes: at least one flat colour covers a noticeable part. Flat blocks each of another colour are a
+    // photo's sky or shade clipped to white or black, or a plain gradient.
     return !s.screen.cameraMetadata && s.textLines.size() < kScreenTextLines &&
-           s.screen.flatShare >= kFlatDrawing;
+           s.screen.flatShare >= kFlatDrawing && s.screen.flatColours >= 1;
 }
 
 bool PictureLabeler::isDocument(const PictureSignals& s)
@@ -333,7 +389,12 @@ std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
         });
     };
 
+    const InteriorEvidence inside = interiorEvidence(s);
+    const bool room = !(screen || drawing || landscape) && inside.interior >= kInteriorShare &&
+                      inside.interior >= inside.bestThing;
     if (!(screen || drawing)) {
+        if (room)
+            list.add(QStringLiteral("interior"), inside.interior);
         if (landscape) {
             list.add(QStringLiteral("outdoor"), open.openAir);
             if (open.landform >= kOpenAirShare)

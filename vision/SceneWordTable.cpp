@@ -29,7 +29,8 @@ QHash<QString, QStringList> buildTable()
          "trimaran", "speedboat", "lifeboat", "paddle", "dogsled", "ski", "snowmobile", "mountain_tent",
          "pier", "boathouse"},
         {kOutdoor});
-    add({"airliner", "parachute", "airplane", "kite"}, {kOutdoor, kSky});
+    // ImageNet's "wing" is an airliner's wing seen from its window, over the land or the clouds.
+    add({"airliner", "parachute", "airplane", "kite", "wing"}, {kOutdoor, kSky});
     add({"surfboard", "skis", "snowboard", "park_bench", "worm_fence", "picket_fence"}, {kOutdoor});
     // Streets and the things that stand in them.
     add({"street_sign", "traffic_light", "stop_sign", "parking_meter", "fire_hydrant"},
@@ -60,9 +61,13 @@ const QSet<QString>& landforms()
 const QSet<QString>& openAirThings()
 {
     static const QSet<QString> words =
-        setOf({"park_bench", "worm_fence", "picket_fence", "stone_wall", "viaduct", "suspension_bridge",
-               "steel_arch_bridge", "barn", "yurt", "mountain_tent", "apiary", "totem_pole", "water_tower",
-               "mountain_bike", "snowmobile", "dogsled", "ski", "parachute", "airliner"})
+        setOf({"park_bench",        "worm_fence",    "picket_fence",
+               "stone_wall",        "viaduct",       "suspension_bridge",
+               "steel_arch_bridge", "barn",          "yurt",
+               "mountain_tent",     "apiary",        "totem_pole",
+               "water_tower",       "mountain_bike", "snowmobile",
+               "dogsled",           "ski",           "parachute",
+               "airliner",          "wing"})
             .unite(setOf({"pier", "dock", "boathouse", "beacon", "canoe", "paddle", "lifeboat", "speedboat",
                           "schooner", "yawl", "catamaran", "trimaran", "wreck", "coral_reef"}))
             // Ships are seen on open water; ImageNet's "pirate" is a pirate ship (and what it takes a line
@@ -76,7 +81,32 @@ const QSet<QString>& openAirThings()
     return words;
 }
 
+// ImageNet's rooms, halls and shops, and the fittings seen only inside them.
+const QSet<QString>& interiors()
+{
+    static const QSet<QString> words =
+        setOf({"library", "restaurant", "barbershop", "bookshop", "butcher_shop", "confectionery",
+               "grocery_store", "shoe_shop", "tobacco_shop", "toyshop", "bakery", "stage", "theater_curtain",
+               "altar", "vault"})
+            .unite(setOf({"shoji",          "window_shade",  "sliding_door",  "bannister",
+                          "studio_couch",   "four_poster",   "dining_table",  "bookcase",
+                          "china_cabinet",  "wardrobe",      "chiffonier",    "entertainment_center",
+                          "home_theater",   "table_lamp",    "lampshade",     "prayer_rug",
+                          "fire_screen",    "folding_chair", "rocking_chair", "barber_chair",
+                          "throne",         "grand_piano",   "upright",       "desk",
+                          "crib",           "cradle",        "bassinet",      "quilt",
+                          "medicine_chest", "washbasin",     "bathtub",       "tub",
+                          "shower_curtain", "toilet_seat",   "refrigerator",  "microwave",
+                          "dishwasher",     "stove"}));
+    return words;
+}
+
 } // namespace
+
+bool SceneWordTable::isInterior(const QString& identifier)
+{
+    return interiors().contains(identifier);
+}
 
 bool SceneWordTable::isOpenAir(const QString& identifier)
 {

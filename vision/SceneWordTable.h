@@ -18,6 +18,9 @@ public:
     // they count together. Landforms are the part of them that makes a landscape.
     static bool isOpenAir(const QString& identifier);
     static bool isLandform(const QString& identifier);
+    // ImageNet labels of a room, hall or shop, or of a fitting seen only inside one (a shoji, a bannister,
+    // a studio couch): an interior spreads itself over them as a view does over the open-air ones.
+    static bool isInterior(const QString& identifier);
     // A COCO object that says what kind of room or place a picture shows only when it fills a good part of
     // it (a dining table under a plate of food does not make a furniture picture).
     static bool needsLargeBox(const QString& cocoLabel);

@@ -337,6 +337,83 @@ std::vector<Case> cases()
         s.imageNet = {{QStringLiteral("envelope"), 0.19f}, {QStringLiteral("web_site"), 0.14f}};
         all.push_back({"aMessageWindowsFramedBoxIsAScreenshot", s, "MARK_SCREENSHOT"});
     }
+    {
+        PictureSignals s =
+            photo(); // a tower against a sky clipped to white in blocks of slightly other tones
+        s.screen = {false, false, 0.30, 0};
+        s.drawing = 0.03f;
+        s.imageNet = {{QStringLiteral("church"), 0.28f},
+                      {QStringLiteral("bell_cote"), 0.15f},
+                      {QStringLiteral("castle"), 0.08f},
+                      {QStringLiteral("palace"), 0.08f}};
+        all.push_back({"flatBlocksOfNoOneColourAreNoDrawing", s, "MARK_STRUCTURE"});
+    }
+    {
+        PictureSignals s = photo(); // a drawing program's fills: the same flat share in two colours
+        s.screen = {false, false, 0.30, 2};
+        s.drawing = 0.03f;
+        s.imageNet = {{QStringLiteral("church"), 0.28f}, {QStringLiteral("bell_cote"), 0.15f}};
+        all.push_back({"flatBlocksInFilledColoursAreADrawing", s, "MARK_ILLUSTRATION"});
+    }
+    {
+        PictureSignals s = photo(); // the view from an airliner's window over the coast
+        s.imageNet = {{QStringLiteral("wing"), 0.99f}, {QStringLiteral("volcano"), 0.01f}};
+        all.push_back({"aPlanesWingIsAViewOutdoors", s, "MARK_OUTDOOR"});
+    }
+    {
+        PictureSignals s = photo(); // tourists under a city gate: larger specks, still passers-by
+        s.screen.cameraMetadata = false;
+        s.imageNet = {{QStringLiteral("palace"), 0.31f},
+                      {QStringLiteral("pier"), 0.22f},
+                      {QStringLiteral("triumphal_arch"), 0.14f},
+                      {QStringLiteral("viaduct"), 0.12f}};
+        s.objects->push_back({QStringLiteral("person"), QRectF(400, 580, 40, 200), 0.64f});
+        s.objects->push_back({QStringLiteral("person"), QRectF(600, 600, 30, 150), 0.56f});
+        all.push_back({"passersByUnderACityGateAreNoPeople", s, "MARK_STRUCTURE"});
+    }
+    {
+        PictureSignals s = photo(); // the same walkers on a path with no building are the picture's people
+        s.imageNet = {{QStringLiteral("pole"), 0.36f}, {QStringLiteral("palace"), 0.1f}};
+        s.objects->push_back({QStringLiteral("person"), QRectF(400, 580, 40, 200), 0.64f});
+        all.push_back({"walkersWithoutABuildingArePeople", s, "MARK_PEOPLE"});
+    }
+    {
+        PictureSignals s = photo(); // a whole desktop: a photo for wallpaper leaves little flat
+        s.pixelSize = s.analysedSize = QSize(1024, 768);
+        s.screen = {false, true, 0.18, 3};
+        s.drawing = 0.35f;
+        for (int line = 0; line < 24; ++line) // a panel, a dock and two windows' worth of text
+            s.textLines << QStringLiteral("Settings %1").arg(line);
+        s.textShare = 0.033;
+        s.imageNet = {{QStringLiteral("web_site"), 0.9f}, {QStringLiteral("monitor"), 0.03f}};
+        all.push_back({"aDesktopAtADisplaysSizeIsAScreenshot", s, "MARK_SCREENSHOT"});
+    }
+    {
+        PictureSignals s = photo(); // a face drawn in latte art is the coffee's
+        s.screen.cameraMetadata = false;
+        s.imageNet = {{QStringLiteral("espresso"), 0.99f, QStringLiteral("food")}};
+        s.objects->push_back({QStringLiteral("cup"), QRectF(100, 100, 700, 500), 0.5f});
+        s.faces.push_back({QRectF(300, 200, 600, 500), 0.76f});
+        all.push_back({"aFaceInLatteArtIsNoPerson", s, "MARK_DIVERSE_ESPRESSO"});
+    }
+    {
+        PictureSignals s = photo(); // a lecture hall: no fitting sure, the room's fittings together are
+        s.screen.cameraMetadata = false;
+        s.imageNet = {{QStringLiteral("library"), 0.27f},     {QStringLiteral("shoji"), 0.07f},
+                      {QStringLiteral("binder"), 0.06f},      {QStringLiteral("studio_couch"), 0.04f},
+                      {QStringLiteral("bannister"), 0.04f},   {QStringLiteral("window_shade"), 0.03f},
+                      {QStringLiteral("sliding_door"), 0.02f}};
+        all.push_back({"aRoomSpreadOverItsFittingsIsAnInterior", s, "MARK_FURNITURE"});
+    }
+    {
+        PictureSignals s = photo(); // a cat on a desk is the cat, not the room
+        const QString animal = QStringLiteral("animal");
+        s.imageNet = {{QStringLiteral("tabby"), 0.45f, animal},
+                      {QStringLiteral("desk"), 0.2f},
+                      {QStringLiteral("studio_couch"), 0.1f},
+                      {QStringLiteral("bookcase"), 0.05f}};
+        all.push_back({"aCatInARoomIsTheCat", s, "MARK_DIVERSE_TABBY"});
+    }
     return all;
 }
 
