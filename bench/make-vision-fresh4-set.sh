@@ -133,31 +133,12 @@ take "$handbook/images/kde.png" handbook_kde_desktop.png
 take "$handbook/images/synaptic.png" handbook_synaptic.png
 take "$handbook/images/wireshark.png" handbook_wireshark.png
 
-# page OUT TEXT FONT ANGLE NOISE BLUR POINTS: a text page turned by ANGLE degrees.
-page() {
-    convert -background white -fill '#1c1c1c' -font "$3" -pointsize "$7" -interline-spacing 14 label:"$(cat "$2")" \
-        -bordercolor white -border 60 -background white -rotate "$4" +repage -attenuate "$5" +noise Gaussian \
-        -blur 0x"$6" -quality 90 "$out/$1"
-    cp "$2" "$set_dir/truth/$(basename "${1%.*}").txt"
-}
+. "$here/vision-set-pages.sh"
 page page_en6_tilt12.jpg "$texts/en6.txt" "$serif" 12 0.5 0.7 30
 page page_zh5_tilt-7.jpg "$texts/zh5.txt" "$cjk" -7 0.5 0.6 30
 page letter_mono_tilt-14.jpg "$texts/letter.txt" "$mono" -14 0.4 0.8 26
-# photographed OUT TEXT FONT DESK: a page on a desk seen at an angle, lit unevenly.
-photographed() {
-    convert -background white -fill '#222' -font "$3" -pointsize 30 -interline-spacing 12 label:"$(cat "$2")" \
-        -bordercolor white -border 50 "$work/page.png"
-    local w h
-    w=$(identify -format %w "$work/page.png")
-    h=$(identify -format %h "$work/page.png")
-    convert "$work/page.png" -virtual-pixel background -background "$4" -distort Perspective \
-        "0,0 50,30  $w,0 $((w - 40)),70  $w,$h $((w - 10)),$((h + 40))  0,$h 20,$((h - 10))" \
-        \( -size "${w}x${h}" gradient:'#f4f4f4-#9c9c9c' \) -compose multiply -composite \
-        -attenuate 0.8 +noise Gaussian -blur 0x1.1 -quality 85 "$out/$1"
-    cp "$2" "$set_dir/truth/$(basename "${1%.*}").txt"
-}
-photographed photo_page_en6.jpg "$texts/en6.txt" "$sans" '#5a3d2b'
-photographed photo_page_zh5_serif.jpg "$texts/zh5.txt" "$cjk_serif" '#44525e'
+photographed photo_page_en6.jpg "$texts/en6.txt" "$sans" '#5a3d2b' "50 30 -40 70 -10 40 20 -10" '#f4f4f4-#9c9c9c' 1.1
+photographed photo_page_zh5_serif.jpg "$texts/zh5.txt" "$cjk_serif" '#44525e' "50 30 -40 70 -10 40 20 -10" '#f4f4f4-#9c9c9c' 1.1
 
 # Drawings: a barn under a tree, and a stick-figure family holding hands.
 convert -size 1100x800 xc:'#fff8e7' -stroke '#333' -strokewidth 6 -fill '#c0392b' -draw "rectangle 200,420 560,700" \

@@ -102,32 +102,13 @@ take "$pkg/doc/HTML/en/marble/routing-1.png" mb_routing.png
 take "$pkg/doc/HTML/en/plasma-desktop/plasma-desktop-annotated.png" pd_desktop_annotated.png
 take "$pkg/doc/HTML/en/plasma-desktop/application-launcher.png" pd_application_launcher.png
 
-# page OUT TEXT FONT ANGLE NOISE BLUR POINTS: a text page turned by ANGLE degrees.
-page() {
-    convert -background white -fill '#1c1c1c' -font "$3" -pointsize "$7" -interline-spacing 14 label:"$(cat "$2")" \
-        -bordercolor white -border 60 -background white -rotate "$4" +repage -attenuate "$5" +noise Gaussian \
-        -blur 0x"$6" -quality 90 "$out/$1"
-    cp "$2" "$set_dir/truth/$(basename "${1%.*}").txt"
-}
+. "$here/vision-set-pages.sh"
 page page_en7_tilt9.jpg "$texts/en7.txt" "$serif" 9 0.5 0.7 30
 page page_en8_tilt-5.jpg "$texts/en8.txt" "$condensed" -5 0.6 0.8 28
 page page_zh6_tilt-12.jpg "$texts/zh6.txt" "$cjk" -12 0.5 0.6 30
 page page_zh7_tilt15.jpg "$texts/zh7.txt" "$cjk_serif" 15 0.4 0.7 32
-# photographed OUT TEXT FONT DESK: a page on a desk seen at an angle, lit unevenly.
-photographed() {
-    convert -background white -fill '#222' -font "$3" -pointsize 30 -interline-spacing 12 label:"$(cat "$2")" \
-        -bordercolor white -border 50 "$work/page.png"
-    local w h
-    w=$(identify -format %w "$work/page.png")
-    h=$(identify -format %h "$work/page.png")
-    convert "$work/page.png" -virtual-pixel background -background "$4" -distort Perspective \
-        "0,0 30,60  $w,0 $((w - 60)),20  $w,$h $((w - 20)),$((h - 30))  0,$h 10,$((h + 30))" \
-        \( -size "${w}x${h}" gradient:'#9c9c9c-#f4f4f4' \) -compose multiply -composite \
-        -attenuate 0.8 +noise Gaussian -blur 0x1.0 -quality 85 "$out/$1"
-    cp "$2" "$set_dir/truth/$(basename "${1%.*}").txt"
-}
-photographed photo_page_en8.jpg "$texts/en8.txt" "$sans" '#6b4a2f'
-photographed photo_page_zh6.jpg "$texts/zh6.txt" "$cjk" '#3d4a3a'
+photographed photo_page_en8.jpg "$texts/en8.txt" "$sans" '#6b4a2f' "30 60 -60 20 -20 -30 10 30" '#9c9c9c-#f4f4f4' 1.0
+photographed photo_page_zh6.jpg "$texts/zh6.txt" "$cjk" '#3d4a3a' "30 60 -60 20 -20 -30 10 30" '#9c9c9c-#f4f4f4' 1.0
 
 # Captures under Xvfb: browser windows showing WordPress' readme and a page of puzzle photos, and a terminal
 # window listing a folder.

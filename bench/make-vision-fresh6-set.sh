@@ -114,32 +114,13 @@ take "$manual/khangman/khangman-desert.png" kh_desert_theme.png
 take "$manual/kalzium/screenshot7.png" kz_glossary.png
 take "$pkg/help/C/gnome-help/figures/screenshot-tool.png" gh_screenshot_tool.png
 
-# page OUT TEXT FONT ANGLE NOISE BLUR POINTS: a text page turned by ANGLE degrees.
-page() {
-    convert -background white -fill '#1c1c1c' -font "$3" -pointsize "$7" -interline-spacing 14 label:"$(cat "$2")" \
-        -bordercolor white -border 60 -background white -rotate "$4" +repage -attenuate "$5" +noise Gaussian \
-        -blur 0x"$6" -quality 90 "$out/$1"
-    cp "$2" "$set_dir/truth/$(basename "${1%.*}").txt"
-}
+. "$here/vision-set-pages.sh"
 page page_en9_tilt6.jpg "$texts/en9.txt" "$serif" 6 0.5 0.6 30
 page page_en10_tilt-13.jpg "$texts/en10.txt" "$mono" -13 0.6 0.7 28
 page page_zh8_tilt-9.jpg "$texts/zh8.txt" "$cjk_serif" -9 0.5 0.6 30
 page page_zh9_tilt14.jpg "$texts/zh9.txt" "$cjk" 14 0.5 0.8 32
-# photographed OUT TEXT FONT DESK: a page on a desk seen at an angle, lit unevenly.
-photographed() {
-    convert -background white -fill '#222' -font "$3" -pointsize 30 -interline-spacing 12 label:"$(cat "$2")" \
-        -bordercolor white -border 50 "$work/page.png"
-    local w h
-    w=$(identify -format %w "$work/page.png")
-    h=$(identify -format %h "$work/page.png")
-    convert "$work/page.png" -virtual-pixel background -background "$4" -distort Perspective \
-        "0,0 50,20  $w,0 $((w - 30)),60  $w,$h $((w - 10)),$((h + 20))  0,$h 40,$((h - 40))" \
-        \( -size "${w}x${h}" gradient:'#f0f0f0-#a4a4a4' \) -compose multiply -composite \
-        -attenuate 0.8 +noise Gaussian -blur 0x1.1 -quality 85 "$out/$1"
-    cp "$2" "$set_dir/truth/$(basename "${1%.*}").txt"
-}
-photographed photo_page_en9.jpg "$texts/en9.txt" "$serif" '#5a3b24'
-photographed photo_page_zh8.jpg "$texts/zh8.txt" "$cjk" '#2f3b4a'
+photographed photo_page_en9.jpg "$texts/en9.txt" "$serif" '#5a3b24' "50 20 -30 60 -10 20 40 -40" '#f0f0f0-#a4a4a4' 1.1
+photographed photo_page_zh8.jpg "$texts/zh8.txt" "$cjk" '#2f3b4a' "50 20 -30 60 -10 20 40 -40" '#f0f0f0-#a4a4a4' 1.1
 
 # Captures under Xvfb: browser windows showing a recipe page and GRASS' manual, and a terminal window listing
 # processes.
