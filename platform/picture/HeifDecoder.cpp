@@ -32,6 +32,19 @@ using Context = std::unique_ptr<heif_context, ContextFree>;
 using Handle = std::unique_ptr<heif_image_handle, HandleFree>;
 using Image = std::unique_ptr<heif_image, ImageFree>;
 
+// libheif's own bound on either side of a picture; a file's declared size never raises it.
+constexpr qint64 kLibheifSideLimit = 32768;
+// A stream that makes several times the pixels its item declares is damaged (a strip declared 32×9056 came
+// out 16416×6144), and scaling what it made down would be the dearest part of reading it.
+constexpr qint64 kLargestGrowth = 4;
+
+// The declared size with a coding block of padding on either side, which a stream may carry.
+qint64 paddedDeclaredPixels(const heif_image_handle* handle)
+{
+    return (heif_image_handle_get_width(handle) + qint64(64)) *
+           (heif_image_handle_get_height(handle) + qint64(64));
+}
+
 // A thumbnail whose long side reaches `maxSide`, if the file has one.
 Handle bigEnoughThumbnail(heif_image_handle* primary, int maxSide)
 {
@@ -70,11 +83,13 @@ std::optional<QImage> decodeFile(const QString& path, int maxSide, bool allowThu
         return fail(status);
     Handle primary(primaryRaw);
     // The coded stream may make a far bigger picture than the file declares (a 32×24 item decoding at
-    // 16416×6144 took half a minute): libheif is held to the declared size, with room for coding-block
-    // padding and a crop. The thumbnail is smaller than the primary, so the bound serves both.
-    const int declared =
-        std::max(heif_image_handle_get_width(primary.get()), heif_image_handle_get_height(primary.get()));
-    heif_context_set_maximum_image_size_limit(context.get(), 2 * declared + 256);
+    // 16416×6144 took half a minute): libheif is held to the coded size the file declares, with room for
+    // coding-block padding, and never above its own limit.
+    const int declaredSide = std::max(
+        {heif_image_handle_get_ispe_width(primary.get()), heif_image_handle_get_ispe_height(primary.get()),
+         heif_image_handle_get_width(primary.get()), heif_image_handle_get_height(primary.get())});
+    heif_context_set_maximum_image_size_limit(
+        context.get(), int(std::min<qint64>(kLibheifSideLimit, qint64(declaredSide) + 256)));
     Handle thumbnail = allowThumbnail && maxSide > 0 ? bigEnoughThumbnail(primary.get(), maxSide) : nullptr;
     if (usedThumbnail)
         *usedThumbnail = bool(thumbnail);
@@ -90,8 +105,14 @@ std::optional<QImage> decodeFile(const QString& path, int maxSide, bool allowThu
     const int height = heif_image_get_height(decoded.get(), heif_channel_interleaved);
     if (!pixels || width <= 0 || height <= 0)
         return fail(heif_error{heif_error_Decoder_plugin_error, heif_suberror_Unspecified, "no pixels"});
+    const heif_image_handle* source = thumbnail ? thumbnail.get() : primary.get();
+    if (qint64(width) * height > kLargestGrowth * paddedDeclaredPixels(source))
+        return fail(heif_error{heif_error_Invalid_input, heif_suberror_Unspecified,
+                               "the picture decodes to far more pixels than it declares"});
     const QImage view(pixels, width, height, stride, QImage::Format_RGBA8888);
-    return fitWithin(view.copy(), maxSide);
+    QImage fitted = fitWithin(view, maxSide);
+    // Unscaled, the picture still reads libheif's pixels, which go with `decoded`.
+    return fitted.constBits() == pixels ? view.copy() : fitted;
 }
 
 } // namespace

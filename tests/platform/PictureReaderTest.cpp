@@ -139,7 +139,8 @@ class BrokenFileTest : public ::testing::TestWithParam<const char*>
 
 // A copy cut short (other than a JPEG), an empty file, text under a picture's name, a file that is not there,
 // a CR2 on which exiv2 throws std::overflow_error rather than its own error type, or a HEIF whose stream
-// makes a picture hundreds of times the size it declares: no image, a reason, no crash.
+// makes a picture hundreds of times the size it declares (beyond the side it declares, or within it): no
+// image, a reason, no crash.
 TEST_P(BrokenFileTest, GivesNoImageAndAReason)
 {
     TempFolder folder;
@@ -156,23 +157,35 @@ TEST_P(BrokenFileTest, GivesNoImageAndAReason)
         folder.write(name, QByteArrayLiteral("this is not a picture at all\n"));
     } else if (name.startsWith(QLatin1String("looping."))) {
         folder.write(name, testing::selfReferencingCr2());
-    } else if (name.startsWith(QLatin1String("oversized."))) {
-        // Declares 32×24; its coded stream makes 16416×6144 (found by the HEIF fuzz harness).
-        QFile::copy(
-            QStringLiteral(LUMARO_SOURCE_DIR "/fuzz/heif/corpus/declares-32x24-decodes-16416x6144.heic"),
-            path);
+    } else if (name.startsWith(QLatin1String("declares-"))) {
+        // Files the HEIF fuzz harness found: the coded stream makes a picture far bigger than declared.
+        QFile::copy(QStringLiteral(LUMARO_SOURCE_DIR "/fuzz/heif/corpus/") + name, path);
+    } else if (name.startsWith(QLatin1String("tall-strip."))) {
+        // The 32×9056 strip declared 32×16500: now libheif lets the 16416×6144 picture through.
+        QFile file(QStringLiteral(LUMARO_SOURCE_DIR "/fuzz/heif/corpus/declares-32x9056-decodes-16416x6144.heic"));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        QByteArray bytes = file.readAll();
+        const QByteArray declared = QByteArray::fromHex("697370650000000000000020" "00002360");
+        ASSERT_EQ(bytes.count(declared), 1);
+        bytes.replace(declared, QByteArray::fromHex("697370650000000000000020" "00004074"));
+        folder.write(name, bytes);
     }
     for (const int side : {256, 0}) {
         const DecodedPicture picture = decode(path, side, true);
         EXPECT_TRUE(picture.isNull()) << qPrintable(name);
         EXPECT_FALSE(picture.error.isEmpty()) << qPrintable(name);
+        if (name.startsWith(QLatin1String("tall-strip.")))
+            EXPECT_TRUE(picture.error.contains(QLatin1String("more pixels than it declares")))
+                << qPrintable(picture.error);
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, BrokenFileTest,
                          ::testing::Values("empty.jpg", "text.jpg", "text.cr2", "text.nef", "text.heic",
                                            "text.png", "empty.tiff", "text.webp", "looping.CR2",
-                                           "missing.jpg", "missing.cr2", "oversized.heic"));
+                                           "missing.jpg", "missing.cr2",
+                                           "declares-32x24-decodes-16416x6144.heic",
+                                           "declares-32x9056-decodes-16416x6144.heic", "tall-strip.heic"));
 
 // A picture caught in its first bytes (still being copied in) is called what it is, not a lack of memory.
 TEST(PictureReaderTest, AJpegOfOnlyItsFirstBytesIsCalledCutShort)
