@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QStringList>
 
 #include <sqlite3.h>
@@ -170,6 +171,36 @@ const struct
      "ON CONFLICT (card_id, path_on_card, size, modified_ms) DO NOTHING;"},
 };
 
+// Each column of `table` as "name type notnull default pk", in order: what a statement relies on beyond the
+// column's name (a NOT NULL default on `finished_at` would make every import look finished).
+QStringList columnsOf(sqlite3* db, const char* table)
+{
+    QStringList columns;
+    Statement info(db, "SELECT name, type, \"notnull\", quote(dflt_value), pk FROM pragma_table_info(?);");
+    info.bind(QString::fromLatin1(table)).run([&](sqlite3_stmt* row) {
+        columns << QStringList{text(row, 0), text(row, 1), text(row, 2), text(row, 3), text(row, 4)}.join(
+            u' ');
+    });
+    return columns;
+}
+
+// The columns of our tables as the schema makes them, read from a store made afresh in memory.
+const QHash<QString, QStringList>& ourColumns()
+{
+    static const QHash<QString, QStringList> columns = [] {
+        QHash<QString, QStringList> made;
+        sqlite3* db = nullptr;
+        if (sqlite3_open(":memory:", &db) == SQLITE_OK &&
+            sqlite3_exec(db, kSchema, nullptr, nullptr, nullptr) == SQLITE_OK) {
+            for (const char* table : {"cards", "imports", "imported_files"})
+                made.insert(QString::fromLatin1(table), columnsOf(db, table));
+        }
+        sqlite3_close(db);
+        return made;
+    }();
+    return columns;
+}
+
 } // namespace
 
 RememberedCardStore::RememberedCardStore(QString path)
@@ -240,6 +271,9 @@ QString RememberedCardStore::layoutProblem()
         exists.bind(QString::fromLatin1(table)).run([&](sqlite3_stmt*) { present = true; });
         if (problem.isEmpty() && present && !Statement(m_db, probe).isValid())
             problem = QString::fromUtf8(sqlite3_errmsg(m_db));
+        if (problem.isEmpty() && present &&
+            columnsOf(m_db, table) != ourColumns().value(QString::fromLatin1(table)))
+            problem = QString::fromLatin1(table) + QStringLiteral(" has columns of another layout");
     }
     return problem;
 }

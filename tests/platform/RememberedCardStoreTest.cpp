@@ -80,6 +80,22 @@ TEST(RememberedCardStore, ADamagedOrForeignFileIsRefusedWithAReasonAndLeftAsItWa
              execute(path, "CREATE TRIGGER forget AFTER INSERT ON imported_files BEGIN DELETE FROM "
                            "imported_files; END;");
          }},
+        {"an imports table where an import cannot be unfinished",
+         [](const QString& path) {
+             execute(path,
+                     "DROP TABLE imports; CREATE TABLE imports (id INTEGER PRIMARY KEY AUTOINCREMENT, "
+                     "card_id INTEGER NOT NULL REFERENCES cards(id), roll TEXT NOT NULL, started_at REAL "
+                     "NOT NULL, finished_at REAL NOT NULL DEFAULT '');");
+         }},
+        {"a cards table whose first import is never empty",
+         [](const QString& path) {
+             execute(path,
+                     "DROP TABLE cards; CREATE TABLE cards (id INTEGER PRIMARY KEY "
+                     "AUTOINCREMENT, card_key TEXT NOT NULL UNIQUE, volume_uuid TEXT NOT NULL DEFAULT '', "
+                     "volume_label TEXT NOT NULL DEFAULT '', camera_make TEXT NOT NULL DEFAULT '', "
+                     "camera_model TEXT NOT NULL DEFAULT '', camera_serial TEXT NOT NULL DEFAULT '', "
+                     "first_import REAL NOT NULL DEFAULT 0, last_import REAL);");
+         }},
         {"a files table without its key",
          [](const QString& path) {
              execute(path, "DROP TABLE imported_files; CREATE TABLE imported_files (card_id, path_on_card, "
