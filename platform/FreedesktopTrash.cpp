@@ -77,7 +77,9 @@ QString FreedesktopTrash::trashFor(const QString& path, QString* error) const
         setError(error, QStringLiteral("no home folder, so no Trash"));
         return {};
     }
-    const auto fileVolume = m_lookup(path);
+    // A name lives on the volume of the folder holding it: a link is trashed as a link, where it sits, even
+    // when it leads onto another volume (whose trash it cannot be renamed into).
+    const auto fileVolume = m_lookup(QFileInfo(path).absolutePath());
     const auto homeVolume = m_lookup(home);
     if (!fileVolume || !homeVolume) {
         setError(error, QStringLiteral("cannot tell which volume %1 is on").arg(path));
@@ -101,7 +103,11 @@ std::optional<TrashedItem> FreedesktopTrash::moveToTrash(const QString& path, QS
         return std::nullopt;
 
     const QString topDir = TrashDirectories::topDirOfTrash(trashDir);
-    const QString recorded = topDir.isEmpty() ? absolute : QDir(topDir).relativeFilePath(absolute);
+    // Relative to the volume's top when the path runs through it; a path that reaches the volume through a
+    // link elsewhere is recorded whole, as it was given, rather than climbing out with "../".
+    const QString relative = topDir.isEmpty() ? QString() : QDir(topDir).relativeFilePath(absolute);
+    const QString recorded =
+        relative.isEmpty() || relative.startsWith(QStringLiteral("../")) ? absolute : relative;
     const QByteArray info = QByteArrayLiteral("[Trash Info]\nPath=") + encodedPath(recorded)
         + QByteArrayLiteral("\nDeletionDate=")
         + QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")).toLatin1()

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QStorageInfo>
+#include <QTemporaryDir>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -233,6 +234,53 @@ TEST(FreedesktopTrash, AFileOnAnotherVolumeGoesToThatVolumesTrashWithARelativePa
     EXPECT_EQ(infoFields(item->trashInfoPath).value(QStringLiteral("Path")),
               QByteArrayLiteral("DCIM/100CANON/IMG%201.JPG"));
     EXPECT_EQ(TrashRestorer::entryFor(item->trashedPath).originalPath, picture);
+}
+
+// With the system's own volume lookup, and /dev/shm as the second volume most machines have: a link is
+// trashed as itself where it sits (its target's volume cannot take it by rename), and a picture reached
+// through a linked folder goes to the trash of the volume it is on, recorded by the path it was given.
+TEST(FreedesktopTrash, ALinkIsTrashedWhereItSitsAndAPathThroughALinkIsRecordedAsGiven)
+{
+    QTemporaryDir elsewhere(QStringLiteral("/dev/shm/lumaro-trash-XXXXXX"));
+    TempFolder pictures;
+    struct stat shm
+    {
+    }, here{};
+    if (!elsewhere.isValid() || ::stat("/dev/shm", &shm) != 0 ||
+        ::stat(QFile::encodeName(pictures.path()).constData(), &here) != 0 || shm.st_dev == here.st_dev)
+        GTEST_SKIP() << "no second volume at /dev/shm";
+    FreedesktopTrash trash;
+    QString error;
+
+    const QString target = elsewhere.filePath(QStringLiteral("IMG 1.JPG"));
+    ASSERT_TRUE(QFile(target).open(QIODevice::WriteOnly));
+    const QString link = pictures.filePath(QStringLiteral("IMG 1.JPG"));
+    ASSERT_TRUE(QFile::link(target, link));
+    const auto trashedLink = trash.moveToTrash(link, &error);
+    ASSERT_TRUE(trashedLink) << qPrintable(error);
+    EXPECT_TRUE(trashedLink->trashedPath.startsWith(TrashDirectories::homeTrash() + QLatin1Char('/')));
+    EXPECT_TRUE(QFileInfo(trashedLink->trashedPath).isSymLink());
+    EXPECT_TRUE(QFileInfo::exists(target));
+
+    ASSERT_TRUE(QDir(elsewhere.path()).mkpath(QStringLiteral("DCIM")));
+    ASSERT_TRUE(QFile(elsewhere.filePath(QStringLiteral("DCIM/IMG 2.JPG"))).open(QIODevice::WriteOnly));
+    ASSERT_TRUE(
+        QFile::link(elsewhere.filePath(QStringLiteral("DCIM")), pictures.filePath(QStringLiteral("card"))));
+    const QString throughLink = pictures.filePath(QStringLiteral("card/IMG 2.JPG"));
+    const auto trashed = trash.moveToTrash(throughLink, &error);
+    ASSERT_TRUE(trashed) << qPrintable(error);
+    EXPECT_FALSE(trashed->trashedPath.startsWith(TrashDirectories::homeTrash() + QLatin1Char('/')));
+    EXPECT_EQ(infoFields(trashed->trashInfoPath).value(QStringLiteral("Path")),
+              FreedesktopTrash::encodedPath(throughLink));
+    EXPECT_EQ(TrashRestorer::entryFor(trashed->trashedPath).originalPath, throughLink);
+
+    // The volume's trash is outside the test's folders: take back what went there.
+    QFile::remove(trashed->trashedPath);
+    QFile::remove(trashed->trashInfoPath);
+    const QString volumeTrash = QFileInfo(QFileInfo(trashed->trashedPath).absolutePath()).absolutePath();
+    for (const QString& folder : QStringList{volumeTrash + QStringLiteral("/files"),
+                                             volumeTrash + QStringLiteral("/info"), volumeTrash})
+        QDir().rmdir(folder);
 }
 
 TEST(FreedesktopTrash, AnAdministratorsStickyTrashIsUsedButNotALinkedOne)
