@@ -32,9 +32,12 @@ constexpr int kBrowserTextLines = 2; // a tab's title and an address around what
 constexpr double kFlatJpegWindow = 0.2;
 constexpr float kSceneWordSource = 0.45f; // a label this unsure implies no scene
 constexpr double kFlatDrawing = 0.2;      // flat share of a drawing made on a computer
-constexpr float kWebSite = 0.5f;          // ImageNet's "web_site" class is screen captures of pages
-constexpr float kSureScreen = 0.8f;       // …and this sure of its screen classes needs no flat areas
-constexpr float kOpenAirShare = 0.3f;     // open-air labels together this sure make an outdoor scene
+// Off its backdrop, a photo cut out onto one plain colour (a toy, an animal for an avatar) is textured
+// nearly everywhere; a drawing's fills and strokes on their background leave a good part smooth.
+constexpr double kCutOutPhoto = 0.97;
+constexpr float kWebSite = 0.5f;      // ImageNet's "web_site" class is screen captures of pages
+constexpr float kSureScreen = 0.8f;   // …and this sure of its screen classes needs no flat areas
+constexpr float kOpenAirShare = 0.3f; // open-air labels together this sure make an outdoor scene
 // A label that would file the picture under a category must be this sure, alone or with the other labels
 // of its category: a weak "wooden_spoon", "strainer" or "stone_wall" is the classifier's guess at the
 // nearest class it knows, and a single such guess filed food photos under tools and a valley under
@@ -56,6 +59,8 @@ constexpr double kPasserByAtBuilding = 0.015;
 constexpr float kAnimalFace = 0.5f;
 // Room classes together this sure make an interior (see interiorEvidence).
 constexpr float kInteriorShare = 0.3f;
+// Building and open-air classes together this sure make a picture of buildings (see builtUpEvidence).
+constexpr float kBuiltUpShare = 0.3f;
 
 double areaShare(const QRectF& box, const QSize& frame)
 {
@@ -119,11 +124,17 @@ float structureEvidence(const PictureSignals& s)
     });
 }
 
+// ImageNet's classes for a page on a screen and for the displays themselves: a capture of a media centre or
+// a desktop spreads over "television", "screen", "monitor" and "scoreboard" as a browser's does over
+// "web_site" and "menu".
 float screenClassEvidence(const PictureSignals& s)
 {
-    return imageNetEvidence(s, [](const SceneObservation& o) {
-        return o.identifier == QLatin1String("web_site") || o.identifier == QLatin1String("menu");
-    });
+    static const QSet<QString> screens{
+        QStringLiteral("web_site"),   QStringLiteral("menu"),       QStringLiteral("screen"),
+        QStringLiteral("monitor"),    QStringLiteral("television"), QStringLiteral("desktop_computer"),
+        QStringLiteral("scoreboard"),
+    };
+    return imageNetEvidence(s, [](const SceneObservation& o) { return screens.contains(o.identifier); });
 }
 
 bool isTicket(const QStringList& lines)
@@ -191,6 +202,37 @@ InteriorEvidence interiorEvidence(const PictureSignals& s)
     if (s.objects) {
         for (const platform::DetectedObject& o : *s.objects) {
             if (!SceneWordTable::isIgnoredObject(o.label) && !SceneWordTable::needsLargeBox(o.label) &&
+                areaShare(o.box, s.analysedSize) >= kSmallestObject)
+                e.bestThing = std::max(e.bestThing, o.score);
+        }
+    }
+    return e;
+}
+
+// What ImageNet gives buildings and their parts (its structure classes) and open-air things, summed, and
+// the surest label of anything else. A city seen at night, in fog or under a storm, or a plain block of
+// flats, spreads itself over "palace", "castle", "fountain", "prison", "mobile_home", "liner"… with no class
+// sure; together they say the picture is of buildings.
+struct BuiltUpEvidence
+{
+    float builtUp = 0.f;
+    float bestThing = 0.f;
+};
+
+BuiltUpEvidence builtUpEvidence(const PictureSignals& s)
+{
+    const VisionTagMatcher& matcher = VisionClassificationEngine::shared().matcher;
+    BuiltUpEvidence e;
+    for (const SceneObservation& o : s.imageNet) {
+        if (SceneWordTable::isOpenAir(o.identifier) ||
+            matcher.categories({o.identifier}).contains(CategoryKey::structure))
+            e.builtUp += o.confidence;
+        else
+            e.bestThing = std::max(e.bestThing, o.confidence);
+    }
+    if (s.objects) {
+        for (const platform::DetectedObject& o : *s.objects) {
+            if (!SceneWordTable::isIgnoredObject(o.label) &&
                 areaShare(o.box, s.analysedSize) >= kSmallestObject)
                 e.bestThing = std::max(e.bestThing, o.score);
         }
@@ -316,9 +358,11 @@ bool PictureLabeler::isDrawing(const PictureSignals& s)
     // The drawing classifier knows painted and sketched pictures; flat colours from a drawing program it
     // often misses (a cartoon house scores 0.2), and no camera makes those. A drawing program fills its
     // shapes: at least one flat colour covers a noticeable part. Flat blocks each of another colour are a
-    // photo's sky or shade clipped to white or black, or a plain gradient.
+    // photo's sky or shade clipped to white or black, or a plain gradient. A photo cut out onto a plain
+    // backdrop has that too, but everything off the backdrop is textured.
     return !s.screen.cameraMetadata && s.textLines.size() < kScreenTextLines &&
-           s.screen.flatShare >= kFlatDrawing && s.screen.flatColours >= 1;
+           s.screen.flatShare >= kFlatDrawing && s.screen.flatColours >= 1 &&
+           s.screen.offBackdropTexture < kCutOutPhoto;
 }
 
 bool PictureLabeler::isDocument(const PictureSignals& s)
@@ -392,16 +436,23 @@ std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
     const InteriorEvidence inside = interiorEvidence(s);
     const bool room = !(screen || drawing || landscape) && inside.interior >= kInteriorShare &&
                       inside.interior >= inside.bestThing;
+    const BuiltUpEvidence built = builtUpEvidence(s);
+    const bool buildings = !(screen || drawing || landscape || room) && built.builtUp >= kBuiltUpShare &&
+                           built.builtUp >= built.bestThing;
     if (!(screen || drawing)) {
         if (room)
             list.add(QStringLiteral("interior"), inside.interior);
+        if (buildings)
+            list.add(QStringLiteral("structure"), built.builtUp);
         if (landscape) {
             list.add(QStringLiteral("outdoor"), open.openAir);
             if (open.landform >= kOpenAirShare)
                 list.add(QStringLiteral("landscape"), open.landform);
         }
         for (const SceneObservation& o : objects) {
-            if (o.confidence <= kSceneWordSource)
+            // ImageNet's "kite" is the bird of prey, named like COCO's kite in the sky: an animal implies
+            // no scene.
+            if (o.confidence <= kSceneWordSource || o.kind == QLatin1String("animal"))
                 continue;
             for (const QString& word : SceneWordTable::sceneWordsFor(o.identifier))
                 list.add(word, o.confidence);

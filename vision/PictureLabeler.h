@@ -17,7 +17,8 @@ namespace lumaro::vision {
 //   the photo classifiers say about its contents, so their category words are left out;
 // - "document" when text covers enough of the picture, "票据" besides it for a ticket or receipt;
 // - scene words from the table over ImageNet and COCO labels (outdoor, landscape, sky, indoor, structure),
-//   and "outdoor" (with "landscape") when open-air labels together outweigh anything else it names;
+//   and "outdoor" (with "landscape") when open-air labels together outweigh anything else it names,
+//   "structure" when building and open-air labels together do (a skyline in fog, a plain block of flats);
 // - then the object words: COCO objects (score ≥ 0.45) and ImageNet labels, without the ones that wrongly
 //   mean people (clothing seen without anybody wearing it, a corgi's "cardigan").
 class PictureLabeler

@@ -18,11 +18,12 @@ namespace lumaro::vision {
 // Whether a picture was captured from a screen rather than a camera (see ScreenCaptureEvidence).
 struct ScreenEvidence
 {
-    bool cameraMetadata = false; // the file names a camera make or model
-    bool screenSize = false;     // exactly a common display size
-    double flatShare = 0.0;      // part of the picture in perfectly flat blocks, as UI backgrounds are
-    int flatColours = 0;         // distinct colours of those blocks that cover a noticeable part
-    bool framedPanel = false;    // flat areas meet along long straight edges, across and down
+    bool cameraMetadata = false;     // the file names a camera make or model
+    bool screenSize = false;         // exactly a common display size
+    double flatShare = 0.0;          // part of the picture in perfectly flat blocks, as UI backgrounds are
+    int flatColours = 0;             // distinct colours of those blocks that cover a noticeable part
+    bool framedPanel = false;        // flat areas meet along long straight edges, across and down
+    double offBackdropTexture = 0.0; // see FlatAreas: photo texture off the backdrop
 };
 
 // A missing backend leaves its part empty (or nullopt); the labeller then does without that signal.

@@ -15,6 +15,53 @@ namespace {
 constexpr int kBlock = 8;
 constexpr double kColourShare =
     0.01; // a flat colour counts as a region of its own from this part of the picture
+// A block whose channels spread wider than this is textured: a drawing's fill, even saved as JPEG, stays
+// within it; a photo's fur, grass or skin does not.
+constexpr int kTextureSpread = 8;
+
+// The widest spread of one channel over a block.
+int channelSpread(const QImage& rgb, int bx, int by)
+{
+    int low[3] = {255, 255, 255}, high[3] = {0, 0, 0};
+    for (int y = 0; y < kBlock; ++y) {
+        const QRgb* line = reinterpret_cast<const QRgb*>(rgb.constScanLine(by * kBlock + y)) + bx * kBlock;
+        for (int x = 0; x < kBlock; ++x) {
+            const int channels[3] = {qRed(line[x]), qGreen(line[x]), qBlue(line[x])};
+            for (int c = 0; c < 3; ++c) {
+                low[c] = std::min(low[c], channels[c]);
+                high[c] = std::max(high[c], channels[c]);
+            }
+        }
+    }
+    return std::max({high[0] - low[0], high[1] - low[1], high[2] - low[2]});
+}
+
+// How many of a block's pixels have the backdrop's colour.
+int backdropPixels(const QImage& rgb, int bx, int by, QRgb backdrop)
+{
+    int count = 0;
+    for (int y = 0; y < kBlock; ++y) {
+        const QRgb* line = reinterpret_cast<const QRgb*>(rgb.constScanLine(by * kBlock + y)) + bx * kBlock;
+        for (int x = 0; x < kBlock; ++x)
+            count += (line[x] & 0xffffff) == backdrop;
+    }
+    return count;
+}
+
+// Of the blocks at most half on the backdrop, the share that is textured (see FlatAreas).
+double offBackdropTexture(const QImage& rgb, QRgb backdrop, int columns, int rows)
+{
+    qint64 off = 0, textured = 0;
+    for (int by = 0; by < rows; ++by) {
+        for (int bx = 0; bx < columns; ++bx) {
+            if (backdropPixels(rgb, bx, by, backdrop) * 2 >= kBlock * kBlock)
+                continue;
+            ++off;
+            textured += channelSpread(rgb, bx, by) > kTextureSpread;
+        }
+    }
+    return off > 0 ? double(textured) / double(off) : 0.0;
+}
 
 } // namespace
 
@@ -50,10 +97,19 @@ FlatAreas ScreenCaptureEvidence::flatAreas(const QImage& image)
     }
     const double blocks = double(columns) * rows;
     areas.share = double(flat) / blocks;
-    for (const qint64 count : std::as_const(blocksByColour)) {
-        if (double(count) / blocks >= kColourShare)
+    QRgb backdrop = 0;
+    qint64 backdropBlocks = 0;
+    for (auto colour = blocksByColour.cbegin(); colour != blocksByColour.cend(); ++colour) {
+        if (double(colour.value()) / blocks >= kColourShare)
             ++areas.colours;
+        if (colour.value() > backdropBlocks ||
+            (colour.value() == backdropBlocks && colour.key() < backdrop)) {
+            backdrop = colour.key();
+            backdropBlocks = colour.value();
+        }
     }
+    if (backdropBlocks > 0)
+        areas.offBackdropTexture = offBackdropTexture(rgb, backdrop, columns, rows);
     return areas;
 }
 
@@ -108,6 +164,7 @@ ScreenEvidence ScreenCaptureEvidence::of(const QString& path, const QImage& deco
     const FlatAreas flat = flatAreas(decoded);
     evidence.flatShare = flat.share;
     evidence.flatColours = flat.colours;
+    evidence.offBackdropTexture = flat.offBackdropTexture;
     evidence.framedPanel = hasFramedPanel(decoded);
     return evidence;
 }

@@ -414,6 +414,51 @@ std::vector<Case> cases()
                       {QStringLiteral("bookcase"), 0.05f}};
         all.push_back({"aCatInARoomIsTheCat", s, "MARK_DIVERSE_TABBY"});
     }
+    {
+        PictureSignals s = photo(); // a plush toy cut out onto white: flat backdrop, fur everywhere else
+        s.screen = {false, false, 0.34, 1};
+        s.screen.offBackdropTexture = 0.99;
+        s.drawing = 0.0f;
+        s.imageNet = {{QStringLiteral("teddy"), 0.99f}};
+        all.push_back({"aPhotoCutOutOntoAPlainBackdropIsNoDrawing", s, "MARK_DIVERSE_TEDDY"});
+        s.screen.offBackdropTexture = 0.9; // a drawing on its background keeps smooth fills and strokes
+        all.push_back({"aDrawingWithSmoothFillsOnItsBackdropIsADrawing", s, "MARK_ILLUSTRATION"});
+    }
+    {
+        PictureSignals s = photo(); // ImageNet's kite is a bird of prey, not a kite in the sky
+        const QString animal = QStringLiteral("animal");
+        s.imageNet = {{QStringLiteral("kite"), 0.89f, animal},
+                      {QStringLiteral("great_grey_owl"), 0.07f, animal}};
+        s.objects->push_back({QStringLiteral("bird"), QRectF(300, 200, 400, 500), 0.59f});
+        all.push_back({"theBirdCalledKiteIsNoSky", s, "MARK_DIVERSE_KITE"});
+        s.imageNet.clear(); // COCO's kite flies in the sky
+        s.objects = std::vector<DetectedObject>{{QStringLiteral("kite"), QRectF(300, 200, 200, 200), 0.7f}};
+        all.push_back({"aKiteToyIsInTheSky", s, "MARK_OUTDOOR"});
+    }
+    {
+        PictureSignals s = photo(); // a media centre's home menu: ImageNet sees a television, not a page
+        s.pixelSize = s.analysedSize = QSize(1920, 1080);
+        s.screen = {false, true, 0.16, 2};
+        s.drawing = 0.41f;
+        for (int line = 0; line < 14; ++line)
+            s.textLines << QStringLiteral("Music %1").arg(line);
+        s.textShare = 0.021;
+        s.imageNet = {{QStringLiteral("television"), 0.30f},
+                      {QStringLiteral("scoreboard"), 0.30f},
+                      {QStringLiteral("screen"), 0.14f},
+                      {QStringLiteral("web_site"), 0.10f}};
+        all.push_back({"aMediaCentreAtADisplaysSizeIsAScreenshot", s, "MARK_SCREENSHOT"});
+    }
+    {
+        PictureSignals s = photo(); // a skyline in fog: buildings and boats, none of them sure
+        s.imageNet = {{QStringLiteral("palace"), 0.10f},  {QStringLiteral("fireboat"), 0.10f},
+                      {QStringLiteral("church"), 0.06f},  {QStringLiteral("fountain"), 0.05f},
+                      {QStringLiteral("airship"), 0.05f}, {QStringLiteral("bell_cote"), 0.05f}};
+        all.push_back({"aCityInFogSpreadOverBuildingsIsAStructure", s, "MARK_STRUCTURE"});
+        s.imageNet.insert(s.imageNet.begin(),
+                          {QStringLiteral("airship"), 0.4f}); // …unless a thing outweighs them
+        all.push_back({"aThingSurerThanTheBuildingsIsTheThing", s, "MARK_DIVERSE_AIRSHIP"});
+    }
     return all;
 }
 

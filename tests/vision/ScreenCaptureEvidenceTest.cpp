@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The straight edges where a window's flat areas meet, which paper and camera pictures do not have.
+// The straight edges where a window's flat areas meet, which paper and camera pictures do not have; and the
+// texture off a plain backdrop, which tells a photo cut out onto it from a drawing.
 #include "vision/ScreenCaptureEvidence.h"
 
 #include <QImage>
@@ -85,5 +86,35 @@ TEST_P(FramedPanels, AreFoundWhereFlatAreasMeetAlongStraightEdges)
 
 INSTANTIATE_TEST_SUITE_P(Table, FramedPanels, ::testing::ValuesIn(cases()),
                          [](const auto& info) { return std::string(info.param.name); });
+
+// A figure on a white backdrop: a photo's texture (a plush toy's fur: every pixel its own shade), or a
+// drawing's flat fill inside its outline, saved as JPEG would leave it (a shade or two of noise).
+QImage figureOnBackdrop(int spread)
+{
+    QImage image(320, 240, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QRandomGenerator random(11);
+    for (int y = 40; y < 200; ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 60; x < 260; ++x) {
+            const int shift = int(random.bounded(spread + 1)) - spread / 2;
+            line[x] = qRgb(150 + shift, 100 + shift, 60 + shift);
+        }
+    }
+    QPainter painter(&image);
+    painter.setPen(QPen(Qt::black, 3));
+    painter.drawRect(60, 40, 200, 160);
+    return image;
+}
+
+TEST(OffBackdropTexture, IsNearlyAllOfACutOutPhotoAndLittleOfADrawnFill)
+{
+    const FlatAreas photo = ScreenCaptureEvidence::flatAreas(figureOnBackdrop(60));
+    const FlatAreas drawing = ScreenCaptureEvidence::flatAreas(figureOnBackdrop(2));
+    EXPECT_EQ(photo.colours, 1);
+    EXPECT_GE(photo.offBackdropTexture, 0.97);
+    EXPECT_EQ(drawing.colours, 1);
+    EXPECT_LT(drawing.offBackdropTexture, 0.5);
+}
 
 } // namespace
