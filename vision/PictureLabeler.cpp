@@ -27,6 +27,7 @@ constexpr double kScreenTextShare = 0.01; // lines the reader located, not just 
 // with lines of text, a page of paper has its paper alone.
 constexpr int kWindowColours = 3;
 constexpr int kBrowserTextLines = 2; // a tab's title and an address around whatever the page shows
+constexpr int kDarkBackdrop = 64;    // grey level up to which a backdrop is dark
 // A JPEG's blocks blur a window's flat bars, so a saved dialog keeps less of them; what ImageNet knows
 // of screens (its "web_site" and "menu") together with that much flat says a capture.
 constexpr double kFlatJpegWindow = 0.2;
@@ -340,11 +341,14 @@ bool PictureLabeler::isScreenCapture(const PictureSignals& s)
                              s.screen.flatColours >= kScreenColours;
     // A text box or a panel framed by straight edges: a message window's one grey has no second colour.
     const bool framed = s.screen.framedPanel && s.screen.flatShare >= kFlatScreen;
+    // Light text on a dark flat backdrop is a terminal's or a dark-themed program's: paper is light.
+    const bool darkWindow = s.screen.flatShare >= kFlatAnySize && s.screen.backdropGrey >= 0 &&
+                            s.screen.backdropGrey <= kDarkBackdrop;
     // A whole desktop at a display's exact size: its wallpaper, a photo, leaves little flat, but ImageNet
     // knows the windows on it for a screen.
     const bool desktop = s.screen.screenSize && screenClassEvidence(s) >= kSureScreen;
     return (flat && s.screen.flatColours >= kScreenColours) || window || savedWindow || framed || desktop ||
-           (webPage && s.screen.flatShare >= kFlatScreen);
+           darkWindow || (webPage && s.screen.flatShare >= kFlatScreen);
 }
 
 bool PictureLabeler::isDrawing(const PictureSignals& s)

@@ -24,6 +24,7 @@ struct ScreenEvidence
     int flatColours = 0;             // distinct colours of those blocks that cover a noticeable part
     bool framedPanel = false;        // flat areas meet along long straight edges, across and down
     double offBackdropTexture = 0.0; // see FlatAreas: photo texture off the backdrop
+    int backdropGrey = -1;           // see FlatAreas: how light the commonest flat colour is
 };
 
 // A missing backend leaves its part empty (or nullopt); the labeller then does without that signal.

@@ -108,8 +108,10 @@ FlatAreas ScreenCaptureEvidence::flatAreas(const QImage& image)
             backdropBlocks = colour.value();
         }
     }
-    if (backdropBlocks > 0)
+    if (backdropBlocks > 0) {
         areas.offBackdropTexture = offBackdropTexture(rgb, backdrop, columns, rows);
+        areas.backdropGrey = qGray(backdrop);
+    }
     return areas;
 }
 
@@ -165,6 +167,7 @@ ScreenEvidence ScreenCaptureEvidence::of(const QString& path, const QImage& deco
     evidence.flatShare = flat.share;
     evidence.flatColours = flat.colours;
     evidence.offBackdropTexture = flat.offBackdropTexture;
+    evidence.backdropGrey = flat.backdropGrey;
     evidence.framedPanel = hasFramedPanel(decoded);
     return evidence;
 }

@@ -18,6 +18,7 @@ struct FlatAreas
     // wider than a drawing's fill or a JPEG's noise in one: a photo's texture (fur, grass, skin) fills
     // nearly all of them, a drawing's fills and strokes leave many smooth.
     double offBackdropTexture = 0.0;
+    int backdropGrey = -1; // the backdrop's grey level (0 black … 255 white); -1 without flat blocks
 };
 
 // Thread-safe, blocking (reads the file's metadata).

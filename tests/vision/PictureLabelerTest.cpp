@@ -459,6 +459,19 @@ std::vector<Case> cases()
                           {QStringLiteral("airship"), 0.4f}); // …unless a thing outweighs them
         all.push_back({"aThingSurerThanTheBuildingsIsTheThing", s, "MARK_DIVERSE_AIRSHIP"});
     }
+    {
+        PictureSignals s = photo(); // a terminal listing processes: light text on one dark flat colour
+        s.screen = {false, false, 0.78, 1};
+        s.screen.backdropGrey = 30;
+        s.drawing = 0.47f;
+        for (int line = 0; line < 40; ++line)
+            s.textLines << QStringLiteral("%1 root 0.0 0.1 kworker").arg(100 + line);
+        s.textShare = 0.21;
+        s.imageNet = {{QStringLiteral("web_site"), 0.36f}, {QStringLiteral("menu"), 0.22f}};
+        all.push_back({"lightTextOnADarkFlatBackdropIsAScreenshot", s, "MARK_SCREENSHOT"});
+        s.screen.backdropGrey = 254; // the same lines printed on white paper
+        all.push_back({"darkTextOnAWhiteFlatBackdropIsADocument", s, "MARK_DOCUMENTS"});
+    }
     return all;
 }
 

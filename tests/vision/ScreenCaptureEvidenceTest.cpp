@@ -115,6 +115,7 @@ TEST(OffBackdropTexture, IsNearlyAllOfACutOutPhotoAndLittleOfADrawnFill)
     EXPECT_GE(photo.offBackdropTexture, 0.97);
     EXPECT_EQ(drawing.colours, 1);
     EXPECT_LT(drawing.offBackdropTexture, 0.5);
+    EXPECT_EQ(photo.backdropGrey, 255);
 }
 
 } // namespace
