@@ -291,7 +291,8 @@ int PictureLabeler::personCount(const PictureSignals& s)
     }
     if (count == 0) {
         const double passerBy = structureEvidence(s) >= kCategoryEvidence ? kPasserByAtBuilding : kPasserBy;
-        if (bestObjectPerson(s, passerBy) >= kObjectPerson)
+        if (bestObjectPerson(s, passerBy) >= kObjectPerson ||
+            bestObjectPerson(s, kCloseUpShare) >= kCloseUpPerson)
             count = 1;
     }
     // A face alone stands for a person only in a photo (drawn faces are as large as they like), and not

@@ -11,7 +11,8 @@ namespace lumaro::vision {
 // Pure and thread-safe. Labels come out as observations (identifier, confidence), decisive words first:
 // - "person"/"people" when a person detector finds someone (seen from any side), a face only confirming a
 //   weak detection, or standing alone when it fills a good part of the frame and no animal is sure; a
-//   person the object detector alone sees as a speck (a passer-by at a monument) is nobody;
+//   person the object detector alone sees as a speck (a passer-by at a monument) is nobody, one filling
+//   most of the frame (a close-up) counts from a lower score;
 // - "screenshot" for a screen capture (no camera, text, and a window's flat bars and panels or what
 //   ImageNet knows of screens), "illustration" for a drawing: a whole-picture fact that outranks what
 //   the photo classifiers say about its contents, so their category words are left out;
@@ -40,7 +41,11 @@ public:
     static constexpr float kPerson = 0.3f;        // MultiPose instance score that stands alone
     static constexpr float kWeakPerson = 0.2f;    // …that a face or the object detector must confirm
     static constexpr float kObjectPerson = 0.5f;  // the object detector's person alone
-    static constexpr double kFaceAlone = 0.02;    // a face this large a part of the frame is a person
+    // …and when that person fills this much of the frame: a close-up cut by the frame's edges (no feet, no
+    // outline) leaves the detector less sure, and a yawn or closed eyes hide the face from the face detector.
+    static constexpr float kCloseUpPerson = 0.4f;
+    static constexpr double kCloseUpShare = 0.5;
+    static constexpr double kFaceAlone = 0.02; // a face this large a part of the frame is a person
     static constexpr double kDocumentShare = 0.08;
     static constexpr int kDocumentLines = 3;
 };

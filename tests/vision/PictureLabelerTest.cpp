@@ -472,6 +472,15 @@ std::vector<Case> cases()
         s.screen.backdropGrey = 254; // the same lines printed on white paper
         all.push_back({"darkTextOnAWhiteFlatBackdropIsADocument", s, "MARK_DOCUMENTS"});
     }
+    {
+        PictureSignals s = photo(); // a yawning man filling the frame: eyes shut, no face found, no pose
+        s.screen.cameraMetadata = false;
+        s.imageNet = {{QStringLiteral("cowboy_hat"), 0.05f}, {QStringLiteral("wig"), 0.04f}};
+        s.objects->push_back({QStringLiteral("person"), QRectF(20, 20, 960, 775), 0.48f});
+        all.push_back({"aCloseUpFillingTheFrameIsAPersonFromALowerScore", s, "MARK_PEOPLE"});
+        s.objects->front().box = QRectF(400, 300, 250, 300); // the same score on a smaller figure is not
+        all.push_back({"aWeakPersonNotFillingTheFrameIsNobody", s, "MARK_UNTAG"});
+    }
     return all;
 }
 
