@@ -5,6 +5,7 @@
 #include "app/ToolHost.h"
 #include "browse/state/LMRModeState.h"
 #include "platform/Log.h"
+#include "platform/picture/PictureReader.h"
 #include "platform/vision/AnalysisImage.h"
 #include "pose/PoseTileExporter.h"
 
@@ -13,7 +14,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHash>
-#include <QImageReader>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPointer>
@@ -169,12 +169,9 @@ void PosePanel::analyseSelection()
             outcome.result = worker->analyzer->analyse(path);
         }
         if (std::holds_alternative<pose::PicturePoseAnalysis>(outcome.result)) {
-            QImageReader reader(path);
-            reader.setAutoTransform(true);
-            const QSize size = reader.size();
-            if (size.isValid() && std::max(size.width(), size.height()) > kPreviewSide)
-                reader.setScaledSize(size.scaled(kPreviewSide, kPreviewSide, Qt::KeepAspectRatio));
-            outcome.preview = reader.read();
+            // The whole picture, upright, as the joints were found on it (never a stored thumbnail, whose
+            // frame may differ).
+            outcome.preview = platform::PictureReader::read({path, kPreviewSide, false}).image;
         }
         QMetaObject::invokeMethod(
             qApp,

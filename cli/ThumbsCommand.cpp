@@ -13,7 +13,9 @@
 #include "cli/ProgressBar.h"
 
 #include "browse/state/FileSystemService.h"
+#include "platform/FileReplacer.h"
 #include "platform/Log.h"
+#include "platform/files/FileNameCodec.h"
 #include "platform/picture/PictureReader.h"
 
 #include <QBuffer>
@@ -23,7 +25,6 @@
 #include <QImageWriter>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 #include <QSemaphore>
 #include <QThread>
 #include <QThreadPool>
@@ -46,25 +47,33 @@ struct ThumbResult
 
 bool isOwnOutput(const QString& path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) && file.read(4096).contains(ownMarker);
+    bool read = false;
+    const QByteArray head = platform::FileNameCodec::readAll(path, &read, 4096);
+    return read && head.contains(ownMarker);
 }
 
 ThumbResult makeThumbnail(const QString& source, const QString& target, int size)
 {
-    if (QFileInfo::exists(target) && !isOwnOutput(target))
+    // By the names' own bytes: two names that are not UTF-8 must not meet under one name Qt made up.
+    const bool replacing = platform::FileNameCodec::exists(target);
+    if (replacing && !isOwnOutput(target))
         return {Outcome::skipped, QStringLiteral("exists and is not a thumbnail of ours: kept")};
     const platform::DecodedPicture picture = platform::PictureReader::read(platform::PictureRequest{source, size});
     if (picture.isNull() || picture.isPartial()) // a batch thumbnail of half a picture would pass for the picture
         return {Outcome::failed, picture.error};
-    QSaveFile file(target);
-    if (!file.open(QIODevice::WriteOnly))
-        return {Outcome::failed, file.errorString()};
-    QImageWriter writer(&file, "jpeg");
+    QByteArray jpeg;
+    QBuffer buffer(&jpeg);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "jpeg");
     writer.setQuality(85);
     writer.setText(QStringLiteral("Software"), QString::fromLatin1(ownMarker));
-    if (!writer.write(picture.image) || !file.commit())
-        return {Outcome::failed, writer.errorString().isEmpty() ? file.errorString() : writer.errorString()};
+    if (!writer.write(picture.image))
+        return {Outcome::failed, writer.errorString()};
+    QString error;
+    const bool saved = replacing ? platform::FileReplacer::replaceContents(target, jpeg, &error)
+                                 : platform::FileReplacer::createFile(target, jpeg, &error);
+    if (!saved)
+        return {Outcome::failed, error};
     return {Outcome::written, {}};
 }
 

@@ -14,6 +14,9 @@
 #include <QImageWriter>
 #include <QTransform>
 
+#include <cerrno>
+#include <cstring>
+
 namespace lumaro::platform {
 
 namespace {
@@ -69,7 +72,11 @@ RotationOutcome rotatePixels(const QString& path, PictureKind kind)
     if (format.isEmpty())
         return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::pixels,
                        QStringLiteral("its content is not a picture that can be rewritten"));
-    QImageReader reader(path, format);
+    QFile file;
+    if (!FileNameCodec::openForReading(file, path))
+        return outcome(RotationOutcome::Status::failed, RotationOutcome::Method::pixels,
+                       QString::fromLocal8Bit(std::strerror(errno)));
+    QImageReader reader(&file, format);
     reader.setDecideFormatFromContent(false);
     reader.setAutoTransform(true);
     QImage image = reader.read();

@@ -121,6 +121,12 @@ int FileNameCodec::openForReading(const QString& path)
     return ::open(encode(path).constData(), O_RDONLY | O_CLOEXEC);
 }
 
+bool FileNameCodec::openForReading(QFile& file, const QString& path)
+{
+    const int fd = openForReading(path);
+    return fd >= 0 && file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+}
+
 QByteArray FileNameCodec::readAll(const QString& path, bool* ok, qint64 limit)
 {
     if (ok)

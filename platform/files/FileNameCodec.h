@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFile>
 #include <QString>
 
 namespace lumaro::platform {
@@ -34,6 +35,9 @@ public:
     // Opens `path` read-only (O_CLOEXEC); -1 on failure. The caller closes it (QFile::open(fd, …,
     // AutoCloseHandle)).
     static int openForReading(const QString& path);
+    // Opens `path` read-only into `file` (which then owns the descriptor), for a Qt reader that would look
+    // for the name under other bytes; false when it cannot be opened (errno kept).
+    static bool openForReading(QFile& file, const QString& path);
     // The file's bytes (at most `limit` when it is not negative); empty with `ok` false when it cannot be
     // read.
     static QByteArray readAll(const QString& path, bool* ok = nullptr, qint64 limit = -1);

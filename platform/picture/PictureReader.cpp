@@ -49,20 +49,13 @@ DecodedPicture failed(const QString& error)
     return DecodedPicture{QImage(), DecodeRoute::none, error};
 }
 
-// Opened through the name's own bytes: Qt would look for a name that is not UTF-8 under another name.
-bool openPicture(QFile& file, const QString& path)
-{
-    const int fd = FileNameCodec::openForReading(path);
-    return fd >= 0 && file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
-}
-
 DecodedPicture readWithQt(const PictureRequest& request, QIODevice* device = nullptr)
 {
     QImageReader reader;
     QFile file;
     if (device)
         reader.setDevice(device);
-    else if (openPicture(file, request.path))
+    else if (FileNameCodec::openForReading(file, request.path))
         reader.setDevice(&file);
     else
         return failed(QStringLiteral("cannot open ") + request.path);
@@ -125,7 +118,7 @@ QByteArray wholeFile(QFile& file, const QByteArray& head, HugePages::Block& memo
 DecodedPicture readJpeg(const PictureRequest& request)
 {
     QFile file;
-    if (!openPicture(file, request.path))
+    if (!FileNameCodec::openForReading(file, request.path))
         return failed(QStringLiteral("cannot open ") + request.path);
     QByteArray data = file.read(headBytes);
     ExifSummary exif = EmbeddedPreview::exifOf(data);

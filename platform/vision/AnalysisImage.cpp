@@ -1,21 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/vision/AnalysisImage.h"
 
+#include "platform/files/FileNameCodec.h"
 #include "platform/picture/FittedSize.h"
 
 #include <QFile>
 #include <QImageReader>
+
+#include <cerrno>
+#include <cstring>
 
 namespace lumaro::platform {
 
 namespace {
 
 // A JPEG cut short still decodes (the decoder pads it with grey), so look for the end-of-image marker.
-bool jpegEndsProperly(const QString& path)
+bool jpegEndsProperly(QFile& file)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
     const qint64 size = file.size();
     const qint64 tail = std::min<qint64>(size, 4096);
     file.seek(size - tail);
@@ -41,7 +42,14 @@ QSize jpegScaledSize(QSize stored, int maxSide)
 
 std::optional<AnalysisImage> AnalysisImageReader::read(const QString& path, int maxSide, QString* error)
 {
-    QImageReader reader(path);
+    QFile file;
+    if (!FileNameCodec::openForReading(file, path)) {
+        if (error)
+            *error = QStringLiteral("cannot open ") + path + QStringLiteral(": ") +
+                     QString::fromLocal8Bit(std::strerror(errno));
+        return std::nullopt;
+    }
+    QImageReader reader(&file);
     reader.setAutoTransform(true);
     const QSize stored = reader.size();
     if (!stored.isValid()) {
@@ -62,7 +70,7 @@ std::optional<AnalysisImage> AnalysisImageReader::read(const QString& path, int 
             *error = reader.errorString();
         return std::nullopt;
     }
-    if (isJpeg && !jpegEndsProperly(path)) {
+    if (isJpeg && !jpegEndsProperly(file)) {
         if (error)
             *error = QStringLiteral("JPEG 数据不完整");
         return std::nullopt;

@@ -5,7 +5,11 @@
 #include "tests/support/TempFolder.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QImageReader>
+
+#include <cstdio>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -40,6 +44,39 @@ TEST(CliThumbs, WritesOneThumbnailPerPictureAtTheSizeAsked)
     EXPECT_EQ(sizeOf(out.filePath(QStringLiteral("thumbs/wide.jpg.jpg"))), QSize(64, 32));
     EXPECT_EQ(sizeOf(out.filePath(QStringLiteral("thumbs/照片 tall.png.jpg"))), QSize(21, 64));
     EXPECT_TRUE(result.outText().startsWith(QStringLiteral("2 thumbnails written")));
+}
+
+// Names that are not UTF-8 and differ only in those bytes: each picture gets its own thumbnail, named by its
+// own bytes (Qt would have made both "caf\uFFFD.jpg.jpg", the second written over the first).
+TEST(CliThumbs, NamesThatAreNotUtf8KeepTheirOwnBytesAndThumbnails)
+{
+    TempFolder pictures;
+    const QByteArray wide =
+        pictures.read(QFileInfo(pictures.writePicture(QStringLiteral("w.png"), {200, 100})).fileName());
+    const QByteArray tall =
+        pictures.read(QFileInfo(pictures.writePicture(QStringLiteral("t.png"), {100, 200})).fileName());
+    QFile::remove(pictures.filePath(QStringLiteral("w.png")));
+    QFile::remove(pictures.filePath(QStringLiteral("t.png")));
+    const QByteArray folder = QFile::encodeName(pictures.path()) + '/';
+    for (const auto& [name, content] :
+         {std::pair{QByteArray("caf\xe9.png"), wide}, std::pair{QByteArray("caf\xe8.png"), tall}}) {
+        QFile file;
+        ASSERT_TRUE(file.open(::fopen(QByteArray(folder + name).constData(), "wb"), QIODevice::WriteOnly,
+                              QFileDevice::AutoCloseHandle));
+        file.write(content);
+    }
+    TempFolder out;
+    const CliResult result = runCli(thumbsArguments(pictures, out.path()));
+    ASSERT_EQ(result.exitCode, 0) << result.errText().toStdString();
+    const QByteArray thumbs = QFile::encodeName(out.path()) + '/';
+    for (const auto& [name, size] : {std::pair{QByteArray("caf\xe9.png.jpg"), QSize(64, 32)},
+                                     std::pair{QByteArray("caf\xe8.png.jpg"), QSize(32, 64)}}) {
+        QFile file;
+        FILE* handle = ::fopen(QByteArray(thumbs + name).constData(), "rb");
+        ASSERT_NE(handle, nullptr) << name.toHex().constData();
+        ASSERT_TRUE(file.open(handle, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+        EXPECT_EQ(QImageReader(&file).size(), size) << name.toHex().constData();
+    }
 }
 
 TEST(CliThumbs, ABrokenPictureIsCountedAndTheRestAreWritten)

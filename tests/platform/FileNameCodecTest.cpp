@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/files/FileNameCodec.h"
+#include "platform/ImageRotator.h"
+#include "platform/vision/AnalysisImage.h"
 
 #include "platform/FreedesktopTrash.h"
 #include "platform/TrashRestorer.h"
@@ -7,6 +9,7 @@
 #include "tests/support/TempFolder.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
@@ -84,4 +87,27 @@ TEST(FileNameCodec, ANameThatIsNotUtf8IsTrashedTaggedAndPutBackWithItsBytes)
     ASSERT_TRUE(restorer.putBack(found.constFirst().trashedPath, path).ok);
     EXPECT_TRUE(existsRaw(folder, raw));
     EXPECT_EQ(FileNameCodec::readAll(path), QByteArrayLiteral("pixels"));
+}
+
+// Every reader of a picture's pixels opens it by the name's bytes: analysed, and turned when its pixels are
+// rewritten (a PNG), with "caf\xe9" and "caf\xe8" kept apart.
+TEST(FileNameCodec, PicturesWhoseNamesAreNotUtf8AreAnalysedAndTurned)
+{
+    TempFolder folder;
+    const QByteArray wide =
+        folder.read(QFileInfo(folder.writePicture(QStringLiteral("w.png"), {60, 20})).fileName());
+    const QByteArray tall =
+        folder.read(QFileInfo(folder.writePicture(QStringLiteral("t.png"), {20, 50})).fileName());
+    const QString widePath = writeRaw(folder, "caf\xe9.png", wide);
+    const QString tallPath = writeRaw(folder, "caf\xe8.png", tall);
+
+    const auto analysed = AnalysisImageReader::read(widePath, 512);
+    ASSERT_TRUE(analysed);
+    EXPECT_EQ(analysed->image.size(), QSize(60, 20));
+
+    ASSERT_EQ(ImageRotator::rotateLeft(tallPath).status, RotationOutcome::Status::rotated);
+    const auto turned = AnalysisImageReader::read(tallPath, 512);
+    ASSERT_TRUE(turned);
+    EXPECT_EQ(turned->image.size(), QSize(50, 20));
+    EXPECT_EQ(FileNameCodec::readAll(widePath), wide);
 }
