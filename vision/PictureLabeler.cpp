@@ -148,61 +148,30 @@ bool isTicket(const QStringList& lines)
                        [](const QString& line) { return words.match(line).hasMatch(); });
 }
 
-// What ImageNet gives open-air places and the things seen only there, summed; and the same for its
-// landforms alone. It names what is in a picture one class at a time, so a view of a forest path or of
-// fields spreads itself thinly over "valley", "lakeside", "stone_wall", "worm_fence"… where no one label
-// is sure, while a bird by a lake still gives the bird the most.
-struct OpenAirEvidence
+// A group of ImageNet classes summed, against the surest label of anything else (ImageNet's other classes and
+// the objects the detector finds big enough). ImageNet names what is in a picture one class at a time, so a
+// scene spreads itself thinly over many classes where no one is sure, while a thing in it (a bird by a lake,
+// a cat on the desk) still gets the most.
+struct GroupEvidence
 {
-    float openAir = 0.f;
-    float landform = 0.f;
-    float bestThing = 0.f; // the surest label of anything else
-};
-
-OpenAirEvidence openAirEvidence(const PictureSignals& s)
-{
-    OpenAirEvidence e;
-    for (const SceneObservation& o : s.imageNet) {
-        if (SceneWordTable::isOpenAir(o.identifier)) {
-            e.openAir += o.confidence;
-            if (SceneWordTable::isLandform(o.identifier))
-                e.landform += o.confidence;
-        } else {
-            e.bestThing = std::max(e.bestThing, o.confidence);
-        }
-    }
-    if (s.objects) {
-        for (const platform::DetectedObject& o : *s.objects) {
-            if (!SceneWordTable::isIgnoredObject(o.label) &&
-                areaShare(o.box, s.analysedSize) >= kSmallestObject)
-                e.bestThing = std::max(e.bestThing, o.score);
-        }
-    }
-    return e;
-}
-
-// What ImageNet gives the rooms, halls and shops people are inside, summed, and the surest label of
-// anything else. Like a view out of doors, an interior spreads itself over the fittings it shows
-// ("library", "shoji", "bannister", "window_shade", "studio_couch"…) where no one class is sure; together
-// they say the picture is of a room, unless something in it is surer (a cat on the desk).
-struct InteriorEvidence
-{
-    float interior = 0.f;
+    float group = 0.f;
     float bestThing = 0.f;
+    bool outweighs(float share) const { return group >= share && group >= bestThing; }
 };
 
-InteriorEvidence interiorEvidence(const PictureSignals& s)
+template <typename InGroup, typename CountsObject>
+GroupEvidence groupEvidence(const PictureSignals& s, InGroup inGroup, CountsObject countsObject)
 {
-    InteriorEvidence e;
+    GroupEvidence e;
     for (const SceneObservation& o : s.imageNet) {
-        if (SceneWordTable::isInterior(o.identifier))
-            e.interior += o.confidence;
+        if (inGroup(o))
+            e.group += o.confidence;
         else
             e.bestThing = std::max(e.bestThing, o.confidence);
     }
     if (s.objects) {
         for (const platform::DetectedObject& o : *s.objects) {
-            if (!SceneWordTable::isIgnoredObject(o.label) && !SceneWordTable::needsLargeBox(o.label) &&
+            if (!SceneWordTable::isIgnoredObject(o.label) && countsObject(o.label) &&
                 areaShare(o.box, s.analysedSize) >= kSmallestObject)
                 e.bestThing = std::max(e.bestThing, o.score);
         }
@@ -210,35 +179,49 @@ InteriorEvidence interiorEvidence(const PictureSignals& s)
     return e;
 }
 
-// What ImageNet gives buildings and their parts (its structure classes) and open-air things, summed, and
-// the surest label of anything else. A city seen at night, in fog or under a storm, or a plain block of
-// flats, spreads itself over "palace", "castle", "fountain", "prison", "mobile_home", "liner"… with no class
-// sure; together they say the picture is of buildings.
-struct BuiltUpEvidence
+bool anyObject(const QString&)
 {
-    float builtUp = 0.f;
-    float bestThing = 0.f;
-};
+    return true;
+}
 
-BuiltUpEvidence builtUpEvidence(const PictureSignals& s)
+// Open-air places and the things seen only there: a forest path or fields spread over "valley", "lakeside",
+// "stone_wall", "worm_fence"….
+GroupEvidence openAirEvidence(const PictureSignals& s)
+{
+    return groupEvidence(
+        s, [](const SceneObservation& o) { return SceneWordTable::isOpenAir(o.identifier); }, anyObject);
+}
+
+// The landforms alone among them.
+float landformEvidence(const PictureSignals& s)
+{
+    return imageNetEvidence(
+        s, [](const SceneObservation& o) { return SceneWordTable::isLandform(o.identifier); });
+}
+
+// The rooms, halls and shops people are inside: an interior spreads itself over the fittings it shows
+// ("library", "shoji", "bannister", "window_shade", "studio_couch"…). Furniture the detector sees only counts
+// against it when its box is large.
+GroupEvidence interiorEvidence(const PictureSignals& s)
+{
+    return groupEvidence(
+        s, [](const SceneObservation& o) { return SceneWordTable::isInterior(o.identifier); },
+        [](const QString& label) { return !SceneWordTable::needsLargeBox(label); });
+}
+
+// Buildings and their parts (ImageNet's structure classes) and open-air things: a city at night, in fog or
+// under a storm, or a plain block of flats, spreads itself over "palace", "castle", "fountain", "prison",
+// "mobile_home", "liner"….
+GroupEvidence builtUpEvidence(const PictureSignals& s)
 {
     const VisionTagMatcher& matcher = VisionClassificationEngine::shared().matcher;
-    BuiltUpEvidence e;
-    for (const SceneObservation& o : s.imageNet) {
-        if (SceneWordTable::isOpenAir(o.identifier) ||
-            matcher.categories({o.identifier}).contains(CategoryKey::structure))
-            e.builtUp += o.confidence;
-        else
-            e.bestThing = std::max(e.bestThing, o.confidence);
-    }
-    if (s.objects) {
-        for (const platform::DetectedObject& o : *s.objects) {
-            if (!SceneWordTable::isIgnoredObject(o.label) &&
-                areaShare(o.box, s.analysedSize) >= kSmallestObject)
-                e.bestThing = std::max(e.bestThing, o.score);
-        }
-    }
-    return e;
+    return groupEvidence(
+        s,
+        [&](const SceneObservation& o) {
+            return SceneWordTable::isOpenAir(o.identifier) ||
+                   matcher.categories({o.identifier}).contains(CategoryKey::structure);
+        },
+        anyObject);
 }
 
 // How sure the labels together are of each category, and of each kind of thing.
@@ -415,9 +398,9 @@ std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
     LabelEvidence evidence = evidenceOf(objects, matcher);
     // Text the reader located counts for a document even where it could read none of it (blur, shake).
     evidence.categories[CategoryKey::documents] += float(s.textShare);
-    const OpenAirEvidence open = openAirEvidence(s);
-    const bool landscape =
-        !(screen || drawing) && open.openAir >= kOpenAirShare && open.openAir >= open.bestThing;
+    const GroupEvidence open = openAirEvidence(s);
+    const float landform = landformEvidence(s);
+    const bool landscape = !(screen || drawing) && open.outweighs(kOpenAirShare);
     // A screen capture or a drawing is that whatever it shows: words that would file it under another
     // category are left out; words of no category still describe it.
     const auto fitsPicture = [&](const QString& identifier) {
@@ -431,28 +414,26 @@ std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
         // Walls, fences and bridges in a landscape are part of the view, unless they outweigh the land.
         if (landscape && categories.contains(CategoryKey::structure) &&
             SceneWordTable::isOpenAir(identifier) &&
-            evidence.categories.value(CategoryKey::structure) <= open.landform)
+            evidence.categories.value(CategoryKey::structure) <= landform)
             return false;
         return std::any_of(categories.begin(), categories.end(), [&](CategoryKey key) {
             return evidence.categories.value(key) >= kCategoryEvidence;
         });
     };
 
-    const InteriorEvidence inside = interiorEvidence(s);
-    const bool room = !(screen || drawing || landscape) && inside.interior >= kInteriorShare &&
-                      inside.interior >= inside.bestThing;
-    const BuiltUpEvidence built = builtUpEvidence(s);
-    const bool buildings = !(screen || drawing || landscape || room) && built.builtUp >= kBuiltUpShare &&
-                           built.builtUp >= built.bestThing;
+    const GroupEvidence inside = interiorEvidence(s);
+    const bool room = !(screen || drawing || landscape) && inside.outweighs(kInteriorShare);
+    const GroupEvidence built = builtUpEvidence(s);
+    const bool buildings = !(screen || drawing || landscape || room) && built.outweighs(kBuiltUpShare);
     if (!(screen || drawing)) {
         if (room)
-            list.add(QStringLiteral("interior"), inside.interior);
+            list.add(QStringLiteral("interior"), inside.group);
         if (buildings)
-            list.add(QStringLiteral("structure"), built.builtUp);
+            list.add(QStringLiteral("structure"), built.group);
         if (landscape) {
-            list.add(QStringLiteral("outdoor"), open.openAir);
-            if (open.landform >= kOpenAirShare)
-                list.add(QStringLiteral("landscape"), open.landform);
+            list.add(QStringLiteral("outdoor"), open.group);
+            if (landform >= kOpenAirShare)
+                list.add(QStringLiteral("landscape"), landform);
         }
         for (const SceneObservation& o : objects) {
             // ImageNet's "kite" is the bird of prey, named like COCO's kite in the sky: an animal implies
