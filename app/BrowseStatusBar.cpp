@@ -2,6 +2,7 @@
 #include "app/BrowseStatusBar.h"
 
 #include "browse/state/LMRModeState.h"
+#include "platform/files/OneLineName.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -46,7 +47,7 @@ void BrowseStatusBar::refresh()
     m_progress->setVisible(m_state.isLoadingImages);
     const auto index = m_state.selectedImageIndex();
     const auto total = m_state.imageFiles().size();
-    m_file->setText(m_state.selectedImageFileName().value_or(QString()));
+    m_file->setText(platform::OneLineName::of(m_state.selectedImageFileName().value_or(QString())));
     QString count =
         index ? QStringLiteral("%1 / %2").arg(*index + 1).arg(total) : QStringLiteral("0 / %1").arg(total);
     // Filtered: what is hidden is said, so an empty or short list never looks like missing pictures.

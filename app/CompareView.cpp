@@ -6,6 +6,7 @@
 #include "browse/thumbnails/FaceCentreFinder.h"
 #include "browse/thumbnails/FullPictureLoader.h"
 #include "browse/thumbnails/ThumbnailLoader.h"
+#include "platform/files/OneLineName.h"
 
 #include <QEvent>
 #include <QMouseEvent>
@@ -187,7 +188,7 @@ void CompareView::paintEvent(QPaintEvent*)
                              : QStringLiteral("%1 %").arg(qRound(m_frame.zoom * 100));
         if (!isFull)
             status = m_full.hasFailed(path) ? tr("无法解码原图") : tr("正在载入原图…");
-        const QString line = name + QStringLiteral("  ·  ") + status;
+        const QString line = platform::OneLineName::of(name) + QStringLiteral("  ·  ") + status;
         const QRect box = painter.fontMetrics().boundingRect(line).adjusted(-8, -4, 8, 4);
         const QRect badge(cell.left() + 6, cell.top() + 6, box.width(), box.height());
         painter.fillRect(badge, QColor(0, 0, 0, 160));

@@ -6,6 +6,7 @@
 #include "browse/thumbnails/FaceCentreFinder.h"
 #include "browse/thumbnails/FullPictureLoader.h"
 #include "browse/thumbnails/ThumbnailLoader.h"
+#include "platform/files/OneLineName.h"
 
 #include <QEvent>
 #include <QMouseEvent>
@@ -151,7 +152,7 @@ void LoupeView::paintEvent(QPaintEvent*)
         m_frame.zoom == fitZoom ? tr("适合窗口") : QStringLiteral("%1 %").arg(qRound(m_frame.zoom * 100));
     if (!m_isFull)
         status = m_full.hasFailed(m_path) ? tr("无法解码原图") : tr("正在载入原图…");
-    const QString line = name + QStringLiteral("  ·  ") + status;
+    const QString line = platform::OneLineName::of(name) + QStringLiteral("  ·  ") + status;
     const QRect box = painter.fontMetrics().boundingRect(line).adjusted(-8, -4, 8, 4);
     const QRect badge(8, 8, box.width(), box.height());
     painter.fillRect(badge, QColor(0, 0, 0, 160));

@@ -39,6 +39,7 @@
 #include "library/FavourManager.h"
 #include "platform/Log.h"
 #include "platform/QSettingsStore.h"
+#include "platform/files/OneLineName.h"
 #include "platform/location/GeoClueLocator.h"
 #include "platform/volumes/RemovableVolumeMonitor.h"
 #include "platform/volumes/UDisksMountEvents.h"
@@ -449,7 +450,9 @@ void MainWindow::setFolderTitle(const QString& folder)
 {
     // The platform adds the application's name after a title that does not already end with it.
     const QString app = QStringLiteral("Lumaro");
-    setWindowTitle(folder.isEmpty() ? app : QStringLiteral("%1 — %2").arg(QFileInfo(folder).fileName(), app));
+    setWindowTitle(folder.isEmpty() ? app
+                                    : QStringLiteral("%1 — %2").arg(
+                                          platform::OneLineName::of(QFileInfo(folder).fileName()), app));
 }
 
 void MainWindow::rememberShownFolder()

@@ -5,6 +5,7 @@
 #include "app/ToolHost.h"
 #include "browse/state/LMRModeState.h"
 #include "platform/Log.h"
+#include "platform/files/OneLineName.h"
 #include "platform/picture/PictureReader.h"
 #include "platform/vision/AnalysisImage.h"
 #include "pose/PoseTileExporter.h"
@@ -155,7 +156,7 @@ void PosePanel::analyseSelection()
     if (m_wanted == m_shown || m_running)
         return; // a running analysis picks the newest selection up when it ends
     m_running = true;
-    m_status->setText(QStringLiteral("正在分析姿态: ") + *name);
+    m_status->setText(QStringLiteral("正在分析姿态: ") + platform::OneLineName::of(*name));
 
     QPointer<PosePanel> self(this);
     const std::shared_ptr<Worker> worker = m_worker;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "vision/BoardSheetPainter.h"
 
+#include "platform/files/OneLineName.h"
+
 #include <QFont>
 #include <QFontMetrics>
 #include <QPainter>
@@ -57,7 +59,8 @@ void paintHeader(QPainter& painter, const QRect& band, const BoardHeader& header
     painter.drawText(
         QRect(band.left(), band.top(), band.width() * 3 / 4, line + line / 3),
         Qt::AlignLeft | Qt::AlignVCenter,
-        QFontMetrics(painter.font()).elidedText(header.folderName, Qt::ElideMiddle, band.width() * 3 / 4));
+        QFontMetrics(painter.font())
+            .elidedText(platform::OneLineName::of(header.folderName), Qt::ElideMiddle, band.width() * 3 / 4));
     painter.setFont(fontOfHeight(line * 2 / 3));
     painter.drawText(QRect(band.left(), band.top(), band.width(), line + line / 3),
                      Qt::AlignRight | Qt::AlignVCenter,
@@ -132,9 +135,10 @@ void paintCell(QPainter& painter, const BoardSheetLayout& layout, const QRect& c
     const int line = layout.captionLineHeight();
     painter.setPen(kInk);
     painter.setFont(fontOfHeight(line * 3 / 4));
-    painter.drawText(
-        QRect(caption.left(), caption.top(), caption.width(), line), Qt::AlignLeft | Qt::AlignVCenter,
-        painter.fontMetrics().elidedText(item.picture.fileName, Qt::ElideMiddle, caption.width()));
+    painter.drawText(QRect(caption.left(), caption.top(), caption.width(), line),
+                     Qt::AlignLeft | Qt::AlignVCenter,
+                     painter.fontMetrics().elidedText(platform::OneLineName::of(item.picture.fileName),
+                                                      Qt::ElideMiddle, caption.width()));
     paintMarks(painter, QRect(caption.left(), caption.top() + line, caption.width(), line), item.picture);
     if (!item.picture.mark.isEmpty()) {
         painter.setPen(kMuted);
