@@ -7,6 +7,7 @@
 #include "browse/state/LMRModeState.h"
 #include "library/FavourManager.h"
 #include "platform/NotificationCenter.h"
+#include "platform/files/FileNameCodec.h"
 
 #include <QDateTime>
 #include <QDesktopServices>
@@ -71,7 +72,7 @@ void FavouritesPanel::reload()
     int missing = 0;
     for (const library::FavourRecord& record : *favourites) {
         paths << record.filePath;
-        missing += QFileInfo::exists(record.filePath) ? 0 : 1;
+        missing += platform::FileNameCodec::exists(record.filePath) ? 0 : 1;
     }
     // A picture gone from disk stays listed: its disk may just not be mounted.
     m_summary->setText(missing == 0 ? tr("已收藏 %1 张（最近改动在前，双击打开）").arg(paths.size())

@@ -8,6 +8,7 @@
 #include "browse/state/LMRModeState.h"
 #include "platform/Log.h"
 #include "platform/XattrTagStore.h"
+#include "platform/files/FileNameCodec.h"
 #include "report/ReportBuilder.h"
 #include "report/ReportExport.h"
 #include "report/ReportFacts.h"
@@ -142,7 +143,7 @@ int ReportPanel::deletedUnder(const QString& folder, bool deep) const
         const QString parent = QFileInfo(path).path();
         const bool inside = parent == folder || (deep && parent.startsWith(folder + u'/'));
         // A picture put back since is not deleted.
-        count += inside && !QFileInfo::exists(path) ? 1 : 0;
+        count += inside && !platform::FileNameCodec::exists(path) ? 1 : 0;
     }
     return count;
 }
