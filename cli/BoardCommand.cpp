@@ -93,7 +93,8 @@ int runBoard(const QStringList& arguments)
             out << escapedForLine(page) << "\n";
         if (!result.pdfPath.isEmpty())
             out << escapedForLine(result.pdfPath) << "\n";
-        out << result.pictures << " pictures on " << result.pagePaths.size() << " pages";
+        out << result.pictures << (result.pictures == 1 ? " picture on " : " pictures on ")
+            << result.pagePaths.size() << (result.pagePaths.size() == 1 ? " page" : " pages");
         if (result.undecodable > 0)
             out << ", " << result.undecodable << " could not be decoded (shown as such)";
         out << "\n";

@@ -49,7 +49,7 @@ TEST(CliBoard, WritesPagesAndAPdfIntoTheIndexFolder)
         runCli({QStringLiteral("board"), folder.path(), QStringLiteral("--pdf"), QStringLiteral("--paper"),
                 QStringLiteral("letter"), QStringLiteral("--quiet")});
     EXPECT_EQ(result.exitCode, 0) << result.errText().toStdString();
-    EXPECT_TRUE(result.outText().contains(QStringLiteral("3 pictures on 1 pages")));
+    EXPECT_TRUE(result.outText().contains(QStringLiteral("3 pictures on 1 page\n")));
     const QStringList written = QDir(folder.filePath(QStringLiteral("_index"))).entryList(QDir::Files);
     EXPECT_EQ(written.filter(QStringLiteral("_p01.jpg")).size(), 1);
     EXPECT_EQ(written.filter(QStringLiteral(".pdf")).size(), 1);
