@@ -2,6 +2,7 @@
 #include "vision/IndexFolder.h"
 
 #include "platform/Log.h"
+#include "platform/files/FileNameCodec.h"
 #include "platform/files/HiddenList.h"
 
 #include <QDir>
@@ -43,10 +44,19 @@ std::optional<QString> IndexFolder::ensure(const QString& pictureFolder, const Q
 
 bool IndexFolder::isBlocked(const QString& pictureFolder, const QString& logTag)
 {
-    const QFileInfo info(pathFor(pictureFolder));
-    if (!(info.exists() || info.isSymLink()) || info.isDir())
+    const QString path = pathFor(pictureFolder);
+    const QFileInfo info(path);
+    if ((info.exists() || info.isSymLink()) && !info.isDir()) {
+        Log::line(logTag, QStringLiteral("_index 路径存在但不是目录"));
+        return true;
+    }
+    // Where the folder would be created, or written into.
+    const QString writtenFolder = info.isDir() ? path : pictureFolder;
+    if (platform::FileNameCodec::isWritable(writtenFolder))
         return false;
-    Log::line(logTag, QStringLiteral("_index 路径存在但不是目录"));
+    Log::line(logTag,
+              (info.isDir() ? QStringLiteral("_index 目录不可写: ") : QStringLiteral("文件夹不可写: ")) +
+                  writtenFolder);
     return true;
 }
 

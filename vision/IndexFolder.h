@@ -22,8 +22,11 @@ public:
     // picture folder's
     // ".hidden" file, so file managers hide it as the app does.
     static std::optional<QString> ensure(const QString& pictureFolder, const QString& logTag);
-    // Whether an entry named `_index` that is not a directory stands in the way (logged like ensure()).
-    // Creates nothing: a run checks this before its work and creates the folder only when it writes.
+    // Whether `_index` could not be written, logged: an entry of that name that is not a directory stands in
+    // the way (as ensure() logs it), or this process may not write into the `_index` folder or, while there
+    // is none, into the picture folder (a card or a share mounted read-only). Creates nothing: a run checks
+    // this before its work, so that it does not read a whole folder to find it cannot keep the result, and
+    // creates the folder only when it writes.
     static bool isBlocked(const QString& pictureFolder, const QString& logTag);
 
     // Adds `_index` to the folder's ".hidden" file unless it is already there; other lines are kept.
