@@ -117,8 +117,8 @@ int runPose(const QStringList& arguments)
     if (folder) {
         if (vision::IndexFolder::isBlocked(*folder, QString::fromLatin1(pose::PoseIndexFile::kLogTag)))
             return line.fail(
-                QStringLiteral("cannot write into %1: a file named _index is in the way; nothing "
-                               "was analysed")
+                QStringLiteral("cannot write into %1 (a file named _index is in the way, or the folder is "
+                               "read-only); nothing was analysed")
                     .arg(escapedForLine(vision::IndexFolder::pathFor(*folder))),
                 exitUsage);
         files = QStringList();

@@ -116,6 +116,10 @@ int runThumbs(const QStringList& arguments)
         return line.fail(QStringLiteral("--out must not be the picture folder itself"), exitUsage);
     if (!QDir().mkpath(out))
         return line.fail(QStringLiteral("cannot create the folder %1").arg(out), exitUsage);
+    if (!platform::FileNameCodec::isWritable(out))
+        return line.fail(QStringLiteral("cannot write into %1 (a read-only folder); nothing was decoded")
+                             .arg(escapedForLine(out)),
+                         exitUsage);
 
     const QStringList names = browse::FileSystemService::shared().loadImageFileNames(folder);
     std::vector<ThumbResult> results(std::size_t(names.size()));

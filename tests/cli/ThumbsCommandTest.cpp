@@ -140,3 +140,19 @@ TEST(CliThumbs, BadUsageIsRefusedWithExitTwoAndNothingWritten)
     EXPECT_FALSE(QFile::exists(dir));
     EXPECT_EQ(pictures.entries(), QStringList{QStringLiteral("a.jpg")});
 }
+
+TEST(CliThumbs, AReadOnlyOutFolderIsRefusedBeforeAnyPictureIsDecoded)
+{
+    if (runningAsRoot())
+        GTEST_SKIP() << "root may write into a read-only folder";
+    TempFolder pictures;
+    pictures.writePicture(QStringLiteral("a.jpg"));
+    TempFolder out;
+    QFile::setPermissions(out.path(), QFile::ReadOwner | QFile::ExeOwner);
+    const CliResult result =
+        runCli({QStringLiteral("thumbs"), pictures.path(), QStringLiteral("--out"), out.path()});
+    QFile::setPermissions(out.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("read-only"))) << result.errText().toStdString();
+    EXPECT_TRUE(out.entries().isEmpty());
+}
