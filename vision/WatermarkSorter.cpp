@@ -197,7 +197,7 @@ WatermarkSortReport WatermarkSorter::sort(const QString& folder, const QList<Wat
             const auto copied =
                 platform::FileCopier::copyWithoutOverwriting(from, into, move.fileName, &reason);
             if (copied && QDir::cleanPath(*copied) != QDir::cleanPath(to)) {
-                QFile::remove(*copied); // the name was taken meanwhile: this copy is surplus
+                FileNameCodec::remove(*copied); // the name was taken meanwhile: this copy is surplus
                 reason = QStringLiteral("%1 already exists").arg(to);
             } else if (copied) {
                 log.done[i] = true;
@@ -246,7 +246,7 @@ WatermarkUndoReport WatermarkSorter::undo(const QString& logPath) const
                                         QStringLiteral(": the copy differs from its original, kept");
                 continue;
             }
-            if (QFile::remove(sorted))
+            if (FileNameCodec::remove(sorted))
                 ++report.restored;
             else
                 report.conflicts << move.fileName + QStringLiteral(": cannot remove the copy");

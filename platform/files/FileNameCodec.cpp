@@ -116,6 +116,11 @@ bool FileNameCodec::isWritable(const QString& path)
     return ::access(encode(path).constData(), W_OK) == 0;
 }
 
+bool FileNameCodec::remove(const QString& path)
+{
+    return ::unlink(encode(path).constData()) == 0;
+}
+
 int FileNameCodec::openForReading(const QString& path)
 {
     return ::open(encode(path).constData(), O_RDONLY | O_CLOEXEC);

@@ -32,6 +32,8 @@ public:
     static bool isDirectory(const QString& path);
     // Whether this process may write `path` (a file, or a folder to create files in).
     static bool isWritable(const QString& path);
+    // Removes the file (or the link itself) at `path`; false when it could not.
+    static bool remove(const QString& path);
     // Opens `path` read-only (O_CLOEXEC); -1 on failure. The caller closes it (QFile::open(fd, …,
     // AutoCloseHandle)).
     static int openForReading(const QString& path);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "vision/WatermarkSorter.h"
 
+#include "platform/files/FileNameCodec.h"
 #include "tests/support/TempFolder.h"
 
 #include <QDir>
@@ -8,9 +9,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 using namespace lumaro::vision;
 using namespace lumaro::testing;
 using lumaro::platform::FileMover;
+using lumaro::platform::FileNameCodec;
 using lumaro::platform::RenameResult;
 
 namespace {
@@ -153,4 +157,33 @@ TEST(WatermarkSorter, AnUnusableLogIsRefusedWhole)
                          .toUtf8());
     const WatermarkUndoReport undone = WatermarkSorter().undo(hostile);
     EXPECT_EQ(undone.restored + undone.alreadyBack + int(undone.conflicts.size()), 0);
+}
+
+// A card from an old camera or a Windows zip gives names that are not UTF-8: the move log must bring such a
+// picture back by its own bytes, or the undo counts it as back while it stays in the poster's folder.
+TEST(WatermarkSorter, ANameThatIsNotUtf8IsSortedAndPutBackByItsOwnBytes)
+{
+    const QByteArray rawName("caf\xe9.jpg");
+    const QString name = FileNameCodec::decode(rawName);
+    for (const bool copy : {false, true}) {
+        TempFolder folder;
+        // Written by its bytes: Qt's own name encoding would write U+FFFD instead.
+        const QByteArray path = FileNameCodec::encode(folder.path()) + '/' + rawName;
+        FILE* out = std::fopen(path.constData(), "wb");
+        ASSERT_NE(out, nullptr);
+        std::fputs("PICTURE", out);
+        std::fclose(out);
+        const WatermarkSorter sorter;
+        const WatermarkSortReport report =
+            sorter.sort(folder.path(), {read(name, QStringLiteral("@lily"))}, {{}, copy, false, {}});
+        ASSERT_EQ(report.moved.size(), 1) << (copy ? "copy" : "move");
+        const QString sorted = folder.filePath(QStringLiteral("@lily/")) + name;
+        EXPECT_TRUE(FileNameCodec::isFile(sorted));
+
+        const WatermarkUndoReport undone = sorter.undo(report.logPath);
+        EXPECT_EQ(undone.restored, 1) << (copy ? "copy" : "move");
+        EXPECT_TRUE(undone.conflicts.isEmpty());
+        EXPECT_FALSE(FileNameCodec::exists(sorted));
+        EXPECT_EQ(FileNameCodec::readAll(folder.filePath(name)), QByteArrayLiteral("PICTURE"));
+    }
 }
