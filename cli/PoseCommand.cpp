@@ -4,6 +4,7 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
+#include "cli/FolderArgument.h"
 #include "cli/ProgressBar.h"
 
 #include "browse/state/FileSystemService.h"
@@ -92,12 +93,10 @@ int runPose(const QStringList& arguments)
     QString tilesDir;
     if (line.isSet(QStringLiteral("tiles"))) {
         const QString dir = line.value(QStringLiteral("tiles"));
-        if (QFileInfo(dir).exists() && !QFileInfo(dir).isDir())
-            return line.fail(QStringLiteral("--tiles %1: is a file, not a folder").arg(escapedForLine(dir)),
-                             exitUsage);
-        if (!QDir().mkpath(dir))
-            return line.fail(QStringLiteral("--tiles %1: cannot create the folder").arg(escapedForLine(dir)),
-                             exitUsage);
+        if (const auto problem = problemWithOutputFolder(dir))
+            return line.fail(
+                QStringLiteral("--tiles %1: %2; nothing was analysed").arg(escapedForLine(dir), *problem),
+                exitUsage);
         tilesDir = QDir(dir).absolutePath();
         tiles.emplace(tilesDir);
     }

@@ -110,16 +110,12 @@ int runThumbs(const QStringList& arguments)
         return line.usageError(QStringLiteral("--out DIR is required"));
     const QString folder = *checked;
     const QString out = QFileInfo(line.value(QStringLiteral("out"))).absoluteFilePath();
-    if (QFileInfo(out).exists() && !QFileInfo(out).isDir())
-        return line.fail(QStringLiteral("--out %1 is a file, not a folder").arg(out), exitUsage);
     if (QDir::cleanPath(out) == QDir::cleanPath(QFileInfo(folder).absoluteFilePath()))
         return line.fail(QStringLiteral("--out must not be the picture folder itself"), exitUsage);
-    if (!QDir().mkpath(out))
-        return line.fail(QStringLiteral("cannot create the folder %1").arg(out), exitUsage);
-    if (!platform::FileNameCodec::isWritable(out))
-        return line.fail(QStringLiteral("cannot write into %1 (a read-only folder); nothing was decoded")
-                             .arg(escapedForLine(out)),
-                         exitUsage);
+    if (const auto problem = problemWithOutputFolder(out))
+        return line.fail(
+            QStringLiteral("--out %1: %2; nothing was decoded").arg(escapedForLine(out), *problem),
+            exitUsage);
 
     const QStringList names = browse::FileSystemService::shared().loadImageFileNames(folder);
     std::vector<ThumbResult> results(std::size_t(names.size()));

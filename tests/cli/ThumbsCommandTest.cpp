@@ -141,7 +141,9 @@ TEST(CliThumbs, BadUsageIsRefusedWithExitTwoAndNothingWritten)
     EXPECT_EQ(pictures.entries(), QStringList{QStringLiteral("a.jpg")});
 }
 
-TEST(CliThumbs, AReadOnlyOutFolderIsRefusedBeforeAnyPictureIsDecoded)
+// Thumbnails and pose tiles go to a folder of the user's choosing: one they may not write into is refused
+// before a picture is decoded, not after every one was.
+TEST(CliOutputFolder, AReadOnlyOneIsRefusedBeforeAnyPictureIsRead)
 {
     if (runningAsRoot())
         GTEST_SKIP() << "root may write into a read-only folder";
@@ -149,10 +151,14 @@ TEST(CliThumbs, AReadOnlyOutFolderIsRefusedBeforeAnyPictureIsDecoded)
     pictures.writePicture(QStringLiteral("a.jpg"));
     TempFolder out;
     QFile::setPermissions(out.path(), QFile::ReadOwner | QFile::ExeOwner);
-    const CliResult result =
-        runCli({QStringLiteral("thumbs"), pictures.path(), QStringLiteral("--out"), out.path()});
+    for (const auto& [command, option] : {std::pair{"thumbs", "--out"}, std::pair{"pose", "--tiles"}}) {
+        const CliResult result =
+            runCli({QString::fromLatin1(command), pictures.path(), QString::fromLatin1(option), out.path()});
+        EXPECT_EQ(result.exitCode, 2) << command;
+        EXPECT_TRUE(result.errText().contains(QStringLiteral("a read-only folder")))
+            << result.errText().toStdString();
+    }
     QFile::setPermissions(out.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    EXPECT_EQ(result.exitCode, 2);
-    EXPECT_TRUE(result.errText().contains(QStringLiteral("read-only"))) << result.errText().toStdString();
     EXPECT_TRUE(out.entries().isEmpty());
+    EXPECT_EQ(pictures.entries(), QStringList{QStringLiteral("a.jpg")}) << "no _index for a run refused";
 }
