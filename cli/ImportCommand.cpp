@@ -3,6 +3,7 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/ExitCode.h"
+#include "cli/FolderArgument.h"
 #include "cli/ProgressBar.h"
 
 #include "cards/CardImportJournal.h"
@@ -83,9 +84,10 @@ int runImport(const QStringList& arguments)
                                  : cards::ImportLocation(platform::QSettingsStore::shared()).path();
     if (location.isEmpty())
         return line.fail(QStringLiteral("no import location: pass --to DIR"), exitUsage);
-    const QFileInfo target(location);
-    if (target.exists() && !target.isDir())
-        return line.fail(QStringLiteral("is a file, not a folder: %1").arg(location), exitUsage);
+    if (const auto problem = problemWithOutputFolder(location))
+        return line.fail(
+            QStringLiteral("%1: %2; nothing was imported").arg(escapedForLine(location), *problem),
+            exitUsage);
 
     const bool everything = line.isSet(QStringLiteral("all"));
     const cards::NewFileInfo all = cards::CardScanner::scan(mount);

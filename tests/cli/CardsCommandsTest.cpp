@@ -213,14 +213,24 @@ TEST(CliJson, EveryCaseAnswersInJson)
     }
 }
 
-TEST(CliImport, AFileAsTheLocationIsAUsageError)
+// A location that cannot take the pictures is refused before anything is copied.
+TEST(CliImport, ALocationThatIsAFileOrReadOnlyIsAUsageError)
 {
     TempFolder card;
     card.write(QStringLiteral("a.JPG"));
     const QString file = card.write(QStringLiteral("target"));
-
-    const CliResult result = runCli({QStringLiteral("import"), card.path(), QStringLiteral("--to"), file});
-
-    EXPECT_EQ(result.exitCode, 2);
+    TempFolder readOnly;
+    QList<std::pair<QString, const char*>> cases{{file, "is a file, not a folder"}};
+    if (!runningAsRoot()) // root may write into a read-only folder
+        cases.append({readOnly.path(), "a read-only folder"});
+    QFile::setPermissions(readOnly.path(), QFile::ReadOwner | QFile::ExeOwner);
+    for (const auto& [location, reason] : cases) {
+        const CliResult result =
+            runCli({QStringLiteral("import"), card.path(), QStringLiteral("--to"), location});
+        EXPECT_EQ(result.exitCode, 2) << reason;
+        EXPECT_TRUE(result.errText().contains(QString::fromLatin1(reason))) << result.errText().toStdString();
+    }
+    QFile::setPermissions(readOnly.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     EXPECT_EQ(card.read(QStringLiteral("target")), QByteArray("x"));
+    EXPECT_TRUE(readOnly.entries().isEmpty());
 }
