@@ -46,8 +46,11 @@ QStringList RepertoireExporter::sidecarsOf(const QString& picture)
     const QFileInfo info(picture);
     const QString stem = info.absolutePath() + QLatin1Char('/') + info.completeBaseName();
     QStringList found;
-    for (const QString& candidate : {picture + QStringLiteral(".xmp"), picture + QStringLiteral(".XMP"),
-                                     stem + QStringLiteral(".xmp"), stem + QStringLiteral(".XMP")}) {
+    // A QStringList, not a braced list: with QStringBuilder a braced list holds the unevaluated sums, which
+    // refer to temporaries gone before the loop reads them.
+    const QStringList candidates{picture + QStringLiteral(".xmp"), picture + QStringLiteral(".XMP"),
+                                 stem + QStringLiteral(".xmp"), stem + QStringLiteral(".XMP")};
+    for (const QString& candidate : candidates) {
         if (platform::FileNameCodec::isFile(candidate) && !found.contains(candidate))
             found << candidate;
     }
