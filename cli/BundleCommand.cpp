@@ -95,6 +95,10 @@ int exportBundle(const CommandLine& line, RepertoireStore& store, const QString&
     if (!folder.isEmpty()) {
         if (const auto problem = problemWithFolder(folder))
             return line.fail(*problem, exitUsage);
+        if (!platform::FileNameCodec::isWritable(folder))
+            return line.fail(
+                QStringLiteral("a read-only folder: %1; nothing was copied").arg(escapedForLine(folder)),
+                exitUsage);
     } else if (platform::FileNameCodec::exists(zip)) {
         return line.fail(QStringLiteral("will not overwrite: ") + zip, exitUsage);
     }

@@ -4,6 +4,7 @@
 #include "tests/support/TempFolder.h"
 #include "tests/vision/VisionIndexFixture.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -131,4 +132,26 @@ TEST(CliChannel, AddsListsMovesAndRemovesAndRefusesBadInput)
     EXPECT_TRUE(lines.at(1).startsWith(QStringLiteral("a\t") + a + QStringLiteral("\tfolder-missing")));
     ASSERT_EQ(cli({QStringLiteral("channel"), QStringLiteral("remove"), QStringLiteral("2")}).exitCode, 0);
     EXPECT_EQ(cli({QStringLiteral("channel"), QStringLiteral("list")}).outText().count(QLatin1Char('\n')), 1);
+}
+
+TEST(CliBundle, AnExportIntoAReadOnlyFolderIsRefusedBeforeAnythingIsCopied)
+{
+    if (runningAsRoot())
+        GTEST_SKIP() << "root may write into a read-only folder";
+    TempFolder shoot;
+    shoot.writePicture(QStringLiteral("a.jpg"));
+    ASSERT_EQ(cli({QStringLiteral("bundle"), QStringLiteral("new"), QStringLiteral("ro")}).exitCode, 0);
+    ASSERT_EQ(cli({QStringLiteral("bundle"), QStringLiteral("add"), QStringLiteral("ro"),
+                   shoot.filePath(QStringLiteral("a.jpg"))})
+                  .exitCode,
+              0);
+    TempFolder out;
+    QFile::setPermissions(out.path(), QFile::ReadOwner | QFile::ExeOwner);
+    const CliResult result = cli({QStringLiteral("bundle"), QStringLiteral("export"), QStringLiteral("ro"),
+                                  QStringLiteral("--to"), out.path()});
+    QFile::setPermissions(out.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_TRUE(result.errText().contains(QStringLiteral("a read-only folder")))
+        << result.errText().toStdString();
+    EXPECT_TRUE(out.entries().isEmpty());
 }
