@@ -4,7 +4,7 @@
 # pictures made by watermark_set_maker: tuned/ (the photos of ../shared/models/test-images, posters of
 # watermark-set/posters-tuned.tsv) and heldout/ (other photos, other posters, another seed), and the time.
 # "readable" leaves out the stamps no person could read either (white on white without a shadow).
-#   watermark-accuracy.sh BUILD_DIR HELDOUT_PHOTOS [SET_DIR] [FRESH] [NEW] [RESAVED] [MIXED]
+#   watermark-accuracy.sh BUILD_DIR HELDOUT_PHOTOS [SET_DIR] [FRESH] [NEW] [RESAVED] [MIXED] [TEXTURED]
 # HELDOUT_PHOTOS: photos gathered by watermark-photos.sh; the reader has since been tuned on their failures.
 # FRESH: photos and fonts gathered by watermark-fresh-photos.sh, stamped with the posters of
 # posters-fresh.tsv and another seed: the set the reader was never tuned on. Only its counts are printed, not
@@ -15,9 +15,12 @@
 # downscaled and recompressed as platforms serve pictures: held out the same way, made after the new set had
 # been looked at. MIXED: photos and fonts gathered by watermark-mixed-photos.sh, stamped with posters-mixed.tsv
 # and seed 131 in the varied mode and resaved, a third kept at full size: held out the same way, made after
-# the resaved set had been looked at. degraded/ is a tuning set of small and resaved pictures: the photos of
-# tuned/, posters of posters-degraded.tsv, seed 5, stamped in the installed Noto CJK and DejaVu fonts and
-# resaved; its failures are printed. SETS="tuned heldout fresh new resaved mixed degraded" picks the sets.
+# the resaved set had been looked at. TEXTURED: photos and fonts gathered by watermark-textured-photos.sh
+# (busy textures edge to edge), stamped with posters-textured.tsv and seed 167 in the varied mode and resaved:
+# held out the same way, made after the mixed set had been looked at. degraded/ is a tuning set of small and
+# resaved pictures: the photos of tuned/, posters of posters-degraded.tsv, seed 5, stamped in the installed
+# Noto CJK and DejaVu fonts and resaved; its failures are printed.
+# SETS="tuned heldout fresh new resaved mixed textured degraded" picks the sets.
 set -euo pipefail
 build=$1
 heldout_photos=$2
@@ -26,7 +29,8 @@ fresh=${4:-}
 new=${5:-}
 resaved=${6:-}
 mixed=${7:-}
-sets=${SETS:-tuned heldout${fresh:+ fresh}${new:+ new}${resaved:+ resaved}${mixed:+ mixed} degraded}
+textured=${8:-}
+sets=${SETS:-tuned heldout${fresh:+ fresh}${new:+ new}${resaved:+ resaved}${mixed:+ mixed}${textured:+ textured} degraded}
 here=$(cd "$(dirname "$0")" && pwd)
 models=${LUMARO_MODELS_DIR:-$here/../../shared/models}
 export LUMARO_MODELS_DIR=$models
@@ -43,6 +47,8 @@ for set in $sets; do
         "$resaved/fonts" varied,resaved ;;
     mixed) "$maker" "$mixed/photos" "$set_dir/mixed" 131 "$here/watermark-set/posters-mixed.tsv" 4 "$mixed/fonts" \
         varied,resaved ;;
+    textured) "$maker" "$textured/photos" "$set_dir/textured" 167 "$here/watermark-set/posters-textured.tsv" 3 \
+        "$textured/fonts" varied,resaved ;;
     degraded)
         rm -rf "$set_dir/degraded-fonts" && mkdir -p "$set_dir/degraded-fonts"
         ln -s /usr/share/fonts/opentype/noto/NotoSansCJK-{Regular,Bold}.ttc \
@@ -77,7 +83,7 @@ print(f"{name}: {right}/{len(stamped)} identifiers right ({100 * right / max(1, 
       f"{len(wrong)} pictures given a wrong identifier, {len(missed)} stamps not read, "
       f"{len(truth) - len(stamped)} clean; "
       f"{seconds:.1f} s for {len(truth)} pictures ({seconds / max(1, len(truth)):.2f} s each)")
-if name not in ('fresh', 'new', 'resaved', 'mixed'):
+if name not in ('fresh', 'new', 'resaved', 'mixed', 'textured'):
     for f in wrong:
         print(f"  wrong: {f}: {got[f]!r} for {truth[f]!r}")
     for f in missed:
