@@ -22,6 +22,8 @@ struct WatermarkReader::Candidate
     bool onlyUnderscoresUnsure = false; // read unsure of no character of the identifier but its "_"
     bool bare = false;     // a Chinese name or an account read alone: its "@" or key may have been dropped
     bool markSure = false; // read sure of its "@" (a handle) or its key (an ID line)
+    QString read;          // the whole line as read, and how sure the reader was of each of its characters
+    QList<float> sureness;
 };
 
 // One reading of one region: the identifiers read sure of every character, and the lines that may be a
@@ -185,6 +187,8 @@ RegionReading collect(const platform::TextRecognition& text, const QRect& region
             const bool bare = !found && mayBeBareName(text.lines[i]);
             if (mayBeStamp(text.lines[i]) || bare) {
                 Candidate doubtful{found.value_or(WatermarkIdentifier{}), 1, region, enhanced, line};
+                doubtful.read = text.lines[i];
+                doubtful.sureness = confidences;
                 if (!found) // kept to tell what this reading saw of the line ("@秋水 Photo")
                     doubtful.identifier.text = text.lines[i];
                 doubtful.bare = bare;
@@ -201,6 +205,8 @@ RegionReading collect(const platform::TextRecognition& text, const QRect& region
             continue;
         seenHere.insert(found->identifier);
         Candidate sure{*found, 1, region, enhanced, line};
+        sure.read = text.lines[i];
+        sure.sureness = confidences;
         sure.markSure = markReadSure(text.lines[i], confidences, *found, surest);
         out.sure << sure;
     }
@@ -266,10 +272,28 @@ qsizetype restOfLine(const platform::TextRecognition& text, qsizetype first)
     return -1;
 }
 
+// Whether `line` holds an identifier read sure of every character.
+bool readSure(const QString& line, const QList<float>& confidences)
+{
+    const std::optional<WatermarkIdentifier> found = WatermarkIdentifier::find(line);
+    return found && weakestCharacter(line, confidences, *found) >= WatermarkReader::kMinCharacterConfidence;
+}
+
+QString identifierIn(const QString& line)
+{
+    const std::optional<WatermarkIdentifier> found = WatermarkIdentifier::find(line);
+    return found ? found->identifier : QString();
+}
+
 // The lines of `text` that may be a stamp read again as lines of their own, their boxes padded (and joined
 // with the rest of their line): the detector's box hugs the letters, and a "_" under the baseline or a
-// character standing apart at the end falls outside it.
-void readPadded(platform::TextRecognizer& reader, const QImage& source, platform::TextRecognition& text)
+// character standing apart at the end falls outside it. The padding leaves the letters smaller, though, and
+// a small stamp's "." or "i" is then lost: a line the detector's reading was sure of, that the padded one
+// reads otherwise and unsure, keeps the detector's reading, and the padded one goes to `unadopted` (a look
+// at the line all the same, that must agree with it). The same identifier read unsure keeps its doubt: the
+// padded reading may have seen a "_" there that the detector's did not ("@光影Studio" of "@光影_Studio").
+void readPadded(platform::TextRecognizer& reader, const QImage& source, platform::TextRecognition& text,
+                platform::TextRecognition& unadopted)
 {
     for (qsizetype i = 0; i < text.lines.size() && i < text.boxes.size(); ++i) {
         const bool stamp = mayBeStamp(text.lines[i]) || WatermarkIdentifier::find(text.lines[i]);
@@ -291,6 +315,14 @@ void readPadded(platform::TextRecognizer& reader, const QImage& source, platform
             if (!found || !markReadSure(again.lines[0], again.characterConfidences.value(0), *found,
                                         WatermarkReader::kMinCharacterConfidence))
                 continue;
+        }
+        if (readSure(text.lines[i], text.characterConfidences.value(i)) &&
+            !readSure(again.lines[0], again.characterConfidences.value(0)) &&
+            identifierIn(again.lines[0]) != identifierIn(text.lines[i])) {
+            unadopted.lines << again.lines[0];
+            unadopted.boxes << box;
+            unadopted.characterConfidences << again.characterConfidences.value(0);
+            continue;
         }
         text.lines[i] = again.lines[0];
         text.boxes[i] = box;
@@ -333,6 +365,49 @@ bool splitBySpace(const QString& line, const QString& name)
     QString joined = text;
     joined.remove(QLatin1Char(' '));
     return !text.contains(name) && joined.contains(name);
+}
+
+// Most characters another reading of a line may have left out where it was unsure.
+constexpr int kMaxLostUnsure = 2;
+
+// Whether `other`, a reading of the line `taken` was read from, is `taken` with characters left out beside
+// ones it was unsure of ("@jin.li.flm" of "@jin.li.film", its small "i" lost): such a reading saw less, not
+// something else. A character it read otherwise is something else however unsure it was of it: the reader
+// is sometimes sure of a misread (目 for 日) where another reading was unsure of the right character. So is
+// a character it saw that `taken` lacks ("@秋水_photo" against "@秋水photo").
+bool lostOnlyWhereUnsure(const Candidate& other, const WatermarkIdentifier& taken, float surest)
+{
+    if (other.identifier.kind != taken.kind || other.identifier.identifier.isEmpty())
+        return false;
+    const auto nameOf = [](const WatermarkIdentifier& id) {
+        return id.kind == WatermarkIdentifier::Kind::handle ? id.identifier.mid(1) : id.identifier;
+    };
+    const QString read = nameOf(other.identifier), name = nameOf(taken);
+    const QString folded = other.read.normalized(QString::NormalizationForm_KC).toLower();
+    if (other.sureness.size() != other.read.size() || folded.size() != other.read.size())
+        return false;
+    const qsizetype at = folded.lastIndexOf(read);
+    if (at < 0)
+        return false;
+    const auto unsure = [&](qsizetype i) {
+        return i >= 0 && i < read.size() && other.sureness[at + i] < surest;
+    };
+    // Fewest characters of `name` left out to make `read`, each beside an unsure one; kNever where none do.
+    constexpr int kNever = 1 << 20;
+    const qsizetype n = read.size(), m = name.size();
+    QList<int> cost((n + 1) * (m + 1), kNever);
+    const auto fewest = [&](qsizetype i, qsizetype j) -> int& { return cost[i * (m + 1) + j]; };
+    fewest(0, 0) = 0;
+    for (qsizetype i = 0; i <= n; ++i) {
+        for (qsizetype j = 0; j <= m; ++j) {
+            int& here = fewest(i, j);
+            if (i > 0 && j > 0 && read[i - 1] == name[j - 1])
+                here = std::min(here, fewest(i - 1, j - 1));
+            if (j > 0 && (unsure(i - 1) || unsure(i)))
+                here = std::min(here, fewest(i, j - 1) + 1);
+        }
+    }
+    return fewest(n, m) <= kMaxLostUnsure;
 }
 
 // Letters standing fewer grey levels than this off their ground are not seen by a person or the reader.
@@ -405,8 +480,10 @@ void WatermarkReader::readPaddedRemembering(const QImage& source, const QRect& r
     // The detector's own reading of a line is a look at it too: the padded one may leave out what it saw
     // ("@秋水_Photo" read "@秋水Photo"), and an identifier two looks read otherwise is not taken.
     const platform::TextRecognition detected = text;
-    readPadded(*m_recognizer, source, text);
+    platform::TextRecognition unadopted;
+    readPadded(*m_recognizer, source, text, unadopted);
     collected(detected, region, picture, source.size(), enhanced, kMinCharacterConfidence);
+    collected(unadopted, region, picture, source.size(), enhanced, kMinCharacterConfidence);
 }
 
 WatermarkReader::WatermarkReader(std::unique_ptr<platform::TextRecognizer> recognizer, Enhancer enhance)
@@ -611,8 +688,10 @@ bool WatermarkReader::agreed(const Candidate& taken) const
         // A reading of the line that held no identifier agrees unless it saw a gap inside this one.
         if (read.isEmpty())
             return !splitBySpace(other.identifier.text, name);
-        // This one read again, a part of it cut off by a box, or it with a "_" not seen.
-        return read == name || name.contains(read) || restores(taken.identifier, other.identifier);
+        // This one read again, a part of it cut off by a box, it with a "_" not seen, or it with characters
+        // lost where that reading was unsure.
+        return read == name || name.contains(read) || restores(taken.identifier, other.identifier) ||
+               lostOnlyWhereUnsure(other, taken.identifier, kMinCharacterConfidence);
     });
 }
 

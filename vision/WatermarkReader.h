@@ -36,8 +36,9 @@ struct WatermarkReading
 // enlargement: a misread character rarely repeats at another scale, and a picture sorted to the wrong poster
 // is worse than one left where it is. For the same reason an identifier one of whose characters the reader
 // was unsure of is not taken at all, but for a "_" read the same by both closer looks. Nor is an identifier
-// another reading of its line read otherwise ("@夏日汽水" and "@夏目汽水"), or one whose line ends onto a
-// ground as light as its letters (or as dark), where more of the stamp could go on unseen.
+// another reading of its line read otherwise ("@夏日汽水" and "@夏目汽水"; one that only lost characters
+// beside ones it was unsure of read less, not otherwise), or one whose line ends onto a ground as light as
+// its letters (or as dark), where more of the stamp could go on unseen.
 class WatermarkReader
 {
 public:

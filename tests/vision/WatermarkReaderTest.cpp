@@ -15,13 +15,15 @@ namespace {
 // Answers each reading with the next of a script, in the reader's region order (the top band, the bottom
 // band, then the closer looks at a line); nothing once the script is spent. A scripted line with a null box
 // is placed in the middle of the picture it is read off (a closer look's crop, whose size the test does not
-// know). Lines read as lines of their own answer from a script of their own, in order; unread when spent.
+// know). Lines read as lines of their own answer from a script of their own, in order; unread when spent;
+// each character read as sure as `lineSureness` says, in order, or 0.95 once it is spent.
 class ScriptedTextRecognizer final : public lumaro::platform::TextRecognizer
 {
 public:
     explicit ScriptedTextRecognizer(QList<TextRecognition> script, int* calls = nullptr,
-                                    QStringList lines = {})
-        : m_script(std::move(script)), m_lines(std::move(lines)), m_calls(calls)
+                                    QStringList lines = {}, QList<QList<float>> lineSureness = {})
+        : m_script(std::move(script)), m_lines(std::move(lines)), m_lineSureness(std::move(lineSureness)),
+          m_calls(calls)
     {
     }
     TextRecognition recognize(const QImage& image) override
@@ -41,13 +43,16 @@ public:
         if (m_lines.isEmpty())
             return {};
         const QString line = m_lines.takeFirst();
-        return TextRecognition{{line}, {}, 0.0, {image.rect()}, {QList<float>(line.size(), 0.95f)}};
+        const QList<float> sure =
+            m_lineSureness.isEmpty() ? QList<float>(line.size(), 0.95f) : m_lineSureness.takeFirst();
+        return TextRecognition{{line}, {}, 0.0, {image.rect()}, {sure}};
     }
     QList<QSize> m_sizes, m_lineSizes;
 
 private:
     QList<TextRecognition> m_script;
     QStringList m_lines;
+    QList<QList<float>> m_lineSureness;
     int* m_calls;
 };
 
@@ -422,6 +427,47 @@ TEST(WatermarkReader, TheDetectorsOwnReadingOfALineCountsAsALookAtIt)
                                       looked(padded)};
         WatermarkReader reader(
             std::make_unique<ScriptedTextRecognizer>(script, nullptr, QStringList{padded, padded, padded}));
+        const WatermarkReading reading = reader.read(greyPicture());
+        EXPECT_EQ(reading.found ? reading.found->identifier : QString(), QString::fromUtf8(c.found))
+            << c.detected << " then " << c.padded;
+    }
+}
+
+TEST(WatermarkReader, AReadingOfTheLineThatLostCharactersWhereItWasUnsureDoesNotStandAgainstASureOne)
+{
+    struct Case
+    {
+        const char* detected;        // the line as the detector's reading read it, in both bands
+        qsizetype detectedWeak;      // its character read unsure, -1 for none
+        const char* padded;          // the same line read again padded
+        QList<qsizetype> paddedWeak; // its characters read unsure
+        const char* found;
+    };
+    const Case cases[] = {
+        {"ID: 63018274", -1, "ID: 63018274", {}, "63018274"},
+        // The detector's "g" a guess, the padded reading sure of its "q": g or q, not known which.
+        {"抖音号：dy2045xg", 11, "抖音号：dy2045xq", {}, ""},
+        {"抖音号：dy2045xq", -1, "抖音号：dy2045q", {10}, "dy2045xq"}, // the "x" lost beside a "q" unsure
+        {"抖音号：dy2045xq", -1, "抖音号：dy2045xg", {11}, ""},        // its "q" read "g", however unsure
+        // The padded reading, its letters smaller, lost an "i" beside a letter it was unsure of: the
+        // detector's sure reading stands.
+        {"@jin.li.film", -1, "@jin.li.flm", {9}, "@jin.li.film"},
+        {"@jin.li.film", -1, "@jim.li.film", {}, ""},       // another name read sure
+        {"@jin.li.film", -1, "@jin.li.flm", {}, ""},        // the "i" left out where it was sure
+        {"@光影studio", -1, "@光影_studio", {3}, ""},       // a "_" it saw, however unsure
+        {"@光影studio", -1, "@光影studio", {3}, ""},        // the same name, unsure where a "_" may be
+        {"@jin.li.film", -1, "@jn.li.m", {1, 2, 6, 7}, ""}, // too much lost
+    };
+    for (const Case& c : cases) {
+        const QString detected = QString::fromUtf8(c.detected), padded = QString::fromUtf8(c.padded);
+        const TextRecognition band =
+            lineAt(detected, 0.7, 0.95, 120, sureness(detected, c.detectedWeak, 0.6f));
+        QList<float> paddedSure(padded.size(), 0.95f);
+        for (const qsizetype weak : c.paddedWeak)
+            paddedSure[weak] = 0.5f;
+        WatermarkReader reader(std::make_unique<ScriptedTextRecognizer>(
+            QList<TextRecognition>{band, band}, nullptr, QStringList{padded, padded},
+            QList<QList<float>>{paddedSure, paddedSure}));
         const WatermarkReading reading = reader.read(greyPicture());
         EXPECT_EQ(reading.found ? reading.found->identifier : QString(), QString::fromUtf8(c.found))
             << c.detected << " then " << c.padded;
