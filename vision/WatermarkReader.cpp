@@ -538,9 +538,11 @@ WatermarkReading WatermarkReader::read(const QImage& upright)
     if (!candidates.isEmpty()) {
         const Candidate& best = *std::min_element(candidates.begin(), candidates.end(), isBetter);
         taken = best.regions >= 2 ? std::optional(best) : confirmed(upright, best);
-    } else {
-        taken = closerLook(upright, doubtful);
     }
+    // A line read sure that a closer look did not read the same (a sign, a texture taken for letters) is no
+    // reason to leave the lines read unsure unlooked at: the stamp may be one of them.
+    if (!taken)
+        taken = closerLook(upright, doubtful);
     // A picture sorted to the wrong poster is worse than one left where it is: an identifier some reading
     // of its line read otherwise, or whose end may go on unseen, is not taken.
     if (taken && agreed(*taken) && !mayGoOnUnseen(upright, taken->line))

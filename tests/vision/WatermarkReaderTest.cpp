@@ -474,6 +474,33 @@ TEST(WatermarkReader, AReadingOfTheLineThatLostCharactersWhereItWasUnsureDoesNot
     }
 }
 
+TEST(WatermarkReader, ALineReadUnsureIsStillLookedAtWhenTheLineReadSureIsNotConfirmed)
+{
+    struct Case
+    {
+        const char* confirming; // the closer look at the bottom band's sure line
+        const char* first;      // the two closer looks at the top band's line read unsure
+        const char* second;
+        const char* found;
+    };
+    const Case cases[] = {
+        {"@hello", "", "", "@hello"},                   // the sure line confirmed
+        {"@hellu", "@marco_v", "@marco_v", "@marco_v"}, // not confirmed: the unsure line read sure twice
+        {"@hellu", "@marco_v", "@marcc_v", ""},         // the two looks read otherwise
+    };
+    for (const Case& c : cases) {
+        const QString unsure = QStringLiteral("@marco_v");
+        QList<TextRecognition> script{
+            lineAt(unsure, 0.1, 0.3, 120, sureness(unsure, 3, 0.5f)),
+            lineAt(QStringLiteral("@hello"), 0.7, 0.9), looked(QString::fromUtf8(c.confirming)),
+            looked(QString::fromUtf8(c.first)), looked(QString::fromUtf8(c.second))};
+        WatermarkReader reader(std::make_unique<ScriptedTextRecognizer>(script));
+        const WatermarkReading reading = reader.read(greyPicture());
+        EXPECT_EQ(reading.found ? reading.found->identifier : QString(), QString::fromUtf8(c.found))
+            << c.confirming << " " << c.first << " " << c.second;
+    }
+}
+
 TEST(WatermarkReader, ANameOrAccountReadWithoutItsMarkIsTakenOnlyWhenBothCloserLooksReadTheMarkSure)
 {
     struct Case
