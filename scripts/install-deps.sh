@@ -23,8 +23,10 @@ packages=(
   libsqlite3-dev sqlite3 libblkid-dev libarchive-dev
   # tests: a real FAT card image, loop-mounted (fusefat where the kernel has no vfat)
   dosfstools fusefat
-  # tests and benchmarks; strace stops or fails a command at a chosen system call (kill and fault tests)
-  libgtest-dev libgmock-dev googletest libbenchmark-dev strace
+  # tests and benchmarks; strace stops or fails a command at a chosen system call (kill and fault tests); the
+  # exiv2 command reads back the sidecars and ratings we write (without it those tests skip) and is the
+  # report bench's peer
+  libgtest-dev libgmock-dev googletest libbenchmark-dev strace exiv2
   # the desktop's own Trash tool (last restore fallback), desktop-file checks, peer tools for benches
   libglib2.0-bin desktop-file-utils appstream libvips-tools hyperfine libjpeg-turbo-progs attr
   # the report PDF rendered back in its test
