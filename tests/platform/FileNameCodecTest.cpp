@@ -13,7 +13,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 using namespace lumaro::platform;
@@ -21,17 +20,7 @@ using lumaro::testing::TempFolder;
 
 namespace {
 
-// Creates a file whose name is `name`'s bytes exactly, as an old card would hold it.
-QString writeRaw(const TempFolder& folder, const QByteArray& name, const QByteArray& content = "x")
-{
-    const QByteArray path = QFile::encodeName(folder.path()) + '/' + name;
-    const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL, 0644);
-    EXPECT_GE(fd, 0) << path.constData();
-    EXPECT_EQ(::write(fd, content.constData(), size_t(content.size())), content.size());
-    ::close(fd);
-    return FileNameCodec::decode(path);
-}
-
+// Whether a file named by `name`'s bytes exactly is there.
 bool existsRaw(const TempFolder& folder, const QByteArray& name)
 {
     const QByteArray path = QFile::encodeName(folder.path()) + '/' + name;
@@ -66,7 +55,7 @@ TEST(FileNameCodec, ANameThatIsNotUtf8IsTrashedTaggedAndPutBackWithItsBytes)
 {
     TempFolder folder;
     const QByteArray raw("DSC\xb0\xe9 1.jpg");
-    const QString path = writeRaw(folder, raw, "pixels");
+    const QString path = folder.writeNamedByBytes(raw, "pixels");
     ASSERT_TRUE(FileNameCodec::exists(path));
 
     if (XattrTagStore::shared().setTags(path, {QStringLiteral("red")}))
@@ -98,8 +87,8 @@ TEST(FileNameCodec, PicturesWhoseNamesAreNotUtf8AreAnalysedAndTurned)
         folder.read(QFileInfo(folder.writePicture(QStringLiteral("w.png"), {60, 20})).fileName());
     const QByteArray tall =
         folder.read(QFileInfo(folder.writePicture(QStringLiteral("t.png"), {20, 50})).fileName());
-    const QString widePath = writeRaw(folder, "caf\xe9.png", wide);
-    const QString tallPath = writeRaw(folder, "caf\xe8.png", tall);
+    const QString widePath = folder.writeNamedByBytes("caf\xe9.png", wide);
+    const QString tallPath = folder.writeNamedByBytes("caf\xe8.png", tall);
 
     const auto analysed = AnalysisImageReader::read(widePath, 512);
     ASSERT_TRUE(analysed);

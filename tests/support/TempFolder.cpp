@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/TempFolder.h"
 
+#include "platform/files/FileNameCodec.h"
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QFile>
@@ -9,6 +11,9 @@
 #include <QThread>
 
 #include <filesystem>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace lumaro::testing {
 
@@ -31,6 +36,16 @@ QString TempFolder::write(const QString& relative, const QByteArray& content)
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("TempFolder: cannot write %s", qPrintable(full));
     return full;
+}
+
+QString TempFolder::writeNamedByBytes(const QByteArray& name, const QByteArray& content)
+{
+    const QByteArray full = platform::FileNameCodec::encode(m_dir.path()) + '/' + name;
+    const int fd = ::open(full.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    if (fd < 0 || ::write(fd, content.constData(), size_t(content.size())) != content.size())
+        qFatal("TempFolder: cannot write %s", full.constData());
+    ::close(fd);
+    return platform::FileNameCodec::decode(full);
 }
 
 QString TempFolder::makeFolder(const QString& relative)

@@ -9,8 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-
 using namespace lumaro::vision;
 using namespace lumaro::testing;
 using lumaro::platform::FileMover;
@@ -167,12 +165,7 @@ TEST(WatermarkSorter, ANameThatIsNotUtf8IsSortedAndPutBackByItsOwnBytes)
     const QString name = FileNameCodec::decode(rawName);
     for (const bool copy : {false, true}) {
         TempFolder folder;
-        // Written by its bytes: Qt's own name encoding would write U+FFFD instead.
-        const QByteArray path = FileNameCodec::encode(folder.path()) + '/' + rawName;
-        FILE* out = std::fopen(path.constData(), "wb");
-        ASSERT_NE(out, nullptr);
-        std::fputs("PICTURE", out);
-        std::fclose(out);
+        folder.writeNamedByBytes(rawName, "PICTURE");
         const WatermarkSorter sorter;
         const WatermarkSortReport report =
             sorter.sort(folder.path(), {read(name, QStringLiteral("@lily"))}, {{}, copy, false, {}});
