@@ -2,7 +2,6 @@
 #include "library/LocalDatabaseManager.h"
 
 #include "library/FavouritesSchema.h"
-#include "library/StoreConnection.h"
 
 #include "platform/files/FileNameCodec.h"
 
@@ -11,12 +10,9 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QRandomGenerator>
-#include <QThread>
 
 #include <sqlite3.h>
 
-#include <memory>
 
 namespace lumaro::library {
 
@@ -29,9 +25,6 @@ void log(const QString& message)
     platform::Log::line(kTag, message);
 }
 
-// Finalised on every path out of a call, success or not.
-using StatementPtr = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
-
 QString describe(const QVariant& value)
 {
     const QString text = value.toString();
@@ -40,29 +33,26 @@ QString describe(const QVariant& value)
     return QString::fromLatin1(value.typeName() ? value.typeName() : "unknown");
 }
 
-// SQLITE_OK, or SQLITE_MISMATCH for a kind this wrapper does not bind.
-int bindOne(sqlite3_stmt* statement, int position, const QVariant& value)
+std::optional<StoreValue> storeValue(const QVariant& value)
 {
     if (value.isNull() || !value.isValid())
-        return sqlite3_bind_null(statement, position);
+        return StoreValue{};
     switch (value.typeId()) {
-    case QMetaType::QString: {
+    case QMetaType::QString:
         // A path may hold a name that is not UTF-8; its bytes are stored as they are and read back the same.
-        const QByteArray utf8 = platform::FileNameCodec::encode(value.toString());
-        return sqlite3_bind_text(statement, position, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
-    }
+        return StoreValue{platform::FileNameCodec::encode(value.toString()).toStdString()};
     case QMetaType::Bool:
     case QMetaType::Int:
     case QMetaType::UInt:
     case QMetaType::Long:
     case QMetaType::LongLong:
     case QMetaType::ULongLong:
-        return sqlite3_bind_int64(statement, position, value.toLongLong());
+        return StoreValue{std::int64_t(value.toLongLong())};
     case QMetaType::Double:
     case QMetaType::Float:
-        return sqlite3_bind_double(statement, position, value.toDouble());
+        return StoreValue{value.toDouble()};
     default:
-        return SQLITE_MISMATCH;
+        return std::nullopt;
     }
 }
 
@@ -89,19 +79,22 @@ QVariant columnValue(sqlite3_stmt* statement, int column)
 } // namespace
 
 LocalDatabaseManager::LocalDatabaseManager(QString databaseName)
-    : m_databaseName(std::move(databaseName))
+    : m_session([](const std::string& message) { log(QString::fromStdString(message)); })
+    , m_databaseName(std::move(databaseName))
 {
 }
 
-LocalDatabaseManager::~LocalDatabaseManager()
-{
-    if (m_db)
-        sqlite3_close_v2(m_db);
-}
+LocalDatabaseManager::~LocalDatabaseManager() = default;
 
 QString LocalDatabaseManager::defaultPath() const
 {
     return QDir(platform::AppPaths::dataDir()).filePath(m_databaseName);
+}
+
+DatabaseError LocalDatabaseManager::lastError() const
+{
+    const StoreError& error = m_session.lastError();
+    return {QString::fromStdString(error.message), error.code, error.extendedCode};
 }
 
 bool LocalDatabaseManager::open(const QString& path)
@@ -109,140 +102,59 @@ bool LocalDatabaseManager::open(const QString& path)
     close();
     const QString target = path.isEmpty() ? defaultPath() : path;
     const auto refuse = [&](const QString& message) {
-        m_lastError = {message, SQLITE_CANTOPEN, SQLITE_CANTOPEN};
         log(QStringLiteral("❌ 无法打开数据库: ") + message);
         log(QStringLiteral("   数据库路径: ") + target);
         return false;
     };
-    if (path.isEmpty() && !QDir().mkpath(QFileInfo(target).absolutePath()))
-        return refuse(QStringLiteral("cannot create the folder ") + QFileInfo(target).absolutePath());
-
-    StoreConnection::takeCachePagesWhenNeeded();
-    sqlite3* db = nullptr;
-    const int code = sqlite3_open_v2(platform::FileNameCodec::encode(target).constData(), &db,
-                                     SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-    if (code != SQLITE_OK) {
-        const QString message = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QString::fromUtf8(sqlite3_errstr(code));
-        sqlite3_close_v2(db);
+    if (path.isEmpty() && !QDir().mkpath(QFileInfo(target).absolutePath())) {
+        const QString message = QStringLiteral("cannot create the folder ") + QFileInfo(target).absolutePath();
+        m_session.setLastError({message.toStdString(), SQLITE_CANTOPEN, SQLITE_CANTOPEN});
         return refuse(message);
     }
-    m_db = db;
+    if (!m_session.open(platform::FileNameCodec::encode(target).toStdString(), true))
+        return refuse(lastError().message);
     m_path = target;
-    m_integrity = Integrity::unchecked;
-    if (!StoreConnection::configure(m_db, m_busyTimeoutMs)) {
-        recordError();
-        const DatabaseError error = m_lastError;
-        sqlite3_close_v2(m_db);
-        m_db = nullptr;
-        m_path.clear();
-        refuse(error.message);
-        m_lastError = error;
-        return false;
-    }
-    m_lastError = {};
     log(QString::fromUtf8(FavouritesSchema::openedLog) + target);
     return true;
 }
 
 void LocalDatabaseManager::close()
 {
-    if (!m_db)
-        return;
-    sqlite3_close_v2(m_db);
-    m_db = nullptr;
+    m_session.close();
     m_path.clear();
-    log(QStringLiteral("✅ 数据库已关闭"));
 }
 
-void LocalDatabaseManager::setBusyTimeout(int milliseconds)
+std::optional<StoreValues> LocalDatabaseManager::storeValues(const QVariantList& parameters)
 {
-    m_busyTimeoutMs = milliseconds;
-    if (m_db)
-        sqlite3_busy_timeout(m_db, milliseconds);
-}
-
-qint64 LocalDatabaseManager::lastInsertRowId() const
-{
-    return m_db ? sqlite3_last_insert_rowid(m_db) : 0;
-}
-
-void LocalDatabaseManager::recordError()
-{
-    // With extended result codes on, sqlite3_errcode() answers the extended code too; the primary is its low byte.
-    const int extended = sqlite3_extended_errcode(m_db);
-    m_lastError = {QString::fromUtf8(sqlite3_errmsg(m_db)), extended & 0xff, extended};
-}
-
-bool LocalDatabaseManager::runQuietly(const char* sql)
-{
-    sqlite3_stmt* raw = nullptr;
-    if (sqlite3_prepare_v2(m_db, sql, -1, &raw, nullptr) != SQLITE_OK) {
-        recordError();
-        return false;
-    }
-    StatementPtr statement(raw, &sqlite3_finalize);
-    int code = SQLITE_ROW;
-    while (code == SQLITE_ROW)
-        code = sqlite3_step(statement.get());
-    if (code != SQLITE_DONE) {
-        recordError();
-        return false;
-    }
-    return true;
-}
-
-sqlite3_stmt* LocalDatabaseManager::prepare(const QString& sql, const QVariantList& parameters)
-{
-    if (m_debugSQLEnabled)
-        log(QStringLiteral("   SQL: ") + sql);
-    if (!m_db) {
-        m_lastError = {QStringLiteral("database is not open"), SQLITE_MISUSE, SQLITE_MISUSE};
-        log(QStringLiteral("❌ SQL 准备失败: ") + m_lastError.message);
-        return nullptr;
-    }
-    sqlite3_stmt* raw = nullptr;
-    const QByteArray utf8 = sql.toUtf8();
-    if (sqlite3_prepare_v2(m_db, utf8.constData(), int(utf8.size()), &raw, nullptr) != SQLITE_OK) {
-        recordError();
-        log(QStringLiteral("❌ SQL 准备失败: ") + m_lastError.message);
-        sqlite3_finalize(raw);
-        return nullptr;
-    }
-    StatementPtr statement(raw, &sqlite3_finalize);
-    for (int i = 0; i < parameters.size(); ++i) {
-        const int code = bindOne(raw, i + 1, parameters.at(i));
-        if (code == SQLITE_MISMATCH) {
-            m_lastError = {QStringLiteral("unsupported parameter type"), SQLITE_MISMATCH, SQLITE_MISMATCH};
-            log(QStringLiteral("⚠️ 未支持的参数类型: ") + describe(parameters.at(i)));
-            return nullptr;
+    StoreValues values;
+    values.reserve(size_t(parameters.size()));
+    for (const QVariant& parameter : parameters) {
+        auto value = storeValue(parameter);
+        if (!value) {
+            m_session.setLastError({"unsupported parameter type", SQLITE_MISMATCH, SQLITE_MISMATCH});
+            log(QStringLiteral("⚠️ 未支持的参数类型: ") + describe(parameter));
+            return std::nullopt;
         }
-        if (code != SQLITE_OK) {
-            recordError();
-            log(QStringLiteral("❌ SQL 准备失败: ") + m_lastError.message);
-            return nullptr;
-        }
+        values.push_back(std::move(*value));
     }
-    return statement.release();
+    return values;
 }
 
 bool LocalDatabaseManager::execute(const QString& sql, const QVariantList& parameters)
 {
-    if (!mayWrite() || !step(sql, parameters, [](sqlite3_stmt*) {}))
-        return false;
-    const int changed = sqlite3_changes(m_db);
-    if (changed == 0)
-        log(QStringLiteral("⚠️ SQL 执行成功但没有行被影响: ") + sql);
-    else
-        log(QStringLiteral("✅ SQL 执行成功，影响了 %1 行").arg(changed));
-    return true;
+    const auto values = storeValues(parameters);
+    return values && m_session.execute(sql.toStdString(), *values);
 }
 
 std::optional<QList<LocalDatabaseManager::Row>> LocalDatabaseManager::query(const QString& sql,
                                                                            const QVariantList& parameters)
 {
+    const auto values = storeValues(parameters);
+    if (!values)
+        return std::nullopt;
     QStringList names;
     QList<Row> rows;
-    const bool ok = step(sql, parameters, [&](sqlite3_stmt* statement) {
+    const bool ok = m_session.read(sql.toStdString(), *values, [&](sqlite3_stmt* statement) {
         const int columns = sqlite3_column_count(statement);
         if (names.isEmpty()) {
             for (int c = 0; c < columns; ++c)
@@ -261,119 +173,17 @@ std::optional<QList<LocalDatabaseManager::Row>> LocalDatabaseManager::query(cons
 bool LocalDatabaseManager::queryEach(const QString& sql, const QVariantList& parameters,
                                      const std::function<void(const QVariantList& values)>& row)
 {
-    QVariantList values;
-    return step(sql, parameters, [&](sqlite3_stmt* statement) {
+    const auto values = storeValues(parameters);
+    if (!values)
+        return false;
+    QVariantList columnValues;
+    return m_session.read(sql.toStdString(), *values, [&](sqlite3_stmt* statement) {
         const int columns = sqlite3_column_count(statement);
-        values.resize(columns);
+        columnValues.resize(columns);
         for (int c = 0; c < columns; ++c)
-            values[c] = columnValue(statement, c);
-        row(values);
+            columnValues[c] = columnValue(statement, c);
+        row(columnValues);
     });
-}
-
-bool LocalDatabaseManager::step(const QString& sql, const QVariantList& parameters,
-                                const std::function<void(sqlite3_stmt*)>& row)
-{
-    StatementPtr statement(prepare(sql, parameters), &sqlite3_finalize);
-    if (!statement)
-        return false;
-    int code = SQLITE_ROW;
-    while ((code = sqlite3_step(statement.get())) == SQLITE_ROW)
-        row(statement.get());
-    if (code != SQLITE_DONE) {
-        recordError();
-        log(QStringLiteral("❌ SQL 执行失败: %1 (错误代码: %2, 扩展错误代码: %3)")
-                .arg(m_lastError.message)
-                .arg(m_lastError.code)
-                .arg(m_lastError.extendedCode));
-        return false;
-    }
-    m_lastError = {};
-    return true;
-}
-
-bool LocalDatabaseManager::checkIntegrity()
-{
-    if (!m_db) {
-        m_lastError = {QStringLiteral("database is not open"), SQLITE_MISUSE, SQLITE_MISUSE};
-        return false;
-    }
-    if (m_integrity == Integrity::intact)
-        return true;
-    if (m_integrity == Integrity::damaged) {
-        m_lastError = m_damage;
-        return false;
-    }
-    QStringList findings;
-    const bool ran = step(QStringLiteral("PRAGMA quick_check;"), {}, [&](sqlite3_stmt* statement) {
-        findings << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)));
-    });
-    if (ran && findings == QStringList{QStringLiteral("ok")}) {
-        m_integrity = Integrity::intact;
-        return true;
-    }
-    // A check that could not run for another reason (a lock, the disk) says nothing about the file.
-    if (ran || m_lastError.code == SQLITE_CORRUPT || m_lastError.code == SQLITE_NOTADB) {
-        m_integrity = Integrity::damaged;
-        const QString finding = ran ? findings.value(0) : m_lastError.message;
-        m_lastError = m_damage = {QStringLiteral("database disk image is malformed (%1)").arg(finding),
-                                  SQLITE_CORRUPT, SQLITE_CORRUPT};
-        log(QStringLiteral("❌ 数据库已损坏: ") + finding);
-    }
-    return false;
-}
-
-bool LocalDatabaseManager::mayWrite()
-{
-    if (!m_db || checkIntegrity())
-        return true; // not open: the statement itself reports that
-    if (m_integrity == Integrity::damaged)
-        log(QStringLiteral("❌ 数据库已损坏，不写入: ") + m_path);
-    return false;
-}
-
-bool LocalDatabaseManager::runTransaction(const std::function<bool()>& body, bool* began)
-{
-    *began = runQuietly("BEGIN IMMEDIATE;");
-    if (!*began)
-        return false;
-    if (body() && runQuietly("COMMIT;"))
-        return true;
-    const DatabaseError cause = m_lastError;
-    runQuietly("ROLLBACK;");
-    m_lastError = cause;
-    return false;
-}
-
-bool LocalDatabaseManager::inTransaction(const std::function<bool()>& body)
-{
-    if (!m_db || !mayWrite()) {
-        if (!m_db)
-            m_lastError = {QStringLiteral("database is not open"), SQLITE_MISUSE, SQLITE_MISUSE};
-        return false;
-    }
-    // SQLite's own busy wait is not fair: a writer can sleep through every moment the lock was free while
-    // others take it. Starting over after a randomised pause gives every process its turn.
-    bool began = false;
-    for (int attempt = 1;; ++attempt) {
-        if (runTransaction(body, &began))
-            return true;
-        const bool busy = m_lastError.code == SQLITE_BUSY || m_lastError.code == SQLITE_LOCKED;
-        if (!busy || attempt >= busyAttempts || m_busyTimeoutMs == 0)
-            break;
-        const int pauseMs = (10 << attempt) / 2 + int(QRandomGenerator::global()->bounded(10 << attempt));
-        log(QStringLiteral("⚠️ 数据库被占用，%1 ms 后重试 (第 %2 次)")
-                .arg(pauseMs)
-                .arg(attempt));
-        QThread::msleep(pauseMs);
-    }
-    // A failed statement of `body` has said why already.
-    if (!began)
-        log(QStringLiteral("❌ SQL 执行失败: %1 (错误代码: %2, 扩展错误代码: %3)")
-                .arg(m_lastError.message)
-                .arg(m_lastError.code)
-                .arg(m_lastError.extendedCode));
-    return false;
 }
 
 } // namespace lumaro::library

@@ -77,8 +77,9 @@ TEST_P(FavouritePathReaderRefuses, AStoreThatOpeningWouldFirstMakeOrRepair)
     EXPECT_FALSE(FavouritePathReader::readEach(bytesOf(path), [&](std::string_view) { handedOver = true; }));
     EXPECT_FALSE(handedOver);
     EXPECT_EQ(QFile::exists(path), existed);
-    if (existed)
+    if (existed) {
         EXPECT_EQ(folder.read(QStringLiteral("fav.db")), before);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(
