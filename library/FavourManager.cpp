@@ -3,6 +3,7 @@
 
 #include "library/FavourCopier.h"
 #include "library/FavouritesSchema.h"
+#include "platform/files/FileNameCodec.h"
 #include "platform/Log.h"
 #include "platform/NotificationCenter.h"
 #include "platform/QSettingsStore.h"
@@ -23,24 +24,39 @@ void log(const QString& message)
     platform::Log::line(kTag, message);
 }
 
-// Values in the order of columns(): id, file_path, file_name, is_favour, favour_type, created_at, updated_at.
-FavourRecord recordFrom(const QVariantList& values)
+FavourRecord recordFrom(const FavourRow& row)
 {
     FavourRecord record;
-    record.id = values.at(0).toLongLong();
-    record.filePath = values.at(1).toString();
-    record.fileName = values.at(2).toString();
-    record.isFavour = values.at(3).toLongLong() != 0;
-    if (!values.at(4).isNull())
-        record.favourType = favourTypeFromText(values.at(4).toString());
-    record.createdAt = values.at(5).toDouble();
-    record.updatedAt = values.at(6).toDouble();
+    record.id = row.id;
+    record.filePath = platform::FileNameCodec::decode(QByteArray::fromStdString(row.filePath));
+    record.fileName = platform::FileNameCodec::decode(QByteArray::fromStdString(row.fileName));
+    record.isFavour = row.isFavour;
+    if (row.favourType)
+        record.favourType = favourTypeFromText(QString::fromStdString(*row.favourType));
+    record.createdAt = row.createdAt;
+    record.updatedAt = row.updatedAt;
     return record;
 }
 
-QVariant typeValue(const std::optional<FavourType>& type)
+std::string bytesOf(const QString& path)
 {
-    return type ? QVariant(storedText(*type)) : QVariant();
+    return platform::FileNameCodec::encode(path).toStdString();
+}
+
+FavourRow rowFrom(const FavourRecord& record)
+{
+    return {record.id,
+            bytesOf(record.filePath),
+            bytesOf(record.fileName),
+            record.isFavour,
+            record.favourType ? std::optional(storedText(*record.favourType).toStdString()) : std::nullopt,
+            record.createdAt,
+            record.updatedAt};
+}
+
+std::optional<std::string> storedTypeOf(const std::optional<FavourType>& type)
+{
+    return type ? std::optional(storedText(*type).toStdString()) : std::nullopt;
 }
 
 } // namespace
@@ -62,6 +78,7 @@ FavourManager::FavourManager(const platform::SettingsStore& settings, platform::
     , m_settings(settings)
     , m_clock(std::move(clock))
     , m_copyRunner([](std::function<void()> copy) { copy(); })
+    , m_table(m_dbManager.session(), [](const std::string& message) { log(QString::fromStdString(message)); })
 {
 }
 
@@ -83,12 +100,6 @@ QString FavourManager::cleanedPath(const QString& path)
     if (path.isEmpty())
         return path;
     return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-}
-
-QString FavourManager::columns() const
-{
-    return QStringLiteral("SELECT id, file_path, file_name, is_favour, favour_type, created_at, updated_at FROM ")
-           + m_tableName;
 }
 
 bool FavourManager::ensureTable()
@@ -136,17 +147,21 @@ void FavourManager::ensureNameIndex()
         log(QStringLiteral("⚠️ 索引创建失败: ") + m_dbManager.lastError().message);
 }
 
-std::optional<QList<FavourRecord>> FavourManager::select(const QString& sql, const QVariantList& parameters)
+std::optional<QList<FavourRecord>> FavourManager::select(std::string_view clause, const QString& path)
 {
-    QList<FavourRecord> records;
-    if (!m_dbManager.queryEach(sql, parameters, [&](const QVariantList& values) { records.append(recordFrom(values)); }))
+    const auto rows = m_table.select(clause, path.isNull() ? StoreValues{} : StoreValues{bytesOf(path)});
+    if (!rows)
         return std::nullopt;
+    QList<FavourRecord> records;
+    records.reserve(qsizetype(rows->size()));
+    for (const FavourRow& row : *rows)
+        records.append(recordFrom(row));
     return records;
 }
 
 bool FavourManager::loadAll()
 {
-    auto loaded = select(columns() + QStringLiteral(" ORDER BY created_at DESC;"), {});
+    auto loaded = select("ORDER BY created_at DESC;");
     if (!loaded)
         return false;
     m_records = std::move(*loaded);
@@ -156,7 +171,7 @@ bool FavourManager::loadAll()
 
 std::optional<QList<FavourRecord>> FavourManager::favourites()
 {
-    return select(columns() + QStringLiteral(" WHERE is_favour = 1 ORDER BY updated_at DESC;"), {});
+    return select("WHERE is_favour = 1 ORDER BY updated_at DESC;");
 }
 
 bool FavourManager::forEachFavouritePath(const std::function<void(const QString& path)>& path)
@@ -167,31 +182,10 @@ bool FavourManager::forEachFavouritePath(const std::function<void(const QString&
 
 FavourResult FavourManager::find(const QString& path)
 {
-    const auto found = select(columns() + QStringLiteral(" WHERE file_path = ? AND file_path != '';"), {path});
+    const auto found = select("WHERE file_path = ? AND file_path != '';", path);
     if (!found)
         return {};
     return {true, found->isEmpty() ? std::nullopt : std::optional(found->constFirst())};
-}
-
-FavourResult FavourManager::findStored(const QString& path)
-{
-    const auto found = select(columns() + QStringLiteral(" WHERE file_path = ?;"), {path});
-    if (!found)
-        return {};
-    return {true, found->isEmpty() ? std::nullopt : std::optional(found->constFirst())};
-}
-
-std::optional<QList<QPair<qint64, QString>>> FavourManager::probe(const QString& path)
-{
-    const auto rows = m_dbManager.query(QStringLiteral("SELECT id, file_path FROM ") + m_tableName
-                                            + QStringLiteral(" WHERE file_path = ? OR file_path = ?;"),
-                                        {path, cleanedPath(path)});
-    if (!rows)
-        return std::nullopt;
-    QList<QPair<qint64, QString>> found;
-    for (const QVariantMap& row : *rows)
-        found.append({row.value(QStringLiteral("id")).toLongLong(), row.value(QStringLiteral("file_path")).toString()});
-    return found;
 }
 
 std::optional<int> FavourManager::audit()
@@ -207,7 +201,7 @@ std::optional<int> FavourManager::audit()
 
 std::optional<int> FavourManager::removeEmptyPathRecords()
 {
-    const auto all = select(columns() + QStringLiteral(" ORDER BY created_at DESC;"), {});
+    const auto all = select("ORDER BY created_at DESC;");
     if (!all)
         return std::nullopt;
     int removed = 0;
@@ -218,78 +212,22 @@ std::optional<int> FavourManager::removeEmptyPathRecords()
     return removed;
 }
 
-std::optional<FavourRecord> FavourManager::insertRow(const FavourRecord& record)
-{
-    const QString sql = QStringLiteral("INSERT INTO ") + m_tableName
-                        + QStringLiteral(" (file_path, file_name, is_favour, favour_type, created_at, updated_at)\n"
-                                         "VALUES (?, ?, ?, ?, ?, ?);");
-    if (!m_dbManager.execute(sql, {record.filePath, record.fileName, record.isFavour ? 1 : 0,
-                                   typeValue(record.favourType), record.createdAt, record.updatedAt})) {
-        log(QStringLiteral("❌ [DB] 插入失败: %1 (%2)").arg(record.filePath, m_dbManager.lastError().message));
-        return std::nullopt;
-    }
-    FavourRecord stored = record;
-    stored.id = m_dbManager.lastInsertRowId();
-    return stored;
-}
-
-bool FavourManager::updateRow(const FavourRecord& record, const QString& givenPath)
-{
-    // Rows under the other written form of this path, or with no path at all, would collide with or shadow the
-    // row being written: they go first.
-    const bool cleaned =
-        m_dbManager.execute(QStringLiteral("DELETE FROM ") + m_tableName
-                                + QStringLiteral(" WHERE file_path = ? AND id != ?;"),
-                            {givenPath, record.id})
-        && m_dbManager.execute(QStringLiteral("DELETE FROM ") + m_tableName
-                                   + QStringLiteral(" WHERE (file_path = ? OR file_path = '') AND id != ?;"),
-                               {record.filePath, record.id});
-    const QString sql = QStringLiteral("UPDATE ") + m_tableName
-                        + QStringLiteral("\nSET file_path = ?, file_name = ?, is_favour = ?, favour_type = ?, "
-                                         "updated_at = ?\nWHERE id = ?;");
-    if (!cleaned
-        || !m_dbManager.execute(sql, {record.filePath, record.fileName, record.isFavour ? 1 : 0,
-                                      typeValue(record.favourType), record.updatedAt, record.id})) {
-        log(QStringLiteral("❌ [DB] 更新失败: %1 (%2)").arg(record.filePath, m_dbManager.lastError().message));
-        return false;
-    }
-    log(QStringLiteral("✅ [DB] 更新成功: ") + record.filePath);
-    checkSameName(record);
-    return true;
-}
-
-void FavourManager::checkSameName(const FavourRecord& record)
-{
-    const auto rows = m_dbManager.query(QStringLiteral("SELECT id, file_path, is_favour, favour_type FROM ")
-                                            + m_tableName + QStringLiteral(" WHERE file_name = ?;"),
-                                        {record.fileName});
-    if (!rows) {
-        log(QStringLiteral("⚠️ [DB] 更新后查询失败: ") + m_dbManager.lastError().message);
-        return;
-    }
-    log(QStringLiteral("📋 [DB] %1 条同名记录:").arg(rows->size()));
-    log(QStringLiteral("   查询路径: ") + record.filePath);
-    for (const QVariantMap& row : *rows) {
-        log(QStringLiteral("   id=%1 file_path=%2 is_favour=%3 favour_type=%4")
-                .arg(row.value(QStringLiteral("id")).toString(), row.value(QStringLiteral("file_path")).toString(),
-                     row.value(QStringLiteral("is_favour")).toString(),
-                     row.value(QStringLiteral("favour_type")).toString()));
-    }
-}
-
 FavourResult FavourManager::insert(const FavourRecord& record)
 {
-    std::optional<FavourRecord> saved;
-    if (!m_dbManager.inTransaction([&] { return (saved = insertRow(record)).has_value(); }))
+    std::optional<FavourRow> row;
+    if (!m_dbManager.inTransaction([&] { return (row = m_table.insert(rowFrom(record))).has_value(); }))
         return {};
-    applyToRecords(*saved, saved->filePath, false);
-    announce(*saved);
+    FavourRecord saved = record;
+    saved.id = row->id;
+    applyToRecords(saved, saved.filePath, false);
+    announce(saved);
     return {true, saved};
 }
 
 bool FavourManager::update(const FavourRecord& record)
 {
-    if (!m_dbManager.inTransaction([&] { return updateRow(record, record.filePath); }))
+    const FavourRow row = rowFrom(record);
+    if (!m_dbManager.inTransaction([&] { return m_table.update(row, row.filePath); }))
         return false;
     applyToRecords(record, record.filePath, true);
     announce(record);
@@ -315,8 +253,8 @@ bool FavourManager::remove(qint64 id)
     return true;
 }
 
-FavourResult FavourManager::change(const QString& path, const std::function<bool(FavourRecord&)>& apply,
-                                   const std::function<std::optional<FavourRecord>()>& fresh, bool marksFavourite)
+FavourResult FavourManager::change(const QString& path, const std::function<void(FavourRow&)>& apply,
+                                   const std::function<std::optional<FavourRow>()>& fresh, bool marksFavourite)
 {
     if (path.isEmpty()) {
         log(QStringLiteral("❌ [DB] 更新失败: empty path"));
@@ -331,82 +269,48 @@ FavourResult FavourManager::change(const QString& path, const std::function<bool
         if (copier.isEnabled())
             m_copyRunner([copier, clean] { copier.copy(clean); });
     }
-    const double now = m_clock();
-    std::optional<FavourRecord> saved;
-    bool wasStored = false;
-    const bool ok = m_dbManager.inTransaction([&] {
-        const auto rows = probe(path);
-        if (!rows)
-            return false;
-        if (rows->isEmpty()) {
-            auto record = fresh();
-            if (!record)
-                return true; // Nothing stored and nothing to store.
-            record->filePath = clean;
-            record->fileName = QFileInfo(clean).fileName();
-            record->createdAt = record->updatedAt = now;
-            return (saved = insertRow(*record)).has_value();
-        }
-        // Keep the row already in the cleaned form when both forms are stored; the other one is merged away.
-        QString keeper = rows->constFirst().second;
-        for (const auto& row : *rows) {
-            if (row.second == clean)
-                keeper = row.second;
-        }
-        const FavourResult found = findStored(keeper);
-        if (!found.record)
-            return false;
-        FavourRecord record = *found.record;
-        wasStored = true;
-        apply(record);
-        record.filePath = clean;
-        record.fileName = QFileInfo(clean).fileName();
-        record.updatedAt = now;
-        if (!updateRow(record, path))
-            return false;
-        saved = record;
-        return true;
-    });
-    if (!ok)
+    const FavourTable::Change changed = m_table.change(bytesOf(path), bytesOf(clean), m_clock(), apply, fresh);
+    if (!changed.ok)
         return {};
-    if (!saved)
+    if (!changed.saved)
         return {true, std::nullopt};
-    applyToRecords(*saved, path, wasStored);
-    announce(*saved);
+    const FavourRecord saved = recordFrom(*changed.saved);
+    applyToRecords(saved, path, changed.wasStored);
+    announce(saved);
     return {true, saved};
 }
 
 FavourResult FavourManager::setFavour(const QString& path, bool isFavour)
 {
     return change(
-        path, [isFavour](FavourRecord& record) { record.isFavour = isFavour; return true; },
-        [isFavour]() -> std::optional<FavourRecord> {
+        path, [isFavour](FavourRow& row) { row.isFavour = isFavour; },
+        [isFavour]() -> std::optional<FavourRow> {
             if (!isFavour)
                 return std::nullopt;
-            FavourRecord record;
-            record.isFavour = true;
-            return record;
+            FavourRow row;
+            row.isFavour = true;
+            return row;
         },
         isFavour);
 }
 
 FavourResult FavourManager::setType(const QString& path, std::optional<FavourType> type)
 {
+    const std::optional<std::string> stored = storedTypeOf(type);
     const FavourResult result = change(
         path,
-        [type](FavourRecord& record) {
-            record.favourType = type;
-            if (type)
-                record.isFavour = true;
-            return true;
+        [stored](FavourRow& row) {
+            row.favourType = stored;
+            if (stored)
+                row.isFavour = true;
         },
-        [type]() -> std::optional<FavourRecord> {
-            if (!type)
+        [stored]() -> std::optional<FavourRow> {
+            if (!stored)
                 return std::nullopt;
-            FavourRecord record;
-            record.isFavour = true;
-            record.favourType = type;
-            return record;
+            FavourRow row;
+            row.isFavour = true;
+            row.favourType = stored;
+            return row;
         },
         type.has_value());
     if (!type)

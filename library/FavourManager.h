@@ -3,13 +3,13 @@
 #pragma once
 
 #include "library/FavourRecord.h"
+#include "library/FavourTable.h"
 #include "library/FavouritesSchema.h"
 #include "library/LocalDatabaseManager.h"
 #include "platform/Clock.h"
 
 #include <QList>
 #include <QObject>
-#include <QPair>
 
 #include <functional>
 
@@ -65,8 +65,6 @@ public:
     bool forEachFavouritePath(const std::function<void(const QString& path)>& path);
     // The row of `path` as written; an empty path never matches.
     FavourResult find(const QString& path);
-    // Ids and paths of rows stored under either written form of `path`.
-    std::optional<QList<QPair<qint64, QString>>> probe(const QString& path);
     // Number of rows whose path is empty or NULL.
     std::optional<int> audit();
     // Deletes the rows that audit() counts; returns how many went.
@@ -88,17 +86,12 @@ Q_SIGNALS:
     void recordsChanged();
 
 private:
-    QString columns() const;
     void ensureNameIndex();
-    // The row stored under exactly `path` (callers pass a path known to be non-empty).
-    FavourResult findStored(const QString& path);
-    std::optional<QList<FavourRecord>> select(const QString& sql, const QVariantList& parameters);
-    std::optional<FavourRecord> insertRow(const FavourRecord& record);
-    bool updateRow(const FavourRecord& record, const QString& givenPath);
-    void checkSameName(const FavourRecord& record);
+    // Rows of FavourTable::select(clause), bound to `path` when it is not null.
+    std::optional<QList<FavourRecord>> select(std::string_view clause, const QString& path = QString());
     // `marksFavourite`: the change makes the picture a favourite (its favourites copy is made first).
-    FavourResult change(const QString& path, const std::function<bool(FavourRecord&)>& apply,
-                        const std::function<std::optional<FavourRecord>()>& fresh, bool marksFavourite);
+    FavourResult change(const QString& path, const std::function<void(FavourRow&)>& apply,
+                        const std::function<std::optional<FavourRow>()>& fresh, bool marksFavourite);
     void applyToRecords(const FavourRecord& saved, const QString& givenPath, bool mergedAway);
     void announce(const FavourRecord& record);
 
@@ -109,6 +102,7 @@ private:
     const platform::SettingsStore& m_settings;
     platform::Clock m_clock;
     CopyRunner m_copyRunner;
+    FavourTable m_table;
 };
 
 } // namespace lumaro::library

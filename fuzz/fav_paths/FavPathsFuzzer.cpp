@@ -32,7 +32,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         (void)favourites.setType(path,
                                  library::allFavourTypes.at(size_t(i) % library::allFavourTypes.size()));
         (void)favourites.find(path);
-        (void)favourites.probe(path);
         (void)favourites.setType(path, std::nullopt);
         (void)favourites.setFavour(path, false);
     }
