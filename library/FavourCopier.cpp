@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/FavourCopier.h"
 
+#include "library/FavouritesSchema.h"
+
 #include "platform/FileCopier.h"
 #include "platform/Log.h"
 #include "platform/SettingsStore.h"
@@ -41,7 +43,7 @@ std::optional<QString> earlierCopy(const QDir& folder, const QFileInfo& source)
 
 } // namespace
 
-const QString FavourCopier::enabledKey = QStringLiteral("LMR_FlowFavCopyEnabled");
+const QString FavourCopier::enabledKey = QString::fromUtf8(FavouritesSchema::copyEnabledKey);
 const QString FavourCopier::targetPositionKey = QStringLiteral("LMR_FlowFavCopyTargetPosition");
 
 FavourCopier::FavourCopier(const platform::SettingsStore& settings)

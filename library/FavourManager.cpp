@@ -43,20 +43,20 @@ std::string bytesOf(const QString& path)
     return platform::FileNameCodec::encode(path).toStdString();
 }
 
+std::optional<std::string> storedTypeOf(const std::optional<FavourType>& type)
+{
+    return type ? std::optional(storedText(*type).toStdString()) : std::nullopt;
+}
+
 FavourRow rowFrom(const FavourRecord& record)
 {
     return {record.id,
             bytesOf(record.filePath),
             bytesOf(record.fileName),
             record.isFavour,
-            record.favourType ? std::optional(storedText(*record.favourType).toStdString()) : std::nullopt,
+            storedTypeOf(record.favourType),
             record.createdAt,
             record.updatedAt};
-}
-
-std::optional<std::string> storedTypeOf(const std::optional<FavourType>& type)
-{
-    return type ? std::optional(storedText(*type).toStdString()) : std::nullopt;
 }
 
 } // namespace
@@ -253,8 +253,7 @@ bool FavourManager::remove(qint64 id)
     return true;
 }
 
-FavourResult FavourManager::change(const QString& path, const std::function<void(FavourRow&)>& apply,
-                                   const std::function<std::optional<FavourRow>()>& fresh, bool marksFavourite)
+FavourResult FavourManager::change(const QString& path, bool marksFavourite, const TableChange& write)
 {
     if (path.isEmpty()) {
         log(QStringLiteral("❌ [DB] 更新失败: empty path"));
@@ -269,7 +268,7 @@ FavourResult FavourManager::change(const QString& path, const std::function<void
         if (copier.isEnabled())
             m_copyRunner([copier, clean] { copier.copy(clean); });
     }
-    const FavourTable::Change changed = m_table.change(bytesOf(path), bytesOf(clean), m_clock(), apply, fresh);
+    const FavourTable::Change changed = write(bytesOf(path), bytesOf(clean), m_clock());
     if (!changed.ok)
         return {};
     if (!changed.saved)
@@ -282,37 +281,18 @@ FavourResult FavourManager::change(const QString& path, const std::function<void
 
 FavourResult FavourManager::setFavour(const QString& path, bool isFavour)
 {
-    return change(
-        path, [isFavour](FavourRow& row) { row.isFavour = isFavour; },
-        [isFavour]() -> std::optional<FavourRow> {
-            if (!isFavour)
-                return std::nullopt;
-            FavourRow row;
-            row.isFavour = true;
-            return row;
-        },
-        isFavour);
+    return change(path, isFavour, [&](const std::string& given, const std::string& clean, double now) {
+        return m_table.setFavour(given, clean, now, isFavour);
+    });
 }
 
 FavourResult FavourManager::setType(const QString& path, std::optional<FavourType> type)
 {
     const std::optional<std::string> stored = storedTypeOf(type);
-    const FavourResult result = change(
-        path,
-        [stored](FavourRow& row) {
-            row.favourType = stored;
-            if (stored)
-                row.isFavour = true;
-        },
-        [stored]() -> std::optional<FavourRow> {
-            if (!stored)
-                return std::nullopt;
-            FavourRow row;
-            row.isFavour = true;
-            row.favourType = stored;
-            return row;
-        },
-        type.has_value());
+    const FavourResult result =
+        change(path, type.has_value(), [&](const std::string& given, const std::string& clean, double now) {
+            return m_table.setType(given, clean, now, stored);
+        });
     if (!type)
         log(result ? QStringLiteral("✅ 收藏类型已清除") : QStringLiteral("❌ 清除收藏类型失败"));
     return result;

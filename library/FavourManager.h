@@ -89,9 +89,10 @@ private:
     void ensureNameIndex();
     // Rows of FavourTable::select(clause), bound to `path` when it is not null.
     std::optional<QList<FavourRecord>> select(std::string_view clause, const QString& path = QString());
+    using TableChange =
+        std::function<FavourTable::Change(const std::string& givenPath, const std::string& cleanPath, double now)>;
     // `marksFavourite`: the change makes the picture a favourite (its favourites copy is made first).
-    FavourResult change(const QString& path, const std::function<void(FavourRow&)>& apply,
-                        const std::function<std::optional<FavourRow>()>& fresh, bool marksFavourite);
+    FavourResult change(const QString& path, bool marksFavourite, const TableChange& write);
     void applyToRecords(const FavourRecord& saved, const QString& givenPath, bool mergedAway);
     void announce(const FavourRecord& record);
 

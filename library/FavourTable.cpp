@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/FavourTable.h"
 
+#include "library/FavouritesSchema.h"
+
 #include <sqlite3.h>
 
 namespace lumaro::library {
@@ -42,6 +44,16 @@ std::string FavourTable::fileNameOf(const std::string& cleanPath)
 {
     const size_t slash = cleanPath.rfind('/');
     return slash == std::string::npos ? cleanPath : cleanPath.substr(slash + 1);
+}
+
+bool FavourTable::isSetUp()
+{
+    const auto exists = [this](std::string_view query, std::string_view name) {
+        bool found = false;
+        return m_session.read(query, {std::string(name)}, [&](sqlite3_stmt*) { found = true; }) && found;
+    };
+    return exists(FavouritesSchema::tableQuery, FavouritesSchema::table) &&
+           exists(FavouritesSchema::indexQuery, FavouritesSchema::nameIndex);
 }
 
 std::optional<std::vector<FavourRow>> FavourTable::select(std::string_view clause, const StoreValues& parameters)
@@ -152,6 +164,40 @@ FavourTable::Change FavourTable::change(const std::string& givenPath, const std:
     if (!outcome.ok)
         outcome.saved.reset();
     return outcome;
+}
+
+FavourTable::Change FavourTable::setFavour(const std::string& givenPath, const std::string& cleanPath, double now,
+                                           bool isFavour)
+{
+    return change(
+        givenPath, cleanPath, now, [isFavour](FavourRow& row) { row.isFavour = isFavour; },
+        [isFavour]() -> std::optional<FavourRow> {
+            if (!isFavour)
+                return std::nullopt;
+            FavourRow row;
+            row.isFavour = true;
+            return row;
+        });
+}
+
+FavourTable::Change FavourTable::setType(const std::string& givenPath, const std::string& cleanPath, double now,
+                                         const std::optional<std::string>& type)
+{
+    return change(
+        givenPath, cleanPath, now,
+        [&type](FavourRow& row) {
+            row.favourType = type;
+            if (type)
+                row.isFavour = true;
+        },
+        [&type]() -> std::optional<FavourRow> {
+            if (!type)
+                return std::nullopt;
+            FavourRow row;
+            row.isFavour = true;
+            row.favourType = type;
+            return row;
+        });
 }
 
 } // namespace lumaro::library

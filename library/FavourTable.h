@@ -45,6 +45,9 @@ public:
 
     FavourTable(StoreSession& session, LogSink log);
 
+    // Whether the table and the index FavourManager::open adds to older stores are there: a store it made or
+    // opened since, which may be read and written without it.
+    bool isSetUp();
     // Rows of "SELECT <every column> FROM favourites <clause>", e.g. clause "WHERE file_path = ?;".
     std::optional<std::vector<FavourRow>> select(std::string_view clause, const StoreValues& parameters);
     // Writes `row` as given; the stored row with its new id, or nullopt (logged).
@@ -53,18 +56,24 @@ public:
     // picture) or with no path at all would collide with or shadow it: they go first.
     bool update(const FavourRow& row, const std::string& givenPath);
 
-    // The mark of the picture `givenPath`, stored under its cleaned absolute form `cleanPath`, changed within
-    // one IMMEDIATE transaction: the row stored under either form gets `apply` (the one in the cleaned form
-    // is kept when both are stored, the other merged away); a picture without a row gets `fresh()`, unless
-    // that is nullopt. Both forms must be non-empty.
-    Change change(const std::string& givenPath, const std::string& cleanPath, double now,
-                  const std::function<void(FavourRow&)>& apply,
-                  const std::function<std::optional<FavourRow>()>& fresh);
+    // The heart: marks or unmarks the picture `givenPath`, stored under its cleaned absolute form `cleanPath`
+    // (both non-empty). Un-marking a picture without a row stores nothing.
+    Change setFavour(const std::string& givenPath, const std::string& cleanPath, double now, bool isFavour);
+    // The type button: stores the type's stored text and marks the picture a favourite; nullopt clears the
+    // type only (and stores nothing for a picture without a row).
+    Change setType(const std::string& givenPath, const std::string& cleanPath, double now,
+                   const std::optional<std::string>& type);
 
     // What follows the last '/' of a cleaned path.
     static std::string fileNameOf(const std::string& cleanPath);
 
 private:
+    // One IMMEDIATE transaction: the row stored under either form gets `apply` (the one in the cleaned form
+    // is kept when both are stored, the other merged away); a picture without a row gets `fresh()`, unless
+    // that is nullopt.
+    Change change(const std::string& givenPath, const std::string& cleanPath, double now,
+                  const std::function<void(FavourRow&)>& apply,
+                  const std::function<std::optional<FavourRow>()>& fresh);
     // Logs every row sharing `row`'s file name: two pictures of one name in different folders are the
     // usual cause of a mark showing on the wrong one.
     void logSameName(const FavourRow& row);

@@ -22,6 +22,9 @@ struct FavouritesSchema
     static constexpr std::string_view favouritePathsQuery =
         "SELECT file_path FROM favourites WHERE is_favour = 1 ORDER BY updated_at DESC;";
 
+    // The setting that makes each new favourite copied into a folder of favourites (FavourCopier).
+    static constexpr std::string_view copyEnabledKey = "LMR_FlowFavCopyEnabled";
+
     static constexpr std::string_view databaseLogTag = "LocalDatabaseManager";
     static constexpr std::string_view openedLog = "✅ 数据库已打开: ";
     static constexpr std::string_view favouritesLogTag = "FavourManager";

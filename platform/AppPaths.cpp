@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/AppPaths.h"
 
-#include "platform/files/XdgDataHome.h"
+#include "platform/files/XdgHomes.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -10,7 +10,7 @@ namespace lumaro::platform {
 
 namespace {
 
-const QString kAppName = QString::fromUtf8(XdgDataHome::appFolder);
+const QString kAppName = QString::fromUtf8(XdgHomes::appFolder);
 
 QString underLocation(QStandardPaths::StandardLocation location)
 {

@@ -6,7 +6,7 @@
 
 #include "library/FavouritePathReader.h"
 #include "library/FavouritesSchema.h"
-#include "platform/files/XdgDataHome.h"
+#include "platform/files/XdgHomes.h"
 
 #include <cstdio>
 #include <string>
@@ -56,7 +56,7 @@ void writeAll(std::FILE* stream, const std::string& bytes)
 std::optional<int> FavListFastPath::run(int count, char* words[])
 {
     const auto quiet = plainListQuiet(count, words);
-    const auto dataDir = quiet ? platform::XdgDataHome::plainAppDataDir() : std::nullopt;
+    const auto dataDir = quiet ? platform::XdgHomes::plainAppDir(platform::XdgHomes::Home::data) : std::nullopt;
     if (!dataDir)
         return std::nullopt;
     const std::string databasePath = *dataDir + "/" + std::string(library::FavouritesSchema::databaseName);

@@ -11,7 +11,7 @@ class FavListFastPath
 {
 public:
     // Prints the favourites and returns the exit code when the words after "fav" are "list" and at most
-    // -q/--quiet, the data folder is named plainly (platform::XdgDataHome) and the store there reads as
+    // -q/--quiet, the data folder is named plainly (platform::XdgHomes) and the store there reads as
     // FavourManager leaves it. nullopt, with nothing printed, for anything else (--json, other subcommands, a
     // missing, new or damaged store): lumaro-cli-light then answers, makes what is missing and says so.
     static std::optional<int> run(int count, char* words[]);

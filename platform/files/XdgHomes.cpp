@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/files/XdgDataHome.h"
+#include "platform/files/XdgHomes.h"
 
 #include "platform/files/Utf8Sequence.h"
 
@@ -26,24 +26,25 @@ bool isPlainAbsolute(std::string_view path)
 
 } // namespace
 
-std::optional<std::string> XdgDataHome::plainPath(const char* xdgDataHome, const char* home)
+std::optional<std::string> XdgHomes::plainPath(Home home, const char* xdgValue, const char* userHome)
 {
-    if (xdgDataHome && *xdgDataHome) {
-        if (!isPlainAbsolute(xdgDataHome))
+    if (xdgValue && *xdgValue) {
+        if (!isPlainAbsolute(xdgValue))
             return std::nullopt;
-        return std::string(xdgDataHome);
+        return std::string(xdgValue);
     }
-    if (!home || !isPlainAbsolute(home))
+    if (!userHome || !isPlainAbsolute(userHome))
         return std::nullopt;
-    return std::string(home) + "/.local/share";
+    return std::string(userHome) + (home == Home::data ? "/.local/share" : "/.config");
 }
 
-std::optional<std::string> XdgDataHome::plainAppDataDir()
+std::optional<std::string> XdgHomes::plainAppDir(Home home)
 {
-    const auto home = plainPath(std::getenv("XDG_DATA_HOME"), std::getenv("HOME"));
-    if (!home)
+    const auto folder = plainPath(home, std::getenv(home == Home::data ? "XDG_DATA_HOME" : "XDG_CONFIG_HOME"),
+                                  std::getenv("HOME"));
+    if (!folder)
         return std::nullopt;
-    return *home + "/" + std::string(appFolder);
+    return *folder + "/" + std::string(appFolder);
 }
 
 } // namespace lumaro::platform
