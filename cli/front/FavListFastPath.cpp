@@ -2,11 +2,11 @@
 #include "cli/front/FavListFastPath.h"
 
 #include "cli/ExitCode.h"
+#include "cli/front/FavStoreAccess.h"
 #include "cli/front/LineEscape.h"
+#include "cli/front/WriteAll.h"
 
 #include "library/FavouritePathReader.h"
-#include "library/FavouritesSchema.h"
-#include "platform/files/XdgHomes.h"
 
 #include <cstdio>
 #include <string>
@@ -35,31 +35,15 @@ std::optional<bool> plainListQuiet(int count, char* words[])
     return quiet;
 }
 
-std::string logLines(const std::string& databasePath)
-{
-    using Schema = library::FavouritesSchema;
-    const auto line = [](std::string_view tag, std::string_view message) {
-        return std::string(tag) + " - " + std::string(message);
-    };
-    return line(Schema::databaseLogTag, Schema::openedLog) + databasePath + "\n" +
-           line(Schema::favouritesLogTag, Schema::tableExistsLog) + "\n";
-}
-
-void writeAll(std::FILE* stream, const std::string& bytes)
-{
-    std::fwrite(bytes.data(), 1, bytes.size(), stream);
-    std::fflush(stream);
-}
-
 } // namespace
 
 std::optional<int> FavListFastPath::run(int count, char* words[])
 {
     const auto quiet = plainListQuiet(count, words);
-    const auto dataDir = quiet ? platform::XdgHomes::plainAppDir(platform::XdgHomes::Home::data) : std::nullopt;
-    if (!dataDir)
+    const auto path = quiet ? plainFavouritesPath() : std::nullopt;
+    if (!path)
         return std::nullopt;
-    const std::string databasePath = *dataDir + "/" + std::string(library::FavouritesSchema::databaseName);
+    const std::string& databasePath = *path;
     // Nothing is printed before the whole list was read: a store that fails part-way goes to
     // lumaro-cli-light, which says why.
     std::string out;
@@ -70,7 +54,7 @@ std::optional<int> FavListFastPath::run(int count, char* words[])
     if (!read)
         return std::nullopt;
     if (!*quiet)
-        writeAll(stderr, logLines(databasePath));
+        writeAll(stderr, openedStoreLogLines(databasePath));
     writeAll(stdout, out);
     return exitOk;
 }

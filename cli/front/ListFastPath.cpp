@@ -3,6 +3,7 @@
 
 #include "cli/ExitCode.h"
 #include "cli/front/LineEscape.h"
+#include "cli/front/WriteAll.h"
 
 #include "browse/state/PictureFolderListing.h"
 #include "platform/files/Utf8Sequence.h"
@@ -40,12 +41,6 @@ std::optional<ListRequest> plainRequest(int count, char* words[])
     if (!request.folder || !platform::isValidUtf8(request.folder))
         return std::nullopt;
     return request;
-}
-
-void writeAll(std::FILE* stream, const std::string& bytes)
-{
-    std::fwrite(bytes.data(), 1, bytes.size(), stream);
-    std::fflush(stream);
 }
 
 std::string logLines(const char* folder, const browse::PictureFolderListing& listing)

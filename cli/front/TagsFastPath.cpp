@@ -3,6 +3,7 @@
 
 #include "cli/ExitCode.h"
 #include "cli/front/LineEscape.h"
+#include "cli/front/WriteAll.h"
 
 #include "platform/files/PathKind.h"
 #include "platform/files/TagAttribute.h"
@@ -47,9 +48,7 @@ std::optional<int> TagsFastPath::run(int count, char* words[])
             joined += ',';
         joined += name;
     }
-    const std::string line = escapedLineBytes(joined) + "\n";
-    std::fwrite(line.data(), 1, line.size(), stdout);
-    std::fflush(stdout);
+    writeAll(stdout, escapedLineBytes(joined) + "\n");
     return exitOk;
 }
 

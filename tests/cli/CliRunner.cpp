@@ -29,9 +29,10 @@ CliResult runFrontAndLight(const QStringList& arguments)
     return front;
 }
 
-CliResult runProgram(const QString& program, const QStringList& arguments)
+CliResult runProgram(const QString& program, const QStringList& arguments, const QString& workingFolder)
 {
     QProcess process;
+    process.setWorkingDirectory(workingFolder);
     process.setProgram(program);
     process.setArguments(arguments);
     // QProcess passes arguments through QFile::encodeName, which loses bytes that are not UTF-8: such

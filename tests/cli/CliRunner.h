@@ -20,8 +20,9 @@ struct CliResult
 
 // Runs lumaro-cli, the front end every user and script calls.
 CliResult runCli(const QStringList& arguments);
-// Runs one of the programs behind it (lumaro-cli-light, -exif, -heavy) directly.
-CliResult runProgram(const QString& program, const QStringList& arguments);
+// Runs one of the programs behind it (lumaro-cli-light, -exif, -heavy) directly, in `workingFolder` when
+// one is given.
+CliResult runProgram(const QString& program, const QStringList& arguments, const QString& workingFolder = {});
 // Runs lumaro-cli and lumaro-cli-light on the same arguments and fails the test unless both exit alike and
 // print the same bytes: what lumaro-cli answers itself must read as lumaro-cli-light's answer. Returns
 // lumaro-cli's result.

@@ -17,6 +17,7 @@
 
 using lumaro::testing::CliResult;
 using lumaro::testing::runCli;
+using lumaro::testing::runProgram;
 using lumaro::testing::TempFolder;
 
 namespace {
@@ -295,3 +296,143 @@ TEST(FavCommand, ListingMakesAMissingStoreAndAMissingIndex)
     EXPECT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("list"), QStringLiteral("-q")}).exitCode, 0);
     EXPECT_TRUE(hasNameIndex());
 }
+
+// lumaro-cli marks and unmarks pictures itself, without Qt, when it can do exactly what lumaro-cli-light
+// would; anything else it hands over before writing or printing anything. Each case runs on a fresh store
+// through a lone copy of lumaro-cli (no helper beside it, so a hand-over shows as "cannot start") and then
+// through lumaro-cli-light: what the front end answers must read, print and store as the light program's.
+namespace {
+
+struct FavChangeCase
+{
+    const char* name;
+    QStringList arguments; // after "fav"; "%1" stands for the pictures' folder
+    bool inPicturesFolder; // run there, so relative paths resolve against it
+    QStringList storedBefore; // file_path, is_favour and favour_type of rows already in the store
+    bool copyOn;
+    bool storeExists;
+    bool answeredAlone;
+};
+
+class FavChangeFrontEnd : public ::testing::TestWithParam<FavChangeCase>
+{
+protected:
+    FavChangeFrontEnd()
+    {
+        pictures.writePicture(QStringLiteral("a.jpg"));
+        pictures.writePicture(QStringLiteral("b c.jpg"));
+        pictures.writePicture(QStringLiteral("sub/d.jpg"));
+        QDir().mkpath(bin.filePath(QStringLiteral("bin")));
+        QFile::copy(QStringLiteral(LUMARO_CLI_PATH), lone);
+    }
+
+    QString placed(QString text) const { return text.replace(QStringLiteral("%1"), pictures.path()); }
+
+    // The case's store and settings, from nothing.
+    void prepare() const
+    {
+        for (const char* suffix : {"", "-wal", "-shm"})
+            QFile::remove(databasePath() + QString::fromLatin1(suffix));
+        const QString settings = QDir(lumaro::platform::AppPaths::configDir()).filePath(QStringLiteral("lumaro.conf"));
+        QFile::remove(settings);
+        if (GetParam().copyOn) {
+            QDir().mkpath(lumaro::platform::AppPaths::configDir());
+            QFile file(settings);
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write("[General]\nLMR_FlowFavCopyEnabled=true\n");
+        }
+        if (!GetParam().storeExists)
+            return;
+        ASSERT_EQ(runProgram(QStringLiteral(LUMARO_CLI_LIGHT_PATH), {QStringLiteral("fav"), QStringLiteral("list")})
+                      .exitCode,
+                  0);
+        lumaro::library::LocalDatabaseManager db;
+        ASSERT_TRUE(db.open(databasePath()));
+        double when = 1;
+        for (const QString& row : GetParam().storedBefore) {
+            const QStringList values = placed(row).split(QLatin1Char('|'));
+            ASSERT_TRUE(db.execute(QStringLiteral("INSERT INTO favourites (file_path, file_name, is_favour, "
+                                                  "favour_type, created_at, updated_at) VALUES (?, ?, ?, ?, ?, ?);"),
+                                   {values.at(0), values.at(0).section(QLatin1Char('/'), -1), values.at(1).toInt(),
+                                    values.at(2).isEmpty() ? QVariant() : QVariant(values.at(2)), when, when}));
+            ++when;
+        }
+    }
+
+    QStringList rows() const
+    {
+        lumaro::library::LocalDatabaseManager db;
+        if (!QFile::exists(databasePath()) || !db.open(databasePath()))
+            return {QStringLiteral("(no store)")};
+        QStringList found;
+        db.queryEach(QStringLiteral("SELECT id, file_path, file_name, is_favour, favour_type, "
+                                    "created_at <= updated_at FROM favourites ORDER BY id;"),
+                     {}, [&](const QVariantList& values) {
+                         QStringList texts;
+                         for (const QVariant& value : values)
+                             texts << (value.isNull() ? QStringLiteral("NULL") : value.toString());
+                         found << texts.join(QLatin1Char('|'));
+                     });
+        return found;
+    }
+
+    CliResult run(const QString& program) const
+    {
+        QStringList arguments{QStringLiteral("fav")};
+        for (const QString& argument : GetParam().arguments)
+            arguments << placed(argument);
+        return runProgram(program, arguments, GetParam().inPicturesFolder ? pictures.path() : QString());
+    }
+
+    TempFolder pictures;
+    TempFolder bin;
+    const QString lone = bin.filePath(QStringLiteral("bin/lumaro-cli"));
+};
+
+} // namespace
+
+TEST_P(FavChangeFrontEnd, AnswersAsTheLightProgramOrHandsOverHavingDoneNothing)
+{
+    prepare();
+    const QStringList before = rows();
+    const CliResult front = run(lone);
+    const QStringList frontRows = rows();
+    prepare();
+    const CliResult light = run(QStringLiteral(LUMARO_CLI_LIGHT_PATH));
+    if (!GetParam().answeredAlone) {
+        EXPECT_EQ(front.exitCode, 2);
+        EXPECT_TRUE(front.errText().contains(QStringLiteral("cannot start lumaro-cli-light")))
+            << front.errText().toStdString();
+        EXPECT_EQ(frontRows, before);
+        return;
+    }
+    EXPECT_EQ(front.exitCode, light.exitCode) << light.errText().toStdString();
+    EXPECT_EQ(front.out, light.out);
+    EXPECT_EQ(front.errText(), light.errText());
+    EXPECT_EQ(frontRows, rows());
+    EXPECT_NE(frontRows, before) << "the case changes nothing, so it cannot tell a wrong change";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, FavChangeFrontEnd,
+    ::testing::Values(
+        FavChangeCase{"addTwo", {"add", "%1/a.jpg", "%1/b c.jpg"}, false, {}, false, true, true},
+        FavChangeCase{"addRelativeUntidy", {"add", "./sub/../a.jpg", "sub//d.jpg"}, true, {}, false, true, true},
+        FavChangeCase{"quietAfterThePath", {"add", "%1/a.jpg", "-q"}, false, {}, false, true, true},
+        FavChangeCase{"addKeepsTheType", {"add", "%1/a.jpg"}, false, {"%1/a.jpg|0|SSS"}, false, true, true},
+        FavChangeCase{"removeMarked", {"--quiet", "remove", "%1/a.jpg"}, false, {"%1/a.jpg|1|"}, false, true, true},
+        FavChangeCase{"removeUnknownAmongMarked",
+                      {"remove", "%1/gone.jpg", "%1/a.jpg"}, false, {"%1/a.jpg|1|"}, false, true, true},
+        FavChangeCase{"writtenFormsMerge",
+                      {"add", "%1/sub/../a.jpg"}, false, {"%1/sub/../a.jpg|0|H", "%1/a.jpg|0|", "|1|"}, false, true,
+                      true},
+        FavChangeCase{"removeWhileCopyIsOn", {"remove", "%1/a.jpg"}, false, {"%1/a.jpg|1|"}, true, true, true},
+        FavChangeCase{"missingPicture", {"add", "%1/a.jpg", "%1/gone.jpg"}, false, {}, false, true, false},
+        FavChangeCase{"folder", {"add", "%1/sub"}, false, {}, false, true, false},
+        FavChangeCase{"json", {"add", "--json", "%1/a.jpg"}, false, {}, false, true, false},
+        FavChangeCase{"type", {"type", "sss", "%1/a.jpg"}, false, {}, false, true, false},
+        FavChangeCase{"noPath", {"remove"}, false, {}, false, true, false},
+        FavChangeCase{"climbsAboveTheRoot", {"remove", "/../a.jpg"}, false, {"/a.jpg|1|"}, false, true, false},
+        FavChangeCase{"addWhileCopyIsOn", {"add", "%1/a.jpg"}, false, {}, true, true, false},
+        FavChangeCase{"noStoreYet", {"add", "%1/a.jpg"}, false, {}, false, false, false}),
+    [](const auto& info) { return std::string(info.param.name); });

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/front/FavChangeFastPath.h"
+
+#include "cli/ExitCode.h"
+#include "cli/front/FavStoreAccess.h"
+#include "cli/front/WriteAll.h"
+
+#include "library/FavourTable.h"
+#include "library/FavouritesSchema.h"
+#include "library/StoreSession.h"
+#include "platform/Clock.h"
+#include "platform/files/Utf8Sequence.h"
+#include "platform/files/XdgHomes.h"
+
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace lumaro::cli {
+
+namespace {
+
+using library::FavouritesSchema;
+
+struct Request
+{
+    bool marks = false;
+    bool quiet = false;
+    std::vector<std::string> paths;
+};
+
+std::optional<Request> plainRequest(int count, char* words[])
+{
+    Request request;
+    std::optional<std::string_view> subcommand;
+    for (int i = 0; i < count; ++i) {
+        const std::string_view word = words[i];
+        if (word == "-q" || word == "--quiet")
+            request.quiet = true;
+        else if (word.empty() || word.front() == '-' || !platform::isValidUtf8(word))
+            return std::nullopt; // options, "--", and names Qt would read otherwise, are lumaro-cli-light's
+        else if (!subcommand)
+            subcommand = word;
+        else
+            request.paths.emplace_back(word);
+    }
+    if (request.paths.empty() || (subcommand != "add" && subcommand != "remove"))
+        return std::nullopt;
+    request.marks = subcommand == "add";
+    return request;
+}
+
+std::optional<std::string> workingFolder()
+{
+    std::string folder(4096, '\0');
+    if (!::getcwd(folder.data(), folder.size()))
+        return std::nullopt;
+    folder.resize(folder.find('\0'));
+    if (!platform::isValidUtf8(folder))
+        return std::nullopt;
+    return folder;
+}
+
+// The absolute, tidy form FavourManager stores a picture under (no empty, "." or ".." parts, no trailing
+// slash); nullopt for a path that climbs above "/" or a working folder that is not UTF-8.
+std::optional<std::string> cleanedPath(const std::string& path)
+{
+    std::string absolute = path;
+    if (path.front() != '/') {
+        const auto folder = workingFolder();
+        if (!folder)
+            return std::nullopt;
+        absolute = *folder + "/" + path;
+    }
+    std::vector<std::string_view> parts;
+    const std::string_view whole = absolute;
+    for (size_t start = 0; start <= whole.size();) {
+        const size_t end = std::min(whole.find('/', start), whole.size());
+        const std::string_view part = whole.substr(start, end - start);
+        start = end + 1;
+        if (part.empty() || part == ".")
+            continue;
+        if (part != "..")
+            parts.push_back(part);
+        else if (parts.empty())
+            return std::nullopt;
+        else
+            parts.pop_back();
+    }
+    std::string cleaned;
+    for (const std::string_view part : parts)
+        cleaned.append("/").append(part);
+    return cleaned.empty() ? std::string("/") : cleaned;
+}
+
+// What lumaro-cli-light would mark without a word: something is there (a link counts, as it does for
+// FileNameCodec::exists) and it is not a folder.
+bool isMarkable(const std::string& path)
+{
+    struct stat link {};
+    struct stat target {};
+    if (::lstat(path.c_str(), &link) != 0)
+        return false;
+    return ::stat(path.c_str(), &target) != 0 || !S_ISDIR(target.st_mode);
+}
+
+// Whether the settings cannot be switching the favourites copy on: there is no settings file, or it does not
+// name that setting. Read plainly, so an unreadable file or unusual homes answer false.
+bool copyIsSurelyOff()
+{
+    const auto configDir = platform::XdgHomes::plainAppDir(platform::XdgHomes::Home::config);
+    if (!configDir)
+        return false;
+    std::ifstream settings(*configDir + "/lumaro.conf", std::ios::binary);
+    if (!settings)
+        return errno == ENOENT;
+    const std::string text{std::istreambuf_iterator<char>(settings), std::istreambuf_iterator<char>()};
+    return !settings.bad() && text.find(FavouritesSchema::copyEnabledKey) == std::string::npos;
+}
+
+} // namespace
+
+std::optional<int> FavChangeFastPath::run(int count, char* words[])
+{
+    auto request = plainRequest(count, words);
+    if (!request || (request->marks && !copyIsSurelyOff()))
+        return std::nullopt;
+    std::vector<std::string> cleaned;
+    for (const std::string& path : request->paths) {
+        auto clean = cleanedPath(path);
+        if (!clean || (request->marks && !isMarkable(path)))
+            return std::nullopt;
+        cleaned.push_back(std::move(*clean));
+    }
+    const auto databasePath = plainFavouritesPath();
+    if (!databasePath)
+        return std::nullopt;
+
+    // Log lines are kept from the moment the store is known to be one this path may write; before that,
+    // anything said would be said again by lumaro-cli-light.
+    std::string said;
+    bool saying = false;
+    const auto sink = [&](std::string_view tag) {
+        return [&, tag](const std::string& message) {
+            if (saying && !request->quiet)
+                said += logLine(tag, message);
+        };
+    };
+    library::StoreSession session(sink(FavouritesSchema::databaseLogTag));
+    library::FavourTable table(session, sink(FavouritesSchema::favouritesLogTag));
+    if (!session.open(*databasePath, false) || !table.isSetUp() || !session.checkIntegrity())
+        return std::nullopt;
+    saying = true;
+    if (!request->quiet)
+        said = openedStoreLogLines(*databasePath);
+
+    int failed = 0;
+    for (size_t i = 0; i < cleaned.size(); ++i) {
+        const std::string& path = request->paths[i];
+        const auto changed = table.setFavour(path, cleaned[i], platform::systemSeconds(), request->marks);
+        if (!changed.ok) {
+            said += "lumaro-cli fav: could not save: " + path + "\n";
+            ++failed;
+        } else if (!changed.saved) {
+            said += "lumaro-cli fav: not a favourite: " + path + "\n";
+        }
+    }
+    writeAll(stderr, said);
+    return failed == 0 ? exitOk : exitPartial;
+}
+
+} // namespace lumaro::cli

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How the front end prints: each answer is built whole first, then written and flushed in one go, so that
+// nothing is half-printed when it hands a command line over to lumaro-cli-light instead.
+#pragma once
+
+#include <cstdio>
+#include <string_view>
+
+namespace lumaro::cli {
+
+inline void writeAll(std::FILE* stream, std::string_view bytes)
+{
+    std::fwrite(bytes.data(), 1, bytes.size(), stream);
+    std::fflush(stream);
+}
+
+} // namespace lumaro::cli
