@@ -9,6 +9,8 @@
 #include "library/FavouritesSchema.h"
 #include "library/StoreSession.h"
 #include "platform/Clock.h"
+#include "platform/files/CleanAbsolutePath.h"
+#include "platform/files/PathKind.h"
 #include "platform/files/Utf8Sequence.h"
 #include "platform/files/XdgHomes.h"
 
@@ -18,9 +20,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace lumaro::cli {
 
@@ -56,58 +55,11 @@ std::optional<Request> plainRequest(int count, char* words[])
     return request;
 }
 
-std::optional<std::string> workingFolder()
-{
-    std::string folder(4096, '\0');
-    if (!::getcwd(folder.data(), folder.size()))
-        return std::nullopt;
-    folder.resize(folder.find('\0'));
-    if (!platform::isValidUtf8(folder))
-        return std::nullopt;
-    return folder;
-}
-
-// The absolute, tidy form FavourManager stores a picture under (no empty, "." or ".." parts, no trailing
-// slash); nullopt for a path that climbs above "/" or a working folder that is not UTF-8.
-std::optional<std::string> cleanedPath(const std::string& path)
-{
-    std::string absolute = path;
-    if (path.front() != '/') {
-        const auto folder = workingFolder();
-        if (!folder)
-            return std::nullopt;
-        absolute = *folder + "/" + path;
-    }
-    std::vector<std::string_view> parts;
-    const std::string_view whole = absolute;
-    for (size_t start = 0; start <= whole.size();) {
-        const size_t end = std::min(whole.find('/', start), whole.size());
-        const std::string_view part = whole.substr(start, end - start);
-        start = end + 1;
-        if (part.empty() || part == ".")
-            continue;
-        if (part != "..")
-            parts.push_back(part);
-        else if (parts.empty())
-            return std::nullopt;
-        else
-            parts.pop_back();
-    }
-    std::string cleaned;
-    for (const std::string_view part : parts)
-        cleaned.append("/").append(part);
-    return cleaned.empty() ? std::string("/") : cleaned;
-}
-
 // What lumaro-cli-light would mark without a word: something is there (a link counts, as it does for
 // FileNameCodec::exists) and it is not a folder.
 bool isMarkable(const std::string& path)
 {
-    struct stat link {};
-    struct stat target {};
-    if (::lstat(path.c_str(), &link) != 0)
-        return false;
-    return ::stat(path.c_str(), &target) != 0 || !S_ISDIR(target.st_mode);
+    return platform::PathKind::exists(path.c_str()) && !platform::PathKind::isDirectory(path.c_str());
 }
 
 // Whether the settings cannot be switching the favourites copy on: there is no settings file, or it does not
@@ -133,7 +85,7 @@ std::optional<int> FavChangeFastPath::run(int count, char* words[])
         return std::nullopt;
     std::vector<std::string> cleaned;
     for (const std::string& path : request->paths) {
-        auto clean = cleanedPath(path);
+        auto clean = platform::CleanAbsolutePath::of(path);
         if (!clean || (request->marks && !isMarkable(path)))
             return std::nullopt;
         cleaned.push_back(std::move(*clean));

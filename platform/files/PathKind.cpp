@@ -21,4 +21,12 @@ bool PathKind::isDirectory(const char* path)
     return ::stat(path, &info) == 0 && S_ISDIR(info.st_mode);
 }
 
+bool PathKind::exists(const char* path)
+{
+    struct stat info
+    {
+    };
+    return ::lstat(path, &info) == 0;
+}
+
 } // namespace lumaro::platform

@@ -11,6 +11,8 @@ public:
     static bool isFile(const char* path);
     // A folder, or a link to one.
     static bool isDirectory(const char* path);
+    // Anything at all, a link that leads nowhere included (as FileNameCodec::exists answers).
+    static bool exists(const char* path);
 };
 
 } // namespace lumaro::platform
