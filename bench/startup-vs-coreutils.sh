@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Start-up of the short lumaro-cli commands against the smallest tool that does the same job, each pair measured
 # in one run, interleaved (warm runs, medians, bench/side_by_side.py): --help and list of 1,000 files vs ls, tags
-# vs getfattr, fav list (empty store) and fav add of one picture vs the sqlite3 shell, trash vs gio trash;
+# vs getfattr, fav list (empty store), fav add (quiet and with its log lines) and fav remove of one picture vs
+# the sqlite3 shell, trash vs gio trash;
 # fav --help and trash --help, the start of those commands before they touch the store or the Trash (what is
 # left of their time is the work, synced to disk as their peers sync it); and index --help, a heavy command,
 # for the price of handing over to lumaro-cli-heavy.
@@ -29,6 +30,8 @@ pairs=(
   "tags|$cli tags --quiet $work/tagged.jpg|getfattr --only-values -n user.xdg.tags $work/tagged.jpg"
   "fav list|$cli fav list --quiet|sqlite3 $db 'SELECT file_path FROM favourites WHERE is_favour = 1 ORDER BY updated_at DESC;'"
   "fav add|$cli fav add --quiet $work/tagged.jpg|sqlite3 $db \"UPDATE favourites SET is_favour = 1, updated_at = unixepoch() WHERE file_path = '$work/tagged.jpg';\""
+  "fav add, logged|$cli fav add $work/tagged.jpg|sqlite3 $db \"UPDATE favourites SET is_favour = 1, updated_at = unixepoch() WHERE file_path = '$work/tagged.jpg';\""
+  "fav remove|$cli fav remove --quiet $work/tagged.jpg|sqlite3 $db \"UPDATE favourites SET is_favour = 0, updated_at = unixepoch() WHERE file_path = '$work/tagged.jpg';\""
   "trash|$cli trash --quiet $work/trashed/f|gio trash $work/trashed/f"
   "fav --help|$cli fav --help|ls $work"
   "trash --help|$cli trash --help|ls $work"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The favourites store's names, the query of a plain listing and the log lines opening it writes: shared by
-// FavourManager and lumaro-cli, which answers `fav list` itself without Qt and must print what
-// lumaro-cli-light would.
+// The favourites store's names, the query of a plain listing, the log lines opening it writes and the key of
+// the favourites copy: shared by FavourManager and lumaro-cli, which answers `fav list`, `fav add` and
+// `fav remove` itself without Qt and must print what lumaro-cli-light would.
 #pragma once
 
 #include <string_view>
