@@ -34,9 +34,20 @@ void FavouriteToggle::storeChanged(const QString& name, const QVariantMap& info)
     const QString path = info.value(QStringLiteral("filePath")).toString();
     if (path.isEmpty())
         return;
-    const Mark stored{info.value(QStringLiteral("isFavour")).toBool(),
-                      library::favourTypeFromText(info.value(QStringLiteral("favourType")).toString())};
-    if (m_marks.contains(path) && m_marks.value(path) == stored)
+    remember(path, {info.value(QStringLiteral("isFavour")).toBool(),
+                    library::favourTypeFromText(info.value(QStringLiteral("favourType")).toString())});
+}
+
+void FavouriteToggle::learn(const library::FavourRecord& record)
+{
+    if (!record.filePath.isEmpty())
+        remember(record.filePath, {record.isFavour, record.favourType});
+}
+
+void FavouriteToggle::remember(const QString& path, const Mark& stored)
+{
+    const auto known = m_marks.constFind(path);
+    if (known != m_marks.cend() && *known == stored)
         return;
     m_marks.insert(path, stored);
     Q_EMIT markChanged(path);

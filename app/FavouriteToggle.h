@@ -14,6 +14,7 @@
 
 namespace lumaro::library {
 class FavourManager;
+struct FavourRecord;
 struct FavourResult;
 } // namespace lumaro::library
 
@@ -37,6 +38,9 @@ public:
     explicit FavouriteToggle(library::FavourManager& manager, QObject* parent = nullptr);
 
     Mark mark(const QString& path) const;
+    // The mark as read from the store just now: another window or `lumaro-cli fav` may have changed it
+    // since this view last heard.
+    void learn(const library::FavourRecord& record);
     // Each returns whether the change was saved; on false the mark is back to what it was.
     bool toggleHeart(const QString& path);
     bool chooseType(const QString& path, library::FavourType type);
@@ -49,6 +53,7 @@ private:
     bool flip(const QString& path, const Mark& optimistic, const std::function<library::FavourResult()>& save,
               const QString& rollbackLine);
     void storeChanged(const QString& name, const QVariantMap& info);
+    void remember(const QString& path, const Mark& stored);
 
     library::FavourManager& m_manager;
     QHash<QString, Mark> m_marks;

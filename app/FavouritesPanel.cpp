@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/FavouritesPanel.h"
 
+#include "app/FavouriteMasonryView.h"
+#include "app/FavouriteToggle.h"
 #include "app/PictureListWaterfall.h"
 #include "app/PictureOpener.h"
 #include "app/ToolHost.h"
@@ -70,7 +72,10 @@ void FavouritesPanel::reload()
     }
     QStringList paths;
     int missing = 0;
+    FavouriteToggle& marks = m_list->view().favourites();
     for (const library::FavourRecord& record : *favourites) {
+        // The list is read fresh: its buttons must show what it lists, whoever marked the picture.
+        marks.learn(record);
         paths << record.filePath;
         missing += platform::FileNameCodec::exists(record.filePath) ? 0 : 1;
     }

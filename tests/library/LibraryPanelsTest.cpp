@@ -157,6 +157,30 @@ TEST(FavouritesPanel, ShowsFavouritesAsAWaterfallAndADoubleClickOpensThePictureI
     EXPECT_EQ(host.opened, QStringList{photo});
 }
 
+// A script marks a picture while the window is open: the window's own list of marks does not know, but the
+// panel reads the store when it opens, and the buttons of what it lists show the marks it read.
+TEST(FavouritesPanel, ButtonsShowTheMarksOfAPictureMarkedElsewhere)
+{
+    TempFolder folder;
+    const QString photo = folder.writePicture(QStringLiteral("shoot/IMG_1.jpg"), {300, 200});
+    const QString database = folder.filePath(QStringLiteral("fav.db"));
+    platform::MemorySettingsStore settings;
+    library::FavourManager window(settings);
+    ASSERT_TRUE(window.open(database));
+    library::FavourManager script(settings);
+    ASSERT_TRUE(script.open(database));
+    ASSERT_TRUE(script.setType(photo, library::FavourType::heart));
+    ASSERT_TRUE(window.records().isEmpty());
+
+    Host host;
+    app::FavouritesPanel panel(host, window);
+    EXPECT_EQ(panel.shownPaths(), QStringList{photo});
+    const app::FavouriteToggle::Mark shown =
+        panel.findChild<app::PictureListWaterfall*>()->view().favourites().mark(photo);
+    EXPECT_TRUE(shown.isFavour);
+    EXPECT_EQ(shown.type, library::FavourType::heart);
+}
+
 // A shoot of one picture, selected in the window, with the bundle and favourite databases beside it.
 class RepertoirePanelTest : public ::testing::Test
 {
