@@ -8,6 +8,7 @@
 #include "platform/FileCopier.h"
 #include "platform/XattrTagStore.h"
 #include "platform/files/FileNameCodec.h"
+#include "platform/files/FileStamp.h"
 #include "platform/metadata/LocationTags.h"
 #include "platform/picture/PictureReader.h"
 
@@ -134,12 +135,14 @@ QString RollStage::publishedBase(const QString& sourceName, const QString& sourc
     // The hash keeps "a b.jpg" and "a_b.jpg", or "x.JPG" and "x.CR2", apart; and because it covers the file's
     // size, time and the copies' options, an edited picture gets a new name. Stores that keep neither times
     // nor checksums (WebDAV) compare sizes only, and a new preview of the same size would never be sent.
-    const QFileInfo info(source);
+    // Asked by the name's bytes: QFileInfo misses a name that is not UTF-8, and its picture would keep its
+    // published name however it was edited.
+    const platform::FileStamp stamp = platform::FileStamp::of(source).value_or(platform::FileStamp{});
     QCryptographicHash hash(QCryptographicHash::Sha1);
     hash.addData(platform::FileNameCodec::encode(sourceName));
     const QByteArray version =
-        QByteArray::number(info.size()) + '/' + QByteArray::number(info.lastModified().toMSecsSinceEpoch()) +
-        '/' + QByteArray::number(int(m_options.originals)) + QByteArray::number(int(m_options.keepLocation));
+        QByteArray::number(stamp.size) + '/' + QByteArray::number(stamp.modifiedNs / 1'000'000) + '/' +
+        QByteArray::number(int(m_options.originals)) + QByteArray::number(int(m_options.keepLocation));
     hash.addData(version);
     return stem.left(60) + QLatin1Char('-') + QString::fromLatin1(hash.result().toHex().left(10));
 }

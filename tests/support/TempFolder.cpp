@@ -41,7 +41,7 @@ QString TempFolder::write(const QString& relative, const QByteArray& content)
 QString TempFolder::writeNamedByBytes(const QByteArray& name, const QByteArray& content)
 {
     const QByteArray full = platform::FileNameCodec::encode(m_dir.path()) + '/' + name;
-    const int fd = ::open(full.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    const int fd = ::open(full.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     if (fd < 0 || ::write(fd, content.constData(), size_t(content.size())) != content.size())
         qFatal("TempFolder: cannot write %s", full.constData());
     ::close(fd);

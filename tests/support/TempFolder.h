@@ -26,8 +26,8 @@ public:
 
     // Creates the file (and its folders) with `content`; returns its full path.
     QString write(const QString& relative, const QByteArray& content = QByteArrayLiteral("x"));
-    // Creates the file named by its own bytes directly in the folder (a name that is not UTF-8, which Qt's
-    // file classes cannot write); returns its path as FileNameCodec decodes it.
+    // Writes (creating or replacing) the file named by its own bytes directly in the folder (a name that is not
+    // UTF-8, which Qt's file classes cannot write); returns its path as FileNameCodec decodes it.
     QString writeNamedByBytes(const QByteArray& name, const QByteArray& content = QByteArrayLiteral("x"));
     QString makeFolder(const QString& relative);
     // A real picture of `size`, encoded by Qt in the format its suffix names (jpg, png, tiff, bmp, webp).
