@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/FolderFiles.h"
 
-#include <QFile>
+#include "platform/files/FileNameCodec.h"
+
 
 #include <algorithm>
 #include <cerrno>
@@ -30,7 +31,7 @@ struct RawEntry
 
 std::optional<std::vector<FolderFile>> FolderFiles::list(const QString& folder, QString* error)
 {
-    std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(QFile::encodeName(folder).constData()), &::closedir);
+    std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(FileNameCodec::encode(folder).constData()), &::closedir);
     if (!directory) {
         if (error)
             *error = systemError(errno);
@@ -70,7 +71,7 @@ std::optional<std::vector<FolderFile>> FolderFiles::list(const QString& folder, 
     std::vector<FolderFile> files;
     files.reserve(entries.size());
     for (RawEntry& entry : entries) {
-        entry.file.name = QFile::decodeName(entry.name);
+        entry.file.name = FileNameCodec::decode(entry.name);
         files.push_back(std::move(entry.file));
     }
     return files;
@@ -79,7 +80,7 @@ std::optional<std::vector<FolderFile>> FolderFiles::list(const QString& folder, 
 std::optional<qint64> FolderFiles::sizeOf(const QString& path, QString* error)
 {
     struct stat info {};
-    if (::stat(QFile::encodeName(path).constData(), &info) != 0) {
+    if (::stat(FileNameCodec::encode(path).constData(), &info) != 0) {
         if (error)
             *error = systemError(errno);
         return std::nullopt;

@@ -58,8 +58,9 @@ TEST(FileNameCodec, ANameThatIsNotUtf8IsTrashedTaggedAndPutBackWithItsBytes)
     const QString path = folder.writeNamedByBytes(raw, "pixels");
     ASSERT_TRUE(FileNameCodec::exists(path));
 
-    if (XattrTagStore::shared().setTags(path, {QStringLiteral("red")}))
+    if (XattrTagStore::shared().setTags(path, {QStringLiteral("red")})) {
         EXPECT_EQ(XattrTagStore::shared().tags(path), QStringList{QStringLiteral("red")});
+    }
 
     QString error;
     const auto item = FreedesktopTrash().moveToTrash(path, &error);
