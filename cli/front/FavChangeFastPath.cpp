@@ -11,7 +11,6 @@
 #include "platform/Clock.h"
 #include "platform/files/CleanAbsolutePath.h"
 #include "platform/files/PathKind.h"
-#include "platform/files/Utf8Sequence.h"
 #include "platform/files/XdgHomes.h"
 
 #include <cerrno>
@@ -42,8 +41,8 @@ std::optional<Request> plainRequest(int count, char* words[])
         const std::string_view word = words[i];
         if (word == "-q" || word == "--quiet")
             request.quiet = true;
-        else if (word.empty() || word.front() == '-' || !platform::isValidUtf8(word))
-            return std::nullopt; // options, "--", and names Qt would read otherwise, are lumaro-cli-light's
+        else if (word.empty() || word.front() == '-')
+            return std::nullopt; // other options and "--" are lumaro-cli-light's
         else if (!subcommand)
             subcommand = word;
         else
