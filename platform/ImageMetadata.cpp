@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ImageMetadata.h"
-#include "platform/metadata/Exiv2Setup.h"
 
+#include "platform/files/FileNameCodec.h"
 #include "platform/metadata/Exiv2Setup.h"
-
-#include <QFile>
 
 #include <exiv2/exiv2.hpp>
 
@@ -33,7 +31,7 @@ ImageMetadata ImageMetadata::read(const QString& path)
     prepareExiv2();
     ImageMetadata result;
     try {
-        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+        auto image = Exiv2::ImageFactory::open(FileNameCodec::encode(path).toStdString());
         if (!image.get()) {
             result.error = QStringLiteral("unknown image format");
             return result;

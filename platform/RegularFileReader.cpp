@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/RegularFileReader.h"
 
-#include <QFile>
+#include "platform/files/FileNameCodec.h"
 
 #include <cerrno>
 #include <cstring>
@@ -24,7 +24,7 @@ std::optional<QByteArray> refuse(QString* error, const QString& reason)
 
 std::optional<QByteArray> RegularFileReader::read(const QString& path, qint64 maxBytes, QString* error)
 {
-    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const int fd = ::open(FileNameCodec::encode(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0)
         return refuse(error, QString::fromLocal8Bit(std::strerror(errno)));
     struct stat info

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/picture/EmbeddedPreview.h"
 
-#include "platform/metadata/Exiv2Setup.h"
-
 #include "platform/ForeignCall.h"
+#include "platform/files/FileNameCodec.h"
 #include "platform/metadata/Exiv2Setup.h"
 #include "platform/picture/ImageOrientation.h"
-
-#include <QFile>
 
 #include <exiv2/exiv2.hpp>
 #include <libraw/libraw.h>
@@ -46,7 +43,7 @@ std::optional<RawPreview> failedPreview(QString* error, const QString& reason)
 std::optional<RawPreview> librawPreviewOf(const QString& path, QString* error)
 {
     auto raw = std::make_unique<LibRaw>();
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = FileNameCodec::encode(path);
     int status = raw->open_file(name.constData());
     if (status == LIBRAW_SUCCESS)
         status = raw->unpack_thumb();
@@ -91,7 +88,7 @@ std::optional<RawPreview> exiv2Preview(const QString& path, QString* error)
     const std::lock_guard lock(exiv2Mutex());
     return guardedForeignCall(
         [&]() -> std::optional<RawPreview> {
-            auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
+            auto image = Exiv2::ImageFactory::open(FileNameCodec::encode(path).toStdString());
             image->readMetadata();
             Exiv2::PreviewManager manager(*image);
             const Exiv2::PreviewPropertiesList list = manager.getPreviewProperties();

@@ -2,9 +2,8 @@
 #include "platform/picture/HeifDecoder.h"
 
 #include "platform/ForeignCall.h"
+#include "platform/files/FileNameCodec.h"
 #include "platform/picture/JpegDecoder.h"
-
-#include <QFile>
 
 #include <libheif/heif.h>
 
@@ -74,7 +73,7 @@ std::optional<QImage> decodeFile(const QString& path, int maxSide, bool allowThu
     };
     Context context(heif_context_alloc());
     heif_error status =
-        heif_context_read_from_file(context.get(), QFile::encodeName(path).constData(), nullptr);
+        heif_context_read_from_file(context.get(), FileNameCodec::encode(path).constData(), nullptr);
     if (status.code != heif_error_Ok)
         return fail(status);
     heif_image_handle* primaryRaw = nullptr;
