@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cards/CardScanner.h"
 
+#include "platform/FolderFiles.h"
 #include "platform/Log.h"
 
 #include <QDateTime>
 #include <QDir>
-#include <QDirIterator>
 #include <QFileInfo>
 #include <QSet>
 
@@ -53,25 +53,30 @@ NewFileInfo CardScanner::scan(const QString& mountPath)
     }
     const QDir rootDir(mountPath);
     QStringList all;
-    QStringList folders{mountPath};
+    QStringList folders{QDir::cleanPath(mountPath)};
     while (!folders.isEmpty()) {
-        QDirIterator it(folders.takeLast(),
-                        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-        while (it.hasNext()) {
-            it.next();
-            const QFileInfo file = it.fileInfo();
-            if (isHiddenOrSystem(file.fileName())) {
-                found.skippedEntries.append(rootDir.relativeFilePath(file.filePath()));
+        const QString folder = folders.takeLast();
+        // By the names' bytes: a file named in another encoding is imported like any other, never passed by.
+        QString error;
+        const auto entries = platform::FolderFiles::entries(folder, &error);
+        if (!entries) {
+            Log::raw(QStringLiteral("⚠️ 无法读取文件夹: ") + folder + QStringLiteral(" (") + error + QStringLiteral(")"));
+            continue;
+        }
+        for (const platform::FolderEntry& entry : *entries) {
+            const QString path = folder + QLatin1Char('/') + entry.name;
+            if (isHiddenOrSystem(entry.name)) {
+                found.skippedEntries.append(rootDir.relativeFilePath(path));
                 continue;
             }
-            if (file.isSymLink())
-                continue;
-            if (file.isDir()) {
-                folders.append(file.filePath());
+            if (entry.kind == platform::FolderEntry::Kind::folder) {
+                folders.append(path);
                 continue;
             }
+            if (entry.kind != platform::FolderEntry::Kind::file)
+                continue;
             QStringList* list = nullptr;
-            switch (kindOf(file.fileName())) {
+            switch (kindOf(entry.name)) {
             case MediaKind::jpg:
                 list = &found.jpgFiles;
                 break;
@@ -86,10 +91,10 @@ NewFileInfo CardScanner::scan(const QString& mountPath)
             }
             if (!list)
                 continue;
-            list->append(file.filePath());
-            all.append(file.filePath());
-            found.totalSize += file.size();
-            found.stamps.insert(file.filePath(), {file.size(), file.lastModified().toMSecsSinceEpoch()});
+            list->append(path);
+            all.append(path);
+            found.totalSize += entry.size;
+            found.stamps.insert(path, {entry.size, entry.modifiedMs});
         }
     }
     found.skippedEntries.sort();

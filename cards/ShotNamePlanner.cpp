@@ -3,6 +3,9 @@
 
 #include "cards/PairingFileTypes.h"
 
+#include "platform/files/FileNameCodec.h"
+#include "platform/files/FileStamp.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
@@ -33,9 +36,10 @@ struct Shot
 
 bool sameFile(const QString& target, const CardFileStamp& stamp)
 {
-    const QFileInfo info(target);
-    return info.isFile() && info.size() == stamp.size &&
-           info.lastModified().toMSecsSinceEpoch() == stamp.modifiedMs;
+    // By the name's bytes, as the card was scanned: QFileInfo would miss a name in another encoding.
+    const auto found = platform::FileStamp::of(target);
+    return found && platform::FileNameCodec::isFile(target) && found->size == stamp.size &&
+           found->modifiedNs / 1'000'000 == stamp.modifiedMs;
 }
 
 } // namespace

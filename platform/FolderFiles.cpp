@@ -3,13 +3,13 @@
 
 #include "platform/files/FileNameCodec.h"
 
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <memory>
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace lumaro::platform {
@@ -75,6 +75,44 @@ std::optional<std::vector<FolderFile>> FolderFiles::list(const QString& folder, 
         files.push_back(std::move(entry.file));
     }
     return files;
+}
+
+std::optional<std::vector<FolderEntry>> FolderFiles::entries(const QString& folder, QString* error)
+{
+    std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(FileNameCodec::encode(folder).constData()), &::closedir);
+    if (!directory) {
+        if (error)
+            *error = systemError(errno);
+        return std::nullopt;
+    }
+    const int fd = ::dirfd(directory.get());
+    std::vector<FolderEntry> found;
+    for (;;) {
+        errno = 0;
+        const dirent* entry = ::readdir(directory.get());
+        if (!entry)
+            break;
+        if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
+            continue;
+        FolderEntry item;
+        item.name = FileNameCodec::decode(QByteArray(entry->d_name));
+        struct stat info {};
+        if (::fstatat(fd, entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0) {
+            item.kind = S_ISREG(info.st_mode)   ? FolderEntry::Kind::file
+                        : S_ISDIR(info.st_mode) ? FolderEntry::Kind::folder
+                        : S_ISLNK(info.st_mode) ? FolderEntry::Kind::link
+                                                : FolderEntry::Kind::other;
+            item.size = qint64(info.st_size);
+            item.modifiedMs = qint64(info.st_mtim.tv_sec) * 1000 + info.st_mtim.tv_nsec / 1'000'000;
+        }
+        found.push_back(std::move(item));
+    }
+    if (errno != 0) {
+        if (error)
+            *error = systemError(errno);
+        return std::nullopt;
+    }
+    return found;
 }
 
 std::optional<qint64> FolderFiles::sizeOf(const QString& path, QString* error)

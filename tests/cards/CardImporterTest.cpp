@@ -6,7 +6,15 @@
 #include "tests/support/TempFolder.h"
 #include "tests/support/XdgTags.h"
 
+#include "platform/files/FileNameCodec.h"
+
+#include <QFile>
+
 #include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace lumaro::cards;
 using lumaro::testing::LogCapture;
@@ -275,4 +283,30 @@ TEST(CardImporter, NoImportStartsWithoutALocation)
 
     EXPECT_TRUE(outcome.destination.isEmpty());
     EXPECT_FALSE(outcome.error.isEmpty());
+}
+
+// A camera or a computer that wrote names in another encoding: the picture is found and copied byte for byte
+// under its own name, not passed by (the card may be formatted next).
+TEST(CardImporter, ANameInAnotherEncodingIsImportedLikeAnyOther)
+{
+    TempFolder card;
+    TempFolder work;
+    card.write(QStringLiteral("DCIM/100CANON/IMG_1.JPG"), "plain");
+    const QByteArray folder = lumaro::platform::FileNameCodec::encode(card.path()) + "/DCIM/caf\xe9";
+    ASSERT_EQ(::mkdir(folder.constData(), 0755), 0);
+    const QByteArray picture = folder + "/\xc9t\xe9 1.JPG";
+    const int fd = ::open(picture.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    ASSERT_GE(fd, 0);
+    ASSERT_EQ(::write(fd, "latin-1", 7), 7);
+    ::close(fd);
+
+    const NewFileInfo found = CardScanner::scan(card.path());
+    ASSERT_EQ(found.jpgFiles.size(), 2) << found.jpgFiles.join(QLatin1Char('|')).toStdString();
+    const ImportOutcome outcome = CardImporter::importFiles(found, work.path());
+    const QString copied = lumaro::platform::FileNameCodec::decode(
+        lumaro::platform::FileNameCodec::encode(work.filePath(QStringLiteral("roll01/JPG"))) + "/\xc9t\xe9 1.JPG");
+    QFile file;
+    ASSERT_TRUE(lumaro::platform::FileNameCodec::openForReading(file, copied));
+    EXPECT_EQ(file.readAll(), QByteArrayLiteral("latin-1"));
+    EXPECT_EQ(outcome.destination, work.filePath(QStringLiteral("roll01")));
 }
