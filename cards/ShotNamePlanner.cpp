@@ -3,6 +3,7 @@
 
 #include "cards/PairingFileTypes.h"
 
+#include "platform/FolderFiles.h"
 #include "platform/files/FileNameCodec.h"
 #include "platform/files/FileStamp.h"
 
@@ -47,10 +48,10 @@ bool sameFile(const QString& target, const CardFileStamp& stamp)
 ShotNamePlanner::ShotNamePlanner(const QStringList& kindFolders)
 {
     for (const QString& folder : kindFolders) {
-        const QStringList names =
-            QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-        for (const QString& name : names)
-            m_taken.insert(PairingFileTypes::matchingKey(PairingFileTypes::stem(name)));
+        // A folder not made yet takes nothing.
+        const auto entries = platform::FolderFiles::entries(folder);
+        for (const platform::FolderEntry& entry : entries.value_or(std::vector<platform::FolderEntry>{}))
+            m_taken.insert(PairingFileTypes::matchingKey(PairingFileTypes::stem(entry.name)));
     }
 }
 
