@@ -27,46 +27,58 @@ struct RawEntry
     FolderFile file;
 };
 
-} // namespace
-
-std::optional<std::vector<FolderFile>> FolderFiles::list(const QString& folder, QString* error)
+// Hands the folder's descriptor and each entry but "." and ".." to `visit`; false, with `error` set, when the
+// folder cannot be opened or read to its end.
+template <typename Visit>
+bool eachEntry(const QString& folder, QString* error, Visit visit)
 {
     std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(FileNameCodec::encode(folder).constData()), &::closedir);
     if (!directory) {
         if (error)
             *error = systemError(errno);
-        return std::nullopt;
+        return false;
     }
     const int fd = ::dirfd(directory.get());
-    std::vector<RawEntry> entries;
     for (;;) {
-        errno = 0;
+        errno = 0; // readdir reports an error only through errno; the visitor's stat calls may have set it
         const dirent* entry = ::readdir(directory.get());
         if (!entry)
             break;
-        if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
-            continue;
-        if (entry->d_type == DT_DIR)
-            continue;
-        struct stat info {};
-        RawEntry raw{QByteArray(entry->d_name), {}};
-        if (::fstatat(fd, entry->d_name, &info, 0) != 0) {
-            if (entry->d_type != DT_REG)
-                continue; // a dangling link or a name gone meanwhile: not a file of this folder
-            raw.file.sizeKnown = false;
-            raw.file.sizeError = systemError(errno);
-        } else if (!S_ISREG(info.st_mode)) {
-            continue;
-        } else {
-            raw.file.size = qint64(info.st_size);
-        }
-        entries.push_back(std::move(raw));
+        if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0)
+            visit(fd, *entry);
     }
     if (errno != 0) {
         if (error)
             *error = systemError(errno);
-        return std::nullopt;
+        return false;
     }
+    return true;
+}
+
+} // namespace
+
+std::optional<std::vector<FolderFile>> FolderFiles::list(const QString& folder, QString* error)
+{
+    std::vector<RawEntry> entries;
+    const bool read = eachEntry(folder, error, [&](int fd, const dirent& entry) {
+        if (entry.d_type == DT_DIR)
+            return;
+        struct stat info {};
+        RawEntry raw{QByteArray(entry.d_name), {}};
+        if (::fstatat(fd, entry.d_name, &info, 0) != 0) {
+            if (entry.d_type != DT_REG)
+                return; // a dangling link or a name gone meanwhile: not a file of this folder
+            raw.file.sizeKnown = false;
+            raw.file.sizeError = systemError(errno);
+        } else if (!S_ISREG(info.st_mode)) {
+            return;
+        } else {
+            raw.file.size = qint64(info.st_size);
+        }
+        entries.push_back(std::move(raw));
+    });
+    if (!read)
+        return std::nullopt;
     std::sort(entries.begin(), entries.end(), [](const RawEntry& a, const RawEntry& b) { return a.name < b.name; });
     std::vector<FolderFile> files;
     files.reserve(entries.size());
@@ -79,25 +91,12 @@ std::optional<std::vector<FolderFile>> FolderFiles::list(const QString& folder, 
 
 std::optional<std::vector<FolderEntry>> FolderFiles::entries(const QString& folder, QString* error)
 {
-    std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(FileNameCodec::encode(folder).constData()), &::closedir);
-    if (!directory) {
-        if (error)
-            *error = systemError(errno);
-        return std::nullopt;
-    }
-    const int fd = ::dirfd(directory.get());
     std::vector<FolderEntry> found;
-    for (;;) {
-        errno = 0;
-        const dirent* entry = ::readdir(directory.get());
-        if (!entry)
-            break;
-        if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
-            continue;
+    const bool read = eachEntry(folder, error, [&](int fd, const dirent& entry) {
         FolderEntry item;
-        item.name = FileNameCodec::decode(QByteArray(entry->d_name));
+        item.name = FileNameCodec::decode(QByteArray(entry.d_name));
         struct stat info {};
-        if (::fstatat(fd, entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0) {
+        if (::fstatat(fd, entry.d_name, &info, AT_SYMLINK_NOFOLLOW) == 0) {
             item.kind = S_ISREG(info.st_mode)   ? FolderEntry::Kind::file
                         : S_ISDIR(info.st_mode) ? FolderEntry::Kind::folder
                         : S_ISLNK(info.st_mode) ? FolderEntry::Kind::link
@@ -106,12 +105,9 @@ std::optional<std::vector<FolderEntry>> FolderFiles::entries(const QString& fold
             item.modifiedMs = qint64(info.st_mtim.tv_sec) * 1000 + info.st_mtim.tv_nsec / 1'000'000;
         }
         found.push_back(std::move(item));
-    }
-    if (errno != 0) {
-        if (error)
-            *error = systemError(errno);
+    });
+    if (!read)
         return std::nullopt;
-    }
     return found;
 }
 
