@@ -113,7 +113,6 @@ bool LocalDatabaseManager::open(const QString& path)
     }
     if (!m_session.open(platform::FileNameCodec::encode(target).toStdString(), true))
         return refuse(lastError().message);
-    m_path = target;
     log(QString::fromUtf8(FavouritesSchema::openedLog) + target);
     return true;
 }
@@ -121,7 +120,11 @@ bool LocalDatabaseManager::open(const QString& path)
 void LocalDatabaseManager::close()
 {
     m_session.close();
-    m_path.clear();
+}
+
+QString LocalDatabaseManager::path() const
+{
+    return platform::FileNameCodec::decode(QByteArray::fromStdString(m_session.path()));
 }
 
 std::optional<StoreValues> LocalDatabaseManager::storeValues(const QVariantList& parameters)

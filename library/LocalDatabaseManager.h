@@ -45,7 +45,7 @@ public:
     bool open(const QString& path = {});
     void close();
     bool isOpen() const { return m_session.isOpen(); }
-    QString path() const { return m_path; }
+    QString path() const;
     const QString& databaseName() const { return m_databaseName; }
 
     bool execute(const QString& sql, const QVariantList& parameters = {});
@@ -74,7 +74,6 @@ private:
 
     StoreSession m_session;
     QString m_databaseName;
-    QString m_path;
 };
 
 } // namespace lumaro::library

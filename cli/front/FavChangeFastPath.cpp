@@ -93,13 +93,12 @@ std::optional<int> FavChangeFastPath::run(int count, char* words[])
     if (!databasePath)
         return std::nullopt;
 
-    // Log lines are kept from the moment the store is known to be one this path may write; before that,
-    // anything said would be said again by lumaro-cli-light.
+    // Everything is said at the end, so a store refused here (whatever its checks logged is dropped with it)
+    // leaves lumaro-cli-light to say it all once.
     std::string said;
-    bool saying = false;
     const auto sink = [&](std::string_view tag) {
         return [&, tag](const std::string& message) {
-            if (saying && !request->quiet)
+            if (!request->quiet)
                 said += logLine(tag, message);
         };
     };
@@ -107,9 +106,7 @@ std::optional<int> FavChangeFastPath::run(int count, char* words[])
     library::FavourTable table(session, sink(FavouritesSchema::favouritesLogTag));
     if (!session.open(*databasePath, false) || !table.isSetUp() || !session.checkIntegrity())
         return std::nullopt;
-    saying = true;
-    if (!request->quiet)
-        said = openedStoreLogLines(*databasePath);
+    said = request->quiet ? std::string() : openedStoreLogLines(*databasePath);
 
     int failed = 0;
     for (size_t i = 0; i < cleaned.size(); ++i) {
