@@ -246,6 +246,8 @@ ImportOutcome CardImporter::importFiles(const NewFileInfo& files, const QString&
             if (planned.alreadyThere) {
                 written = QDir(folder).filePath(planned.name);
             } else if (usable[k]) {
+                if (i + 1 < count)
+                    platform::FileCopier::readAheadSoon(kind.files->at(i + 1));
                 platform::CopyOptions options;
                 options.progress = [&](qint64 copied, qint64 total) {
                     report(overall(copied));

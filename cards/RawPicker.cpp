@@ -41,6 +41,8 @@ PickResult RawPicker::pick(const QStringList& matchedRawFiles, const QString& ra
         const QString& source = matchedRawFiles.at(i);
         const QString target = QDir(folder).filePath(QFileInfo(source).fileName());
         QString error;
+        if (i + 1 < total)
+            platform::FileCopier::readAheadSoon(matchedRawFiles.at(i + 1));
         if (QFileInfo(target).isDir()) {
             Log::raw(QStringLiteral("copy error: ") + target + QStringLiteral(" is a folder"));
             result.failedCount += 1;

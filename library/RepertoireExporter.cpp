@@ -60,7 +60,10 @@ QStringList RepertoireExporter::sidecarsOf(const QString& picture)
 RepertoireExportResult RepertoireExporter::toFolder(const QList<RepertoireItem>& items, const QString& folder)
 {
     RepertoireExportResult result;
-    for (const RepertoireItem& item : items) {
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        const RepertoireItem& item = items.at(i);
+        if (i + 1 < items.size())
+            platform::FileCopier::readAheadSoon(items.at(i + 1).filePath);
         if (!item.isPresent || !platform::FileNameCodec::isFile(item.filePath)) {
             result.missing << item.filePath;
             continue;

@@ -122,7 +122,8 @@ bool copyBytes(int from, int to, qint64 total, const CopyOptions& options, QStri
 std::optional<QString> writeTemporaryCopy(const QString& source, const QString& destination,
                                           const CopyOptions& options, QString* error)
 {
-    FileDescriptor in(::open(FileNameCodec::encode(source).constData(), O_RDONLY | O_CLOEXEC));
+    // Non-blocking, so that a pipe with no writer is refused below instead of holding the batch forever.
+    FileDescriptor in(::open(FileNameCodec::encode(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat info {};
     if (in.get() < 0 || ::fstat(in.get(), &info) != 0) {
         setError(error, systemError(errno));
@@ -132,6 +133,7 @@ std::optional<QString> writeTemporaryCopy(const QString& source, const QString& 
         setError(error, QStringLiteral("not a regular file"));
         return std::nullopt;
     }
+    ::fcntl(in.get(), F_SETFL, ::fcntl(in.get(), F_GETFL) & ~O_NONBLOCK); // a FUSE mount may honour it
     QByteArray pattern =
         FileNameCodec::encode(QFileInfo(destination).absolutePath() + QStringLiteral("/.lumaro-copy-XXXXXX"));
     FileDescriptor out(::mkostemp(pattern.data(), O_CLOEXEC));
@@ -247,6 +249,14 @@ bool FileCopier::copyReplacing(const QString& source, const QString& destination
         return false;
     }
     return true;
+}
+
+void FileCopier::readAheadSoon(const QString& path)
+{
+    constexpr off_t readAheadBytes = 64 << 20;
+    FileDescriptor file(::open(FileNameCodec::encode(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (file.get() >= 0)
+        ::posix_fadvise(file.get(), 0, readAheadBytes, POSIX_FADV_WILLNEED);
 }
 
 int FileCopier::removePartialCopies(const QString& folder)

@@ -4,7 +4,10 @@
 #include "tests/support/TempFolder.h"
 #include "tests/support/XdgTags.h"
 
+#include <QFile>
 #include <QFileInfo>
+
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -89,7 +92,30 @@ TEST(FileCopier, RefusesWhatIsNotARegularFile)
                                                     QStringLiteral("dir.jpg"), &error));
     EXPECT_FALSE(FileCopier::copyWithoutOverwriting(folder.filePath(QStringLiteral("missing.jpg")), out,
                                                     QStringLiteral("missing.jpg"), &error));
+    // A pipe with no writer: opening it to read would wait for one forever.
+    const QString pipe = folder.filePath(QStringLiteral("pipe.jpg"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0644), 0);
+    EXPECT_FALSE(FileCopier::copyWithoutOverwriting(pipe, out, QStringLiteral("pipe.jpg"), &error));
     EXPECT_TRUE(folder.entries(QStringLiteral("out")).isEmpty());
+}
+
+TEST(FileCopier, ReadingTheNextFileAheadNeverWaits)
+{
+    TempFolder folder;
+    const QString pipe = folder.filePath(QStringLiteral("pipe.jpg"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0644), 0);
+    FileCopier::readAheadSoon(pipe); // a pipe with no writer: a blocking open would hang the batch here
+    FileCopier::readAheadSoon(folder.filePath(QStringLiteral("missing.jpg")));
+
+    const QByteArray bytes(3 << 20, 'x');
+    const QString picture = folder.write(QStringLiteral("a.jpg"), bytes);
+    FileCopier::readAheadSoon(picture);
+    const auto copy = FileCopier::copyWithoutOverwriting(picture, folder.makeFolder(QStringLiteral("out")),
+                                                         QStringLiteral("a.jpg"));
+    ASSERT_TRUE(copy);
+    QFile written(*copy);
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_EQ(written.readAll(), bytes);
 }
 
 TEST(RenameWithoutReplacing, NeverReplacesAnExistingEntry)
