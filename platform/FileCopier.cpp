@@ -2,6 +2,7 @@
 #include "platform/FileCopier.h"
 
 #include "platform/files/FileNameCodec.h"
+#include "platform/files/RenameWithoutReplacing.h"
 
 #include <QDir>
 #include <QFile>
@@ -168,35 +169,10 @@ std::optional<QString> writeTemporaryCopy(const QString& source, const QString& 
 bool renameWithoutReplacing(const QString& from, const QString& to, QString* error)
 {
     const QByteArray source = FileNameCodec::encode(from);
-    const QByteArray target = FileNameCodec::encode(to);
-    if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0)
+    if (renameBytesWithoutReplacing(source.constData(), FileNameCodec::encode(to).constData()))
         return true;
-    if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP) {
-        setError(error, systemError(errno));
-        return false;
-    }
-    // No RENAME_NOREPLACE here: link() refuses an existing target just as atomically.
-    if (::link(source.constData(), target.constData()) == 0) {
-        ::unlink(source.constData());
-        return true;
-    }
-    if (errno == EEXIST) {
-        setError(error, systemError(EEXIST));
-        return false;
-    }
-    // FAT and exFAT have neither: check, then rename. The window between the two is the best these allow.
-    struct stat info
-    {
-    };
-    if (::lstat(target.constData(), &info) == 0) {
-        setError(error, systemError(EEXIST));
-        return false;
-    }
-    if (::rename(source.constData(), target.constData()) != 0) {
-        setError(error, systemError(errno));
-        return false;
-    }
-    return true;
+    setError(error, systemError(errno));
+    return false;
 }
 
 QString FileCopier::freeName(const QString& folder, const QString& name)

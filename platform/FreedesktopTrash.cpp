@@ -2,25 +2,17 @@
 #include "platform/FreedesktopTrash.h"
 
 #include "platform/files/FileNameCodec.h"
+#include "platform/files/TrashItem.h"
 
-#include "platform/FileCopier.h"
-
-#include <QDateTime>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
 #include <cstring>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 namespace lumaro::platform {
 
 namespace {
-
-constexpr int kMaxNameAttempts = 1000;
 
 void setError(QString* error, const QString& text)
 {
@@ -28,28 +20,14 @@ void setError(QString* error, const QString& text)
         *error = text;
 }
 
-// Creates info/NAME.trashinfo exclusively and writes it whole; false with errno kept when the name is taken.
-bool writeInfoExclusively(const QString& infoPath, const QByteArray& content)
+std::string bytesOf(const QString& path)
 {
-    const int fd =
-        ::open(FileNameCodec::encode(infoPath).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (fd < 0)
-        return false;
-    qsizetype written = 0;
-    while (written < content.size()) {
-        const ssize_t put = ::write(fd, content.constData() + written, size_t(content.size() - written));
-        if (put < 0 && errno == EINTR)
-            continue;
-        if (put < 0) {
-            const int saved = errno;
-            ::close(fd);
-            ::unlink(FileNameCodec::encode(infoPath).constData());
-            errno = saved == EEXIST ? EIO : saved;
-            return false;
-        }
-        written += put;
-    }
-    return ::close(fd) == 0;
+    return FileNameCodec::encode(path).toStdString();
+}
+
+QString pathOf(const std::string& bytes)
+{
+    return FileNameCodec::decode(QByteArray::fromStdString(bytes));
 }
 
 } // namespace
@@ -67,7 +45,7 @@ FreedesktopTrash::FreedesktopTrash(VolumeLookup lookup)
 
 QByteArray FreedesktopTrash::encodedPath(const QString& absolutePath)
 {
-    return FileNameCodec::encode(absolutePath).toPercentEncoding("/");
+    return QByteArray::fromStdString(TrashItem::encodedPath(bytesOf(absolutePath)));
 }
 
 QString FreedesktopTrash::trashFor(const QString& path, QString* error) const
@@ -108,34 +86,14 @@ std::optional<TrashedItem> FreedesktopTrash::moveToTrash(const QString& path, QS
     const QString relative = topDir.isEmpty() ? QString() : QDir(topDir).relativeFilePath(absolute);
     const QString recorded =
         relative.isEmpty() || relative.startsWith(QStringLiteral("../")) ? absolute : relative;
-    const QByteArray info = QByteArrayLiteral("[Trash Info]\nPath=") + encodedPath(recorded)
-        + QByteArrayLiteral("\nDeletionDate=")
-        + QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss")).toLatin1()
-        + QByteArrayLiteral("\n");
-
-    for (int attempt = 1; attempt <= kMaxNameAttempts; ++attempt) {
-        const QString name = TrashDirectories::itemName(source.fileName(), attempt);
-        const QString infoPath = trashDir + QStringLiteral("/info/") + name + QStringLiteral(".trashinfo");
-        if (!writeInfoExclusively(infoPath, info)) {
-            if (errno == EEXIST)
-                continue;
-            setError(error, QStringLiteral("cannot write %1: %2").arg(infoPath,
-                                                                     QString::fromLocal8Bit(std::strerror(errno))));
-            return std::nullopt;
-        }
-        const QString trashedPath = trashDir + QStringLiteral("/files/") + name;
-        QString renameError;
-        if (renameWithoutReplacing(absolute, trashedPath, &renameError))
-            return TrashedItem{trashedPath, infoPath};
-        ::unlink(FileNameCodec::encode(infoPath).constData());
-        // files/NAME without a record (a trasher that died half-way): leave it, take the next name.
-        if (FileNameCodec::exists(trashedPath))
-            continue;
-        setError(error, QStringLiteral("cannot move %1 to the Trash: %2").arg(path, renameError));
+    std::string placeError;
+    const auto placed = TrashItem::place(bytesOf(absolute), bytesOf(source.fileName()), bytesOf(trashDir),
+                                         TrashItem::record(bytesOf(recorded)), &placeError);
+    if (!placed) {
+        setError(error, pathOf(placeError));
         return std::nullopt;
     }
-    setError(error, QStringLiteral("no free name in %1").arg(trashDir));
-    return std::nullopt;
+    return TrashedItem{pathOf(placed->trashedPath), pathOf(placed->infoPath)};
 }
 
 } // namespace lumaro::platform

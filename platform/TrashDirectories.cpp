@@ -2,6 +2,7 @@
 #include "platform/TrashDirectories.h"
 
 #include "platform/files/FileNameCodec.h"
+#include "platform/files/TrashItem.h"
 
 #include <QDir>
 #include <QFile>
@@ -125,12 +126,8 @@ QString TrashDirectories::topDirOfTrash(const QString& trashDir)
 
 QString TrashDirectories::itemName(const QString& name, int attempt)
 {
-    if (attempt <= 1)
-        return name;
-    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
-    if (dot <= 0)
-        return QStringLiteral("%1.%2").arg(name).arg(attempt);
-    return QStringLiteral("%1.%2%3").arg(name.left(dot)).arg(attempt).arg(name.mid(dot));
+    const std::string numbered = TrashItem::name(FileNameCodec::encode(name).toStdString(), attempt);
+    return FileNameCodec::decode(QByteArray::fromStdString(numbered));
 }
 
 bool TrashDirectories::ensure(const QString& trashDir, QString* error)

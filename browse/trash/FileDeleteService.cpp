@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browse/trash/FileDeleteService.h"
 
+#include "browse/trash/DeleteLogText.h"
+
 #include "platform/FolderAccessToken.h"
 #include "platform/FreedesktopTrash.h"
 #include "platform/Log.h"
@@ -17,16 +19,22 @@ using platform::Log;
 
 namespace {
 
-const QString kTag = QStringLiteral("FileDeleteService");
+const QString kTag = QString::fromUtf8(DeleteLogText::tag);
+
+QString text(std::string_view words)
+{
+    return QString::fromUtf8(words.data(), qsizetype(words.size()));
+}
 
 void say(const QString& message)
 {
     Log::line(kTag, message);
 }
 
-void perf(const char* step, const QElapsedTimer& timer)
+void perf(std::string_view step, const QElapsedTimer& timer)
 {
-    Log::raw(QStringLiteral("PERF-DEL: %1=%2 s").arg(QLatin1String(step)).arg(double(timer.nsecsElapsed()) / 1e9, 0, 'f', 3));
+    Log::raw(text(DeleteLogText::perfPrefix) + text(step) + QLatin1Char('=') +
+             QString::number(double(timer.nsecsElapsed()) / 1e9, 'f', 3) + QStringLiteral(" s"));
 }
 
 bool isPlainName(const QString& name)
@@ -109,11 +117,11 @@ TrashOutcome FileDeleteService::moveToTrash(const QString& fileName, const QStri
     QElapsedTimer step;
     step.start();
     const QString folder = resolveFolder(folderPath, folderBookmarkData);
-    perf("resolveBookmark", step);
+    perf(DeleteLogText::stepBookmark, step);
 
     step.restart();
     FolderAccess access(folder);
-    perf("startScope", step);
+    perf(DeleteLogText::stepScope, step);
 
     step.restart();
     TrashOutcome outcome;
@@ -124,14 +132,14 @@ TrashOutcome FileDeleteService::moveToTrash(const QString& fileName, const QStri
         const QStringList sidecars = platform::XmpSidecar::companionsOf(path);
         if (const auto item = m_trash.moveToTrash(path, &outcome.error)) {
             outcome.trashFilePath = item->trashedPath;
-            say(QStringLiteral("成功将文件移动到废纸篓: ") + fileName);
+            say(text(DeleteLogText::trashed) + fileName);
             trashSidecars(sidecars);
         }
     }
     if (!outcome.ok())
-        say(QStringLiteral("错误详情: ") + outcome.error);
-    perf("trashOp", step);
-    perf("total", total);
+        say(text(DeleteLogText::failure) + outcome.error);
+    perf(DeleteLogText::stepTrash, step);
+    perf(DeleteLogText::stepTotal, total);
     return outcome;
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/front/FavStoreAccess.h"
+#include "cli/front/WriteAll.h"
 
 #include "library/FavouritesSchema.h"
 #include "platform/files/XdgHomes.h"
@@ -14,11 +15,6 @@ std::optional<std::string> plainFavouritesPath()
     if (!dataDir)
         return std::nullopt;
     return *dataDir + "/" + std::string(Schema::databaseName);
-}
-
-std::string logLine(std::string_view tag, std::string_view message)
-{
-    return std::string(tag) + " - " + std::string(message) + "\n";
 }
 
 std::string openedStoreLogLines(const std::string& databasePath)

@@ -14,7 +14,5 @@ namespace lumaro::cli {
 std::optional<std::string> plainFavouritesPath();
 // "LocalDatabaseManager - ✅ 数据库已打开: PATH" and "FavourManager - ✅ 收藏表已存在", each on its line.
 std::string openedStoreLogLines(const std::string& databasePath);
-// "TAG - MESSAGE" and a newline, as platform::Log writes a line.
-std::string logLine(std::string_view tag, std::string_view message);
 
 } // namespace lumaro::cli

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // lumaro-cli COMMAND [options]: the front end, without Qt. It answers --help, a plain `list`, `fav list`,
-// `fav add`, `fav remove` and `tags FILE` itself, in a few milliseconds, and hands every other command line
-// over by exec, byte for byte, to the program that runs it (cli/CommandTable.h): lumaro-cli-light (Qt Core, SQLite), lumaro-cli-exif or
-// lumaro-cli-heavy. Loading Qt Core and the ICU, GLib and PCRE libraries it needs costs more than listing a
-// folder of 1,000 pictures.
+// `fav add`, `fav remove`, `tags FILE` and a plain `trash FILE...` itself, in a few milliseconds, and hands
+// every other command line over by exec, byte for byte, to the program that runs it (cli/CommandTable.h):
+// lumaro-cli-light (Qt Core, SQLite), lumaro-cli-exif or lumaro-cli-heavy. Loading Qt Core and the ICU, GLib
+// and PCRE libraries it needs costs more than listing a folder of 1,000 pictures.
 #include "cli/ExitCode.h"
 #include "cli/front/CommandDirectory.h"
 #include "cli/front/FavChangeFastPath.h"
@@ -11,6 +11,7 @@
 #include "cli/front/HelperHandOver.h"
 #include "cli/front/ListFastPath.h"
 #include "cli/front/TagsFastPath.h"
+#include "cli/front/TrashFastPath.h"
 #include "cli/front/WriteAll.h"
 
 #include <cstdio>
@@ -45,6 +46,10 @@ int main(int argc, char* argv[])
         if (const auto code = FavListFastPath::run(argc - 2, argv + 2))
             return *code;
         if (const auto code = FavChangeFastPath::run(argc - 2, argv + 2))
+            return *code;
+    }
+    if (command && command->name == "trash") {
+        if (const auto code = TrashFastPath::run(argc - 2, argv + 2))
             return *code;
     }
     if (command && command->name == "tags") {

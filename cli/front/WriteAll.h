@@ -4,9 +4,16 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
 #include <string_view>
 
 namespace lumaro::cli {
+
+// "TAG - MESSAGE" and a newline, as platform::Log writes a line.
+inline std::string logLine(std::string_view tag, std::string_view message)
+{
+    return std::string(tag) + " - " + std::string(message) + "\n";
+}
 
 inline void writeAll(std::FILE* stream, std::string_view bytes)
 {

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/files/TrashItem.h"
+
+#include "platform/files/RenameWithoutReplacing.h"
+
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace lumaro::platform {
+
+namespace {
+
+constexpr int maxNameAttempts = 1000;
+
+// Creates the record exclusively and writes it whole; false with errno kept (EEXIST: the name is taken).
+bool writeRecordExclusively(const std::string& infoPath, const std::string& content)
+{
+    const int fd = ::open(infoPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (fd < 0)
+        return false;
+    for (size_t written = 0; written < content.size();) {
+        const ssize_t put = ::write(fd, content.data() + written, content.size() - written);
+        if (put < 0 && errno == EINTR)
+            continue;
+        if (put < 0) {
+            const int saved = errno;
+            ::close(fd);
+            ::unlink(infoPath.c_str());
+            errno = saved == EEXIST ? EIO : saved;
+            return false;
+        }
+        written += size_t(put);
+    }
+    return ::close(fd) == 0;
+}
+
+bool isUnreserved(unsigned char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' ||
+           c == '.' || c == '_' || c == '~';
+}
+
+void setError(std::string* error, std::string text)
+{
+    if (error)
+        *error = std::move(text);
+}
+
+} // namespace
+
+std::string TrashItem::name(std::string_view fileName, int attempt)
+{
+    if (attempt <= 1)
+        return std::string(fileName);
+    const std::string number = std::to_string(attempt);
+    const size_t dot = fileName.rfind('.');
+    if (dot == std::string_view::npos || dot == 0)
+        return std::string(fileName) + '.' + number;
+    return std::string(fileName.substr(0, dot)) + '.' + number + std::string(fileName.substr(dot));
+}
+
+std::string TrashItem::encodedPath(std::string_view path)
+{
+    static constexpr char hex[] = "0123456789ABCDEF";
+    std::string encoded;
+    encoded.reserve(path.size());
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (isUnreserved(byte) || byte == '/') {
+            encoded += c;
+        } else {
+            encoded += '%';
+            encoded += hex[byte >> 4];
+            encoded += hex[byte & 0xF];
+        }
+    }
+    return encoded;
+}
+
+std::string TrashItem::record(std::string_view recordedPath)
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    ::localtime_r(&now, &local);
+    char date[32];
+    const size_t length = std::strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", &local);
+    return "[Trash Info]\nPath=" + encodedPath(recordedPath) + "\nDeletionDate=" + std::string(date, length) +
+           "\n";
+}
+
+std::optional<TrashItem::Placed> TrashItem::place(const std::string& source, std::string_view fileName,
+                                                  const std::string& trashDir, const std::string& record,
+                                                  std::string* error)
+{
+    for (int attempt = 1; attempt <= maxNameAttempts; ++attempt) {
+        const std::string itemName = name(fileName, attempt);
+        const std::string infoPath = trashDir + "/info/" + itemName + ".trashinfo";
+        if (!writeRecordExclusively(infoPath, record)) {
+            if (errno == EEXIST)
+                continue;
+            setError(error, "cannot write " + infoPath + ": " + std::strerror(errno));
+            return std::nullopt;
+        }
+        const std::string trashedPath = trashDir + "/files/" + itemName;
+        if (renameBytesWithoutReplacing(source.c_str(), trashedPath.c_str()))
+            return Placed{trashedPath, infoPath};
+        const int renameError = errno;
+        ::unlink(infoPath.c_str());
+        struct stat left
+        {
+        };
+        if (::lstat(trashedPath.c_str(), &left) == 0)
+            continue;
+        setError(error, "cannot move " + source + " to the Trash: " + std::strerror(renameError));
+        return std::nullopt;
+    }
+    setError(error, "no free name in " + trashDir);
+    return std::nullopt;
+}
+
+} // namespace lumaro::platform
