@@ -121,6 +121,23 @@ void erase(Exiv2::XmpData& xmp, const char* key)
         xmp.erase(it);
 }
 
+// Nothing but blanks, or an XML declaration alone: the sidecar an earlier version left when the last mark
+// was taken off. It holds no marks; Exiv2 calls it invalid.
+bool holdsNoPacket(const QByteArray& bytes)
+{
+    QByteArray rest = bytes.trimmed();
+    if (rest.startsWith("<?xml")) {
+        const qsizetype end = rest.indexOf("?>");
+        rest = end < 0 ? rest : rest.mid(end + 2).trimmed();
+    }
+    return rest.isEmpty();
+}
+
+// What a sidecar whose last mark was taken off holds: an empty description, still valid XMP for every reader.
+constexpr char emptyPacket[] = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"
+                               " <rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"/>\n"
+                               "</x:xmpmeta>\n";
+
 std::optional<QByteArray> readSidecar(const QString& path, Exiv2::XmpData& xmp, QString* error)
 {
     bool ok = false;
@@ -129,7 +146,7 @@ std::optional<QByteArray> readSidecar(const QString& path, Exiv2::XmpData& xmp, 
         setError(error, QStringLiteral("%1: cannot be read").arg(path));
         return std::nullopt;
     }
-    if (Exiv2::XmpParser::decode(xmp, bytes.toStdString()) != 0) {
+    if (!holdsNoPacket(bytes) && Exiv2::XmpParser::decode(xmp, bytes.toStdString()) != 0) {
         setError(error, QStringLiteral("%1: not valid XMP").arg(path));
         return std::nullopt;
     }
@@ -159,7 +176,7 @@ bool editSidecar(const QString& picture, SidecarNaming naming,
                 return false;
             }
             const QByteArray contents = QByteArrayLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n") +
-                                        QByteArray::fromStdString(packet);
+                                        QByteArray::fromStdString(packet.empty() ? emptyPacket : packet);
             QString why;
             const bool written = existing.isEmpty() ? FileReplacer::createFile(target, contents, &why)
                                                     : FileReplacer::replaceContents(target, contents, &why);

@@ -124,6 +124,34 @@ TEST_F(XmpSidecarTest, ASidecarThatIsNotXmpIsLeftAsItIs)
     EXPECT_EQ(folder.entries(), (QStringList{QStringLiteral("a.jpg"), QStringLiteral("a.jpg.xmp")}));
 }
 
+// A colour taken off and put back, as a photographer toggles it twice: the sidecar stays valid XMP at every
+// step, for us and for exiv2. The same for the declaration-only sidecar earlier versions left
+// when the last mark went: it holds nothing and is written over.
+TEST_F(XmpSidecarTest, TheLastColourTakenOffLeavesASidecarColoursCanBePutBackInto)
+{
+    const QByteArray declarationOnly = QByteArrayLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+    for (const QByteArray& leftBefore : {QByteArray(), declarationOnly}) {
+        TempFolder here;
+        const QString picture = here.writePicture(QStringLiteral("a.jpg"));
+        if (!leftBefore.isEmpty())
+            here.write(QStringLiteral("a.jpg.xmp"), leftBefore);
+        const QString sidecar = here.filePath(QStringLiteral("a.jpg.xmp"));
+        for (int round = 0; round < 2; ++round) {
+            QString error;
+            ASSERT_TRUE(
+                XmpSidecar::writeColours(picture, {QStringLiteral("red")}, SidecarNaming::pictureName, &error))
+                << error.toStdString();
+            EXPECT_EQ(exiv2Properties(sidecar).value(QStringLiteral("Xmp.xmp.Label")), QStringLiteral("Red"));
+            ASSERT_TRUE(XmpSidecar::writeColours(picture, {}, SidecarNaming::pictureName, &error))
+                << error.toStdString();
+            const auto read = XmpSidecar::read(picture, &error);
+            ASSERT_TRUE(read) << error.toStdString();
+            EXPECT_EQ(*read, PictureMarks{});
+            EXPECT_TRUE(exiv2Properties(sidecar).isEmpty());
+        }
+    }
+}
+
 TEST_F(XmpSidecarTest, ARatingInsideThePictureIsReadWhenThereIsNoSidecar)
 {
     const QString picture = folder.writePicture(QStringLiteral("cam.jpg"));
