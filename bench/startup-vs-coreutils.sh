@@ -3,10 +3,10 @@
 # Start-up of the short lumaro-cli commands against the smallest tool that does the same job, each pair measured
 # in one run, interleaved (warm runs, medians, bench/side_by_side.py): --help and list of 1,000 files vs ls, tags
 # vs getfattr, fav list (empty store), fav add (quiet and with its log lines) and fav remove of one picture vs
-# the sqlite3 shell, trash vs gio trash;
-# fav --help and trash --help, the start of those commands before they touch the store or the Trash (what is
-# left of their time is the work, synced to disk as their peers sync it); and index --help, a heavy command,
-# for the price of handing over to lumaro-cli-heavy.
+# the sqlite3 shell, trash vs gio trash, fav --help and trash --help vs ls: all answered by the front end.
+# Then the short commands still run by lumaro-cli-light (Qt Core): a tag toggle vs setfattr, fav type vs the
+# sqlite3 shell, and trash --json (a file to the Trash, the result as JSON) vs gio trash; and
+# index --help-all, for the price of handing over to lumaro-cli-heavy.
 set -euo pipefail
 build=${1:-build/release}
 here=$(cd "$(dirname "$0")" && pwd)
@@ -35,7 +35,10 @@ pairs=(
   "trash|$cli trash --quiet $work/trashed/f|gio trash $work/trashed/f"
   "fav --help|$cli fav --help|ls $work"
   "trash --help|$cli trash --help|ls $work"
-  "index --help|$cli index --help|ls $work"
+  "tags toggle|$cli tags --quiet $work/tagged.jpg --toggle red|setfattr -n user.xdg.tags -v red $work/tagged.jpg"
+  "fav type|$cli fav type sss --quiet $work/tagged.jpg|sqlite3 $db \"UPDATE favourites SET favour_type = 'SSS', updated_at = unixepoch() WHERE file_path = '$work/tagged.jpg';\""
+  "trash --json|$cli trash --json --quiet $work/trashed/f|gio trash $work/trashed/f"
+  "index --help-all|$cli index --help-all|ls $work"
 )
 echo "load: $(cut -d' ' -f1-3 /proc/loadavg), runs: $runs (medians, interleaved)"
 printf '%-14s %10s %10s %7s\n' command lumaro-cli peer ratio
@@ -43,6 +46,6 @@ for pair in "${pairs[@]}"; do
   IFS='|' read -r name ours peer <<< "$pair"
   command -v "${peer%% *}" > /dev/null || { printf '%-14s (peer %s not installed)\n' "$name" "${peer%% *}"; continue; }
   prepare=""
-  [[ $name == trash ]] && prepare="touch $work/trashed/f"
+  [[ $name == trash* ]] && prepare="touch $work/trashed/f"
   python3 "$here/side_by_side.py" "$name" "$runs" "$ours" "$peer" "$prepare"
 done

@@ -83,7 +83,8 @@ std::optional<int> CommandLine::parse(const QStringList& arguments)
     m_jsonAsked = m_json && arguments.contains(QStringLiteral("--json"));
     if (!m_parser.parse(QStringList{m_command} + arguments))
         return usageError(m_parser.errorText());
-    if (m_parser.isSet(QStringLiteral("help"))) {
+    // --help-all would add Qt's own options, which only a Qt application has; without one it is --help.
+    if (m_parser.isSet(QStringLiteral("help")) || m_parser.isSet(QStringLiteral("help-all"))) {
         standardOutput() << usage();
         standardOutput().flush();
         return 0;

@@ -258,14 +258,18 @@ int runRoll(const QStringList& arguments)
         return unpublish(arguments.mid(1));
     if (sub == QLatin1String("account"))
         return account(arguments.mid(1));
-    standardError()
-        << "usage: lumaro-cli roll publish FOLDER --to REMOTE:PATH [--name NAME] [--budget MB] "
-           "[--originals] [--keep-location] [--json]\n"
-           "       lumaro-cli roll list [--json]\n"
-           "       lumaro-cli roll unpublish ROLL [--yes]\n"
-           "       lumaro-cli roll account add NAME --type TYPE [--set KEY=VALUE]... [--secret-stdin]\n"
-           "       lumaro-cli roll account list | remove NAME\n";
-    return sub == QLatin1String("--help") || sub == QLatin1String("-h") ? exitOk : exitUsage;
+    // Asked for, the usage is the answer (standard output, 0); otherwise it says what was wrong (2).
+    const bool asked =
+        sub == QLatin1String("--help") || sub == QLatin1String("-h") || sub == QLatin1String("--help-all");
+    QTextStream& stream = asked ? standardOutput() : standardError();
+    stream << "usage: lumaro-cli roll publish FOLDER --to REMOTE:PATH [--name NAME] [--budget MB] "
+              "[--originals] [--keep-location] [--json]\n"
+              "       lumaro-cli roll list [--json]\n"
+              "       lumaro-cli roll unpublish ROLL [--yes]\n"
+              "       lumaro-cli roll account add NAME --type TYPE [--set KEY=VALUE]... [--secret-stdin]\n"
+              "       lumaro-cli roll account list | remove NAME\n";
+    stream.flush();
+    return asked ? exitOk : exitUsage;
 }
 
 } // namespace lumaro::cli

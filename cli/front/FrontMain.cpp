@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// lumaro-cli COMMAND [options]: the front end, without Qt. It answers --help, a plain `list`, `fav list`,
+// lumaro-cli COMMAND [options]: the front end, without Qt. It answers --help, `COMMAND --help`, a plain `list`, `fav list`,
 // `fav add`, `fav remove`, `tags FILE` and a plain `trash FILE...` itself, in a few milliseconds, and hands
 // every other command line over by exec, byte for byte, to the program that runs it (cli/CommandTable.h):
 // lumaro-cli-light (Qt Core, SQLite), lumaro-cli-exif or lumaro-cli-heavy. Loading Qt Core and the ICU, GLib
 // and PCRE libraries it needs costs more than listing a folder of 1,000 pictures.
 #include "cli/ExitCode.h"
 #include "cli/front/CommandDirectory.h"
+#include "cli/front/CommandHelp.h"
 #include "cli/front/FavChangeFastPath.h"
 #include "cli/front/FavListFastPath.h"
 #include "cli/front/HelperHandOver.h"
@@ -38,6 +39,12 @@ int main(int argc, char* argv[])
     if (name == "--help" || name == "-h" || name == "help")
         return printOverview(exitOk);
     const CommandEntry* command = findCommandEntry(name);
+    if (command && argc == 3 && (std::string_view(argv[2]) == "--help" || std::string_view(argv[2]) == "-h")) {
+        if (const auto help = commandHelp(command->name)) {
+            writeAll(stdout, *help);
+            return exitOk;
+        }
+    }
     if (command && command->name == "list") {
         if (const auto code = ListFastPath::run(argc - 2, argv + 2))
             return *code;
