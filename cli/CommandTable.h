@@ -12,9 +12,9 @@
 //   it over to `lumaro-cli-exif`, which loads exiv2 beside Qt Core and SQLite, not the decoders and analysis
 //   libraries, whose loading alone (hundreds of milliseconds from a cold disk) would be most of an import.
 //
-// SPLIT(name, summary, lightRun, heavyRun): `lumaro-cli-light` runs lightRun, which returns
-//   handOverToHeavy for what needs a heavy library (tags --toggle writes the XMP sidecar with exiv2);
-//   lumaro-cli-heavy runs heavyRun.
+// SPLIT(name, summary, lightRun, exifRun): `lumaro-cli-light` runs lightRun, which returns handOverToExif
+//   for what needs exiv2 (tags --toggle writes the XMP sidecar); lumaro-cli-exif and lumaro-cli-heavy run
+//   exifRun.
 //
 // PAINTING(name, summary, run): a heavy command that paints (a PDF needs fonts): lumaro-cli-heavy makes a
 //   QGuiApplication for it, on the offscreen platform.

@@ -11,19 +11,19 @@ const std::vector<Command>& commands()
 #define LIGHT(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), &run},
 #ifdef LUMARO_CLI_HEAVY_SIDE
 #define HEAVY(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), &run},
-#define SPLIT(name, summary, lightRun, heavyRun) {QStringLiteral(name), QStringLiteral(summary), &heavyRun},
 #define PAINTING(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), &run, true},
 #else
 #define HEAVY(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), nullptr},
 #endif
 #if defined(LUMARO_CLI_HEAVY_SIDE) || defined(LUMARO_CLI_EXIF_SIDE)
 #define EXIF(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), &run},
+#define SPLIT(name, summary, lightRun, exifRun) {QStringLiteral(name), QStringLiteral(summary), &exifRun},
 #else
+#define SPLIT(name, summary, lightRun, exifRun) {QStringLiteral(name), QStringLiteral(summary), &lightRun},
 #define EXIF(name, summary, run)                                                                             \
     {QStringLiteral(name), QStringLiteral(summary), nullptr, false, "lumaro-cli-exif"},
 #endif
 #ifndef LUMARO_CLI_HEAVY_SIDE
-#define SPLIT(name, summary, lightRun, heavyRun) {QStringLiteral(name), QStringLiteral(summary), &lightRun},
 #define PAINTING(name, summary, run) {QStringLiteral(name), QStringLiteral(summary), nullptr, true},
 #endif
     static const std::vector<Command> table{

@@ -12,9 +12,9 @@ namespace lumaro::cli {
 
 using RunCommand = int (*)(const QStringList& arguments);
 
-// Returned by a command's light half in `lumaro-cli-light` for work only `lumaro-cli-heavy` can do: main()
-// hands the whole command line over, before anything was done. Never a process exit code.
-constexpr int handOverToHeavy = -1;
+// Returned by a command's light half in `lumaro-cli-light` for work that needs exiv2: main() hands the whole
+// command line over to `lumaro-cli-exif`, before anything was done. Never a process exit code.
+constexpr int handOverToExif = -1;
 
 struct Command
 {
@@ -37,9 +37,9 @@ const std::vector<Command>& commands();
 #define HEAVY(name, summary, run) int run(const QStringList& arguments);
 #define EXIF(name, summary, run) int run(const QStringList& arguments);
 #define PAINTING(name, summary, run) int run(const QStringList& arguments);
-#define SPLIT(name, summary, lightRun, heavyRun)                                                             \
+#define SPLIT(name, summary, lightRun, exifRun)                                                             \
     int lightRun(const QStringList& arguments);                                                              \
-    int heavyRun(const QStringList& arguments);
+    int exifRun(const QStringList& arguments);
 #include "cli/CommandTable.h"
 #undef LIGHT
 #undef HEAVY

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // lumaro-cli tags FILE [--toggle COLOUR]: a picture's tags, and one colour switched on or off. Reading runs
-// in lumaro-cli itself; a toggle also writes the XMP sidecar (exiv2), so it is handed to lumaro-cli-heavy.
+// in lumaro-cli itself; a toggle also writes the XMP sidecar (exiv2), so it is handed to lumaro-cli-exif.
 #include "cli/TagsCommand.h"
 
 #include "cli/CommandLine.h"
@@ -52,7 +52,7 @@ int runTagsWith(const QStringList& arguments, const SidecarColourWriter& writeSi
                 .arg(line.value(QStringLiteral("toggle"))));
 
     if (!color.isEmpty() && !writeSidecar)
-        return handOverToHeavy;
+        return handOverToExif;
 
     platform::FileTagStore& store = platform::XattrTagStore::shared();
     QString error;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// lumaro-cli tags in lumaro-cli-heavy: a toggled colour goes into the XMP sidecar as well.
+// lumaro-cli tags in lumaro-cli-exif: a toggled colour goes into the XMP sidecar as well.
 #include "cli/Commands.h"
 #include "cli/TagsCommand.h"
 

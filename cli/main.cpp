@@ -99,7 +99,7 @@ int main(int argc, char* argv[])
     const QString name = arguments.takeFirst();
     if (command) {
         const int code = command->run(arguments);
-        return code == handOverToHeavy ? handOver("lumaro-cli-heavy", argc, argv) : code;
+        return code == handOverToExif ? handOver("lumaro-cli-exif", argc, argv) : code;
     }
     if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
         printOverview();

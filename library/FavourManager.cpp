@@ -294,7 +294,7 @@ FavourResult FavourManager::setType(const QString& path, std::optional<FavourTyp
             return m_table.setType(given, clean, now, stored);
         });
     if (!type)
-        log(result ? QStringLiteral("✅ 收藏类型已清除") : QStringLiteral("❌ 清除收藏类型失败"));
+        log(QString::fromUtf8(result ? FavouritesSchema::typeClearedLog : FavouritesSchema::typeClearFailedLog));
     return result;
 }
 

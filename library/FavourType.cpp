@@ -5,20 +5,8 @@ namespace lumaro::library {
 
 QString storedText(FavourType type)
 {
-    switch (type) {
-    case FavourType::next: return QStringLiteral("NEXT");
-    case FavourType::sss: return QStringLiteral("SSS");
-    case FavourType::s: return QStringLiteral("S");
-    case FavourType::a: return QStringLiteral("A");
-    case FavourType::heart: return QStringLiteral("heart");
-    case FavourType::diamond: return QStringLiteral("diamond");
-    case FavourType::grass: return QStringLiteral("grass");
-    case FavourType::black: return QStringLiteral("black");
-    case FavourType::hhh: return QStringLiteral("HHH");
-    case FavourType::h: return QStringLiteral("H");
-    case FavourType::nice: return QStringLiteral("NICE");
-    }
-    return {};
+    const std::string_view text = storedTypeText(type);
+    return QString::fromLatin1(text.data(), qsizetype(text.size()));
 }
 
 QString caseName(FavourType type)

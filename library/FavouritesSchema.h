@@ -29,6 +29,9 @@ struct FavouritesSchema
     static constexpr std::string_view openedLog = "✅ 数据库已打开: ";
     static constexpr std::string_view favouritesLogTag = "FavourManager";
     static constexpr std::string_view tableExistsLog = "✅ 收藏表已存在";
+    // After a picture's type was cleared (`fav type none`), or could not be.
+    static constexpr std::string_view typeClearedLog = "✅ 收藏类型已清除";
+    static constexpr std::string_view typeClearFailedLog = "❌ 清除收藏类型失败";
 };
 
 } // namespace lumaro::library

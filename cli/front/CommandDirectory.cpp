@@ -13,7 +13,7 @@ constexpr const char* kExif = "lumaro-cli-exif";
 constexpr const char* kHeavy = "lumaro-cli-heavy";
 
 #define LIGHT(name, summary, run) CommandEntry{name, summary, kLight},
-#define SPLIT(name, summary, lightRun, heavyRun) CommandEntry{name, summary, kLight},
+#define SPLIT(name, summary, lightRun, exifRun) CommandEntry{name, summary, kLight},
 #define EXIF(name, summary, run) CommandEntry{name, summary, kExif},
 #define HEAVY(name, summary, run) CommandEntry{name, summary, kHeavy},
 #define PAINTING(name, summary, run) CommandEntry{name, summary, kHeavy},

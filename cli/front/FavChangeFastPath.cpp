@@ -6,6 +6,7 @@
 #include "cli/front/WriteAll.h"
 
 #include "library/FavourTable.h"
+#include "library/FavourTypeNames.h"
 #include "library/FavouritesSchema.h"
 #include "library/StoreSession.h"
 #include "platform/Clock.h"
@@ -13,6 +14,7 @@
 #include "platform/files/PathKind.h"
 #include "platform/files/XdgHomes.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <iterator>
@@ -28,15 +30,44 @@ using library::FavouritesSchema;
 
 struct Request
 {
-    bool marks = false;
+    enum class Change
+    {
+        favour,
+        unfavour,
+        type
+    };
+    Change change = Change::favour;
+    std::optional<std::string> type; // for Change::type: the stored text, or nullopt to clear the type
     bool quiet = false;
     std::vector<std::string> paths;
+
+    // Whether the pictures become favourites (and so must exist, and may be copied).
+    bool marks() const { return change == Change::favour || (change == Change::type && type); }
 };
+
+bool isNone(std::string_view word)
+{
+    return word.size() == 4 && std::equal(word.begin(), word.end(), "none",
+                                          [](char a, char b) { return (a | 0x20) == b; });
+}
+
+// `fav type TYPE`: a type named in ASCII, or "none"; what else Qt might read as one is left to it.
+bool takeType(std::string_view word, Request& request)
+{
+    if (isNone(word))
+        return true;
+    const auto type = library::favourTypeFromAscii(word);
+    if (!type)
+        return false;
+    request.type = std::string(library::storedTypeText(*type));
+    return true;
+}
 
 std::optional<Request> plainRequest(int count, char* words[])
 {
     Request request;
     std::optional<std::string_view> subcommand;
+    std::optional<std::string_view> typeWord;
     for (int i = 0; i < count; ++i) {
         const std::string_view word = words[i];
         if (word == "-q" || word == "--quiet")
@@ -45,12 +76,21 @@ std::optional<Request> plainRequest(int count, char* words[])
             return std::nullopt; // other options and "--" are lumaro-cli-light's
         else if (!subcommand)
             subcommand = word;
+        else if (subcommand == "type" && !typeWord)
+            typeWord = word;
         else
             request.paths.emplace_back(word);
     }
-    if (request.paths.empty() || (subcommand != "add" && subcommand != "remove"))
+    if (request.paths.empty())
         return std::nullopt;
-    request.marks = subcommand == "add";
+    if (subcommand == "add")
+        request.change = Request::Change::favour;
+    else if (subcommand == "remove")
+        request.change = Request::Change::unfavour;
+    else if (subcommand == "type" && typeWord && takeType(*typeWord, request))
+        request.change = Request::Change::type;
+    else
+        return std::nullopt;
     return request;
 }
 
@@ -80,12 +120,12 @@ bool copyIsSurelyOff()
 std::optional<int> FavChangeFastPath::run(int count, char* words[])
 {
     auto request = plainRequest(count, words);
-    if (!request || (request->marks && !copyIsSurelyOff()))
+    if (!request || (request->marks() && !copyIsSurelyOff()))
         return std::nullopt;
     std::vector<std::string> cleaned;
     for (const std::string& path : request->paths) {
         auto clean = platform::CleanAbsolutePath::of(path);
-        if (!clean || (request->marks && !isMarkable(path)))
+        if (!clean || (request->marks() && !isMarkable(path)))
             return std::nullopt;
         cleaned.push_back(std::move(*clean));
     }
@@ -111,7 +151,13 @@ std::optional<int> FavChangeFastPath::run(int count, char* words[])
     int failed = 0;
     for (size_t i = 0; i < cleaned.size(); ++i) {
         const std::string& path = request->paths[i];
-        const auto changed = table.setFavour(path, cleaned[i], platform::systemSeconds(), request->marks);
+        const double now = platform::systemSeconds();
+        const auto changed = request->change == Request::Change::type
+                                 ? table.setType(path, cleaned[i], now, request->type)
+                                 : table.setFavour(path, cleaned[i], now, request->marks());
+        if (request->change == Request::Change::type && !request->type && !request->quiet)
+            said += logLine(FavouritesSchema::favouritesLogTag,
+                            changed.ok ? FavouritesSchema::typeClearedLog : FavouritesSchema::typeClearFailedLog);
         if (!changed.ok) {
             said += "lumaro-cli fav: could not save: " + path + "\n";
             ++failed;

@@ -29,6 +29,20 @@ int printOverview(int code)
     return code;
 }
 
+// A tag toggle also writes the XMP sidecar, which lumaro-cli-light would hand on to lumaro-cli-exif: it goes
+// there straight away, a Qt start sooner. A toggle with bad usage gets the same words from either.
+bool asksForToggle(int count, char* words[])
+{
+    for (int i = 0; i < count; ++i) {
+        const std::string_view word = words[i];
+        if (word == "--")
+            return false;
+        if (word == "--toggle" || word.starts_with("--toggle="))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -62,6 +76,8 @@ int main(int argc, char* argv[])
     if (command && command->name == "tags") {
         if (const auto code = TagsFastPath::run(argc - 2, argv + 2))
             return *code;
+        if (asksForToggle(argc - 2, argv + 2))
+            return handOverToHelper("lumaro-cli-exif", LUMARO_CLI_HELPER_FROM_BIN, argc, argv);
     }
     // An unknown command too: lumaro-cli-light words the message.
     return handOverToHelper(command ? command->program : "lumaro-cli-light", LUMARO_CLI_HELPER_FROM_BIN, argc,
