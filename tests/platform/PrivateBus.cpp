@@ -13,7 +13,8 @@ PrivateBus::PrivateBus(QString connectionName) : m_connectionName(std::move(conn
     if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
         return;
     m_config.open();
-    m_config.write("<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen>"
+    m_config.write("<busconfig><type>session</type><listen>unix:dir=" + m_socketFolder.path().toUtf8() +
+                   "</listen>"
                    "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
                    "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
     m_config.flush();

@@ -6,6 +6,7 @@
 
 #include <QProcess>
 #include <QString>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
 
 namespace lumaro::testing {
@@ -24,6 +25,7 @@ public:
 
 private:
     QString m_connectionName;
+    QTemporaryDir m_socketFolder; // the bus's socket, gone with the test: a killed daemon cannot remove it
     QTemporaryFile m_config;
     QProcess m_daemon;
     QString m_address;
