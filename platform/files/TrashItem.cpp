@@ -3,6 +3,7 @@
 
 #include "platform/files/RenameWithoutReplacing.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
@@ -16,6 +17,20 @@ namespace lumaro::platform {
 namespace {
 
 constexpr int maxNameAttempts = 1000;
+// The record is the item's name and ".trashinfo", and must fit in a file name (255 bytes).
+constexpr std::string_view recordSuffix = ".trashinfo";
+constexpr size_t longestItemName = 255 - recordSuffix.size();
+// Longer than this, what follows the last dot is no extension worth keeping whole.
+constexpr size_t longestExtension = 32;
+
+// The first `bytes` of `text`, ending between characters: no UTF-8 sequence is cut in two.
+std::string_view startOf(std::string_view text, size_t bytes)
+{
+    size_t end = std::min(bytes, text.size());
+    while (end > 0 && end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+        --end;
+    return text.substr(0, end);
+}
 
 // Creates the record exclusively and writes it whole; false with errno kept (EEXIST: the name is taken).
 bool writeRecordExclusively(const std::string& infoPath, const std::string& content)
@@ -55,13 +70,16 @@ void setError(std::string* error, std::string text)
 
 std::string TrashItem::name(std::string_view fileName, int attempt)
 {
-    if (attempt <= 1)
-        return std::string(fileName);
-    const std::string number = std::to_string(attempt);
     const size_t dot = fileName.rfind('.');
-    if (dot == std::string_view::npos || dot == 0)
-        return std::string(fileName) + '.' + number;
-    return std::string(fileName.substr(0, dot)) + '.' + number + std::string(fileName.substr(dot));
+    const bool hasExtension =
+        dot != std::string_view::npos && dot != 0 && fileName.size() - dot <= longestExtension;
+    const std::string_view stem = hasExtension ? fileName.substr(0, dot) : fileName;
+    const std::string_view extension = hasExtension ? fileName.substr(dot) : std::string_view();
+    const std::string number = attempt <= 1 ? std::string() : '.' + std::to_string(attempt);
+    // A name too long for its record (a long title in Chinese is 3 bytes a character) keeps its start and its
+    // extension; the record's Path keeps the whole name, which is what comes back on a restore.
+    const size_t room = longestItemName - number.size() - extension.size();
+    return std::string(startOf(stem, room)) + number + std::string(extension);
 }
 
 std::string TrashItem::encodedPath(std::string_view path)
@@ -99,7 +117,7 @@ std::optional<TrashItem::Placed> TrashItem::place(const std::string& source, std
 {
     for (int attempt = 1; attempt <= maxNameAttempts; ++attempt) {
         const std::string itemName = name(fileName, attempt);
-        const std::string infoPath = trashDir + "/info/" + itemName + ".trashinfo";
+        const std::string infoPath = trashDir + "/info/" + itemName + std::string(recordSuffix);
         if (!writeRecordExclusively(infoPath, record)) {
             if (errno == EEXIST)
                 continue;

@@ -14,7 +14,8 @@ class TrashItem
 {
 public:
     // The name a trash gives the `attempt`-th item called `name`: "IMG_1.jpg", then "IMG_1.2.jpg",
-    // "IMG_1.3.jpg", … (GLib's numbering, which the desktop's file managers read).
+    // "IMG_1.3.jpg", … (GLib's numbering, which the desktop's file managers read). A name whose record would
+    // not fit in a file name is cut short between characters, its extension kept.
     static std::string name(std::string_view fileName, int attempt);
 
     // The Path value of a record: percent-encoded byte by byte, "/" and the unreserved characters kept.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/FreedesktopTrash.h"
 #include "platform/TrashRestorer.h"
+#include "platform/files/FileNameCodec.h"
+#include "platform/files/Utf8Sequence.h"
 
 #include "tests/support/TempFolder.h"
 
@@ -65,6 +67,14 @@ class TrashedNames : public ::testing::TestWithParam<const char*>
 {
 };
 
+std::string repeated(const std::string& text, int times)
+{
+    std::string all;
+    for (int i = 0; i < times; ++i)
+        all += text;
+    return all;
+}
+
 } // namespace
 
 TEST_P(TrashedNames, RoundTripThroughTheTrashInfoPath)
@@ -124,6 +134,46 @@ TEST(FreedesktopTrash, AClashingNameGetsAFreeOneAndNothingIsReplaced)
     ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
     EXPECT_EQ(kept.readAll(), QByteArrayLiteral("first"));
 }
+
+// A name whose record ("NAME.trashinfo") would pass the 255 bytes of a file name: a long title in Chinese (3
+// bytes a character), a long ASCII one, one whose last dot starts no extension. Two of each, from two folders:
+// each goes in under a shortened name cut between characters, its extension kept, and is found again and put
+// back under its whole name.
+class LongTrashedNames : public ::testing::TestWithParam<std::string>
+{
+};
+
+TEST_P(LongTrashedNames, GoInUnderAShortenedNameAndComeBackWhole)
+{
+    TempFolder folder;
+    const QString name = QString::fromStdString(GetParam());
+    const QString extension = QFileInfo(name).suffix().size() <= 31 ? QFileInfo(name).suffix() : QString();
+    FreedesktopTrash trash;
+    for (const QString& shoot : {QStringLiteral("day 1"), QStringLiteral("day 2")}) {
+        const QString path = folder.write(shoot + QLatin1Char('/') + name, shoot.toUtf8());
+        QString error;
+        const auto item = trash.moveToTrash(path, &error);
+        ASSERT_TRUE(item) << qPrintable(error);
+        const QByteArray itemName = FileNameCodec::encode(QFileInfo(item->trashedPath).fileName());
+        EXPECT_LE(itemName.size() + qsizetype(sizeof(".trashinfo") - 1), 255);
+        EXPECT_TRUE(isValidUtf8(itemName.toStdString())) << "a character was cut in two";
+        if (!extension.isEmpty())
+            EXPECT_TRUE(QString::fromUtf8(itemName).endsWith(QLatin1Char('.') + extension)) << itemName.constData();
+
+        const auto found = TrashRestorer().findByOriginalPath(path);
+        ASSERT_EQ(found.size(), 1);
+        EXPECT_EQ(found.constFirst().trashedPath, item->trashedPath);
+        const RenameResult back = TrashRestorer().putBack(item->trashedPath, path);
+        ASSERT_TRUE(back.ok) << qPrintable(back.error);
+        EXPECT_EQ(folder.read(shoot + QLatin1Char('/') + name), shoot.toUtf8());
+        ASSERT_TRUE(trash.moveToTrash(path, &error)) << qPrintable(error); // for the second to clash with
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(FreedesktopTrash, LongTrashedNames,
+                         ::testing::Values(repeated("长", 82) + ".jpg", std::string(247, 'a') + ".JPG",
+                                           "x." + std::string(240, 'y'), repeated("长", 81) + "é.jpeg"),
+                         [](const auto& info) { return std::to_string(info.index); });
 
 TEST(FreedesktopTrash, AnOrphanInFilesIsNeverOverwritten)
 {
