@@ -9,10 +9,8 @@
 #include "platform/files/CleanAbsolutePath.h"
 #include "platform/files/PathKind.h"
 #include "platform/files/TrashItem.h"
-#include "platform/files/Utf8Sequence.h"
 #include "platform/files/XdgHomes.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -59,21 +57,6 @@ std::optional<Request> plainRequest(int count, char* words[])
     return request;
 }
 
-// No empty, "." or ".." part and no trailing slash: the file's name is its last part, and its absolute form
-// is the working folder joined to it, as Qt would have it.
-bool isTidy(std::string_view path)
-{
-    size_t start = path.front() == '/' ? 1 : 0;
-    while (start <= path.size()) {
-        const size_t slash = std::min(path.find('/', start), path.size());
-        const std::string_view part = path.substr(start, slash - start);
-        if (part.empty() || part == "." || part == "..")
-            return false;
-        start = slash + 1;
-    }
-    return true;
-}
-
 // Whether a sidecar FileDeleteService might take along is there; which ones it takes is its to decide.
 bool hasSidecarBeside(const std::string& absolute, std::string_view name)
 {
@@ -110,7 +93,9 @@ std::optional<std::vector<Plan>> planOf(const Request& request, std::uint64_t tr
     std::vector<Plan> plans;
     std::set<std::string> seen;
     for (const std::string& path : request.paths) {
-        if (!platform::isValidUtf8(path) || !isTidy(path))
+        // Tidy, the file's name is its last part and its absolute form the working folder joined to it, as Qt
+        // has them.
+        if (!platform::CleanAbsolutePath::isTidy(path))
             return std::nullopt;
         auto absolute = platform::CleanAbsolutePath::of(path);
         if (!absolute || !seen.insert(*absolute).second ||

@@ -57,4 +57,18 @@ std::optional<std::string> CleanAbsolutePath::of(std::string_view path)
     return cleaned.empty() ? std::string("/") : cleaned;
 }
 
+bool CleanAbsolutePath::isTidy(std::string_view path)
+{
+    if (path.empty() || !isValidUtf8(path))
+        return false;
+    for (size_t start = path.front() == '/' ? 1 : 0; start <= path.size();) {
+        const size_t end = std::min(path.find('/', start), path.size());
+        const std::string_view part = path.substr(start, end - start);
+        if (part.empty() || part == "." || part == "..")
+            return false;
+        start = end + 1;
+    }
+    return true;
+}
+
 } // namespace lumaro::platform

@@ -16,6 +16,9 @@ public:
     // nullopt for an empty path, one that climbs above "/", or bytes that are not UTF-8 (in the path or the
     // working folder): forms Qt reads its own way, left to the Qt programs.
     static std::optional<std::string> of(std::string_view path);
+    // Already in that form but for the working folder: UTF-8, not empty, no empty, "." or ".." part, no
+    // trailing slash (a leading one is fine). Qt takes such a path as it is.
+    static bool isTidy(std::string_view path);
 };
 
 } // namespace lumaro::platform

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/files/XdgHomes.h"
 
-#include "platform/files/Utf8Sequence.h"
+#include "platform/files/CleanAbsolutePath.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 namespace lumaro::platform {
@@ -12,16 +11,7 @@ namespace {
 
 bool isPlainAbsolute(std::string_view path)
 {
-    if (path.size() < 2 || path.front() != '/' || path.back() == '/' || !isValidUtf8(path))
-        return false;
-    for (size_t start = 1; start <= path.size();) {
-        const size_t end = std::min(path.find('/', start), path.size());
-        const std::string_view part = path.substr(start, end - start);
-        if (part.empty() || part == "." || part == "..")
-            return false;
-        start = end + 1;
-    }
-    return true;
+    return path.size() >= 2 && path.front() == '/' && CleanAbsolutePath::isTidy(path);
 }
 
 } // namespace

@@ -54,6 +54,13 @@ TEST_P(CleanAbsolutePaths, AnswerAsQtCleansThePathOrNotAtAll)
         EXPECT_EQ(QString::fromStdString(*cleaned),
                   QDir::cleanPath(QFileInfo(QString::fromUtf8(GetParam().path)).absoluteFilePath()));
     }
+    // A tidy path needs no cleaning: its clean form is the working folder joined to it, its last part the name.
+    if (CleanAbsolutePath::isTidy(GetParam().path)) {
+        const QString path = QString::fromUtf8(GetParam().path);
+        ASSERT_TRUE(cleaned);
+        EXPECT_EQ(QString::fromStdString(*cleaned),
+                  path.startsWith(QLatin1Char('/')) ? path : QDir::currentPath() + QLatin1Char('/') + path);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(
