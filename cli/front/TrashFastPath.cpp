@@ -2,6 +2,7 @@
 #include "cli/front/TrashFastPath.h"
 
 #include "cli/ExitCode.h"
+#include "cli/front/JsonText.h"
 #include "cli/front/LineEscape.h"
 #include "cli/front/WriteAll.h"
 
@@ -30,6 +31,7 @@ using Clock = std::chrono::steady_clock;
 struct Request
 {
     bool quiet = false;
+    bool json = false;
     std::vector<std::string> paths;
 };
 
@@ -47,8 +49,10 @@ std::optional<Request> plainRequest(int count, char* words[])
         const std::string_view word = words[i];
         if (word == "-q" || word == "--quiet")
             request.quiet = true;
+        else if (word == "--json")
+            request.json = true;
         else if (word.empty() || word.front() == '-')
-            return std::nullopt; // --json, --restore, --help and "--" are lumaro-cli-light's
+            return std::nullopt; // --restore, --help and "--" are lumaro-cli-light's
         else
             request.paths.emplace_back(word);
     }
@@ -152,13 +156,22 @@ std::optional<int> TrashFastPath::run(int count, char* words[])
                    : logLine(Words::tag, std::string(Words::failure) + error));
         log(perfLine(Words::stepTrash, step));
         log(perfLine(Words::stepTotal, started));
-        if (placed) {
-            out += escapedLineBytes(plan.given) + " -> " + escapedLineBytes(placed->trashedPath) + "\n";
-        } else {
+        if (!placed) {
             ++failed;
             said += "lumaro-cli trash: " + escapedLineBytes(plan.given) + ": " + error + "\n";
         }
+        if (request->json) {
+            // Keys in QJsonObject's order: sorted.
+            out += (out.empty() ? "[" : ",") +
+                   (placed ? "{\"file\":" + jsonString(plan.given) + ",\"trashedPath\":" +
+                                 jsonString(placed->trashedPath) + "}"
+                           : "{\"error\":" + jsonString(error) + ",\"file\":" + jsonString(plan.given) + "}");
+        } else if (placed) {
+            out += escapedLineBytes(plan.given) + " -> " + escapedLineBytes(placed->trashedPath) + "\n";
+        }
     }
+    if (request->json)
+        out += "]\n";
     writeAll(stderr, said);
     writeAll(stdout, out);
     return failed == 0 ? exitOk : exitPartial;

@@ -47,7 +47,8 @@ protected:
         QDir().mkpath(pictures.path());
         QDir(trash).removeRecursively();
         for (const char* name : {"a.jpg", "b c.jpg", "sub/d.jpg", "noext", ".hidden", "IMG_1.CR2",
-                                 "IMG_1.xmp", "new\nline.jpg", "été #1%.jpg"})
+                                 "IMG_1.xmp", "new\nline.jpg", "été #1%.jpg", "q\"\\ uote\ttab.jpg",
+                                 "ctl\x01é.jpg"})
             pictures.write(QString::fromUtf8(name), QByteArray("bytes of ") + name);
         QFile::link(pictures.filePath(QStringLiteral("a.jpg")),
                     pictures.filePath(QStringLiteral("link.jpg")));
@@ -152,7 +153,9 @@ INSTANTIATE_TEST_SUITE_P(
                       TrashCase{"link", {"%1/link.jpg"}, false, {}, true, false},
                       TrashCase{"withSidecar", {"%1/IMG_1.CR2"}, false, {}, true, false},
                       TrashCase{"theSidecarItself", {"%1/IMG_1.xmp"}, false, {}, true, false},
-                      TrashCase{"json", {"--json", "%1/a.jpg"}, false, {}, true, false},
+                      TrashCase{"json", {"--json", "%1/a.jpg", "%1/b c.jpg"}, false, {"a.jpg"}, true, true},
+        TrashCase{"jsonOddNames", {"-q", "%1/q\"\\ uote\ttab.jpg", "--json", "%1/ctl\x01é.jpg", "%1/new\nline.jpg"},
+                  false, {}, true, true},
                       TrashCase{"restore", {"--restore", "%1/a.jpg"}, false, {"a.jpg"}, true, false},
                       TrashCase{"untidyPath", {"%1/sub/../a.jpg"}, false, {}, true, false},
                       TrashCase{"sameFileTwice", {"%1/a.jpg", "a.jpg"}, true, {}, true, false},
