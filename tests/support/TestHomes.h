@@ -17,7 +17,10 @@ void pointHomesAt(const QString& root);
 template<typename App>
 int runTestsIn(int argc, char** argv)
 {
-    QTemporaryDir homes;
+    // Static, and made before anything else static: the shared settings and stores, made later, are destroyed
+    // before it, so what they write as the process ends lands in the homes before these go. A local one went
+    // first, and the settings written after it made its path again, left in /tmp by every test program.
+    static QTemporaryDir homes;
     if (!homes.isValid())
         return 3;
     pointHomesAt(homes.path());
