@@ -68,7 +68,10 @@ TEST_F(KeyringAccounts, ASecretGoesToTheKeyringAndReachesRcloneOnlyThroughItsEnv
     const QString obscured = environment.value(QStringLiteral("RCLONE_CONFIG_MY_DAV_PASS"));
     ASSERT_FALSE(obscured.isEmpty());
     EXPECT_NE(obscured, secret);
-    EXPECT_EQ(QString::fromUtf8(rclone.run({QStringLiteral("reveal"), obscured}).output).trimmed(), secret);
+    const lumaro::platform::RcloneResult revealed = rclone.run({QStringLiteral("reveal"), obscured});
+    EXPECT_EQ(QString::fromUtf8(revealed.output).trimmed(), secret)
+        << "rclone reveal: started " << revealed.started << ", exit " << revealed.exitCode << ", "
+        << revealed.errors.join(QStringLiteral("; ")).toStdString();
 
     EXPECT_FALSE(anyFileUnderContains(lumaro::platform::AppPaths::dataDir(), secret.toUtf8()));
     EXPECT_FALSE(anyFileUnderContains(lumaro::platform::AppPaths::configDir(), secret.toUtf8()));
