@@ -9,6 +9,7 @@
 #include "browse/trash/DeleteLogText.h"
 #include "platform/files/CleanAbsolutePath.h"
 #include "platform/files/PathKind.h"
+#include "platform/files/SidecarNames.h"
 #include "platform/files/TrashItem.h"
 #include "platform/files/XdgHomes.h"
 
@@ -62,15 +63,9 @@ std::optional<Request> plainRequest(int count, char* words[])
 }
 
 // Whether a sidecar FileDeleteService might take along is there; which ones it takes is its to decide.
-bool hasSidecarBeside(const std::string& absolute, std::string_view name)
+bool hasSidecarBeside(const std::string& absolute)
 {
-    std::vector<std::string> candidates{absolute + ".xmp", absolute + ".XMP"};
-    if (const size_t dot = name.rfind('.'); dot != std::string_view::npos) {
-        const std::string stem = absolute.substr(0, absolute.size() - (name.size() - dot));
-        candidates.push_back(stem + ".xmp");
-        candidates.push_back(stem + ".XMP");
-    }
-    for (const std::string& candidate : candidates) {
+    for (const std::string& candidate : platform::sidecarCandidates(absolute)) {
         if (platform::PathKind::exists(candidate.c_str()))
             return true;
     }
@@ -109,7 +104,7 @@ std::optional<std::vector<Plan>> planOf(const Request& request, std::uint64_t tr
         const std::string folder = slash == 0 ? std::string("/") : absolute->substr(0, slash);
         std::string name = absolute->substr(slash + 1);
         if (!platform::PathKind::canList(folder.c_str()) ||
-            platform::PathKind::deviceOf(folder.c_str()) != trashDevice || hasSidecarBeside(*absolute, name))
+            platform::PathKind::deviceOf(folder.c_str()) != trashDevice || hasSidecarBeside(*absolute))
             return std::nullopt;
         plans.push_back({path, std::move(*absolute), std::move(name)});
     }

@@ -6,6 +6,7 @@
 #include "platform/DirectoryLister.h"
 #include "platform/FileCopier.h"
 #include "platform/files/FileNameCodec.h"
+#include "platform/files/SidecarNames.h"
 
 namespace lumaro::platform {
 
@@ -20,14 +21,11 @@ QString XmpSidecar::pathFor(const QString& picture, SidecarNaming naming)
 
 QStringList XmpSidecar::existingPaths(const QString& picture)
 {
-    QStringList candidates{picture + QStringLiteral(".xmp"), picture + QStringLiteral(".XMP")};
-    const QString stem = pathFor(picture, SidecarNaming::stem);
-    if (stem != candidates.constFirst())
-        candidates << stem << stem.chopped(4) + QStringLiteral(".XMP");
     QStringList found;
-    for (const QString& candidate : candidates) {
-        if (FileNameCodec::isFile(candidate))
-            found << candidate;
+    for (const std::string& candidate : sidecarCandidates(FileNameCodec::encode(picture).toStdString())) {
+        const QString path = FileNameCodec::decode(QByteArray::fromStdString(candidate));
+        if (FileNameCodec::isFile(path))
+            found << path;
     }
     return found;
 }

@@ -62,6 +62,14 @@ CliResult runProgram(const QString& program, const QStringList& arguments, const
     return result;
 }
 
+void expectHandedOverToLight(const CliResult& front)
+{
+    EXPECT_EQ(front.exitCode, 2);
+    EXPECT_TRUE(front.errText().contains(QStringLiteral("cannot start lumaro-cli-light")))
+        << front.errText().toStdString();
+    EXPECT_TRUE(front.out.isEmpty());
+}
+
 bool runningAsRoot()
 {
     return ::geteuid() == 0;
