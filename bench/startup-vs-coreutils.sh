@@ -3,10 +3,11 @@
 # Start-up of the short lumaro-cli commands against the smallest tool that does the same job, each pair measured
 # in one run, interleaved (warm runs, medians, bench/side_by_side.py): --help and list of 1,000 files vs ls, tags
 # vs getfattr, fav list (empty store), fav add (quiet and with its log lines) and fav remove of one picture vs
-# the sqlite3 shell, trash vs gio trash, fav --help and trash --help vs ls: all answered by the front end.
-# Then the short commands still run by lumaro-cli-light (Qt Core): a tag toggle vs setfattr, fav type vs the
-# sqlite3 shell, and trash --json (a file to the Trash, the result as JSON) vs gio trash; and
-# index --help-all, for the price of handing over to lumaro-cli-heavy.
+# the sqlite3 shell, fav type vs the sqlite3 shell, trash and trash --json vs gio trash, fav --help and
+# trash --help vs ls: all answered by the front end. A tag toggle (tags and XMP sidecar) vs setfattr, in
+# lumaro-cli-xmp (exiv2, no Qt). Then the short forms still run by lumaro-cli-light (Qt Core): trash --restore
+# of one file, fav audit and fav list --json, against ls for their start alone (sqlite3 -json for the list);
+# and index --help-all, for the price of handing over to lumaro-cli-heavy.
 set -euo pipefail
 build=${1:-build/release}
 here=$(cd "$(dirname "$0")" && pwd)
@@ -38,6 +39,9 @@ pairs=(
   "tags toggle|$cli tags --quiet $work/tagged.jpg --toggle red|setfattr -n user.xdg.tags -v red $work/tagged.jpg"
   "fav type|$cli fav type sss --quiet $work/tagged.jpg|sqlite3 $db \"UPDATE favourites SET favour_type = 'SSS', updated_at = unixepoch() WHERE file_path = '$work/tagged.jpg';\""
   "trash --json|$cli trash --json --quiet $work/trashed/f|gio trash $work/trashed/f"
+  "trash --restore|$cli trash --restore --quiet $work/trashed/f|ls $work"
+  "fav audit|$cli fav audit --quiet|ls $work"
+  "fav list --json|$cli fav list --json --quiet|sqlite3 -json $db 'SELECT file_path FROM favourites WHERE is_favour = 1 ORDER BY updated_at DESC;'"
   "index --help-all|$cli index --help-all|ls $work"
 )
 echo "load: $(cut -d' ' -f1-3 /proc/loadavg), runs: $runs (medians, interleaved)"
@@ -47,5 +51,6 @@ for pair in "${pairs[@]}"; do
   command -v "${peer%% *}" > /dev/null || { printf '%-14s (peer %s not installed)\n' "$name" "${peer%% *}"; continue; }
   prepare=""
   [[ $name == trash* ]] && prepare="touch $work/trashed/f"
+  [[ $name == "trash --restore" ]] && prepare="sh -c 'rm -f $work/trashed/f; touch $work/trashed/f; $cli trash --quiet $work/trashed/f'"
   python3 "$here/side_by_side.py" "$name" "$runs" "$ours" "$peer" "$prepare"
 done

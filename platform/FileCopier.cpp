@@ -2,6 +2,7 @@
 #include "platform/FileCopier.h"
 
 #include "platform/files/FileNameCodec.h"
+#include "platform/files/FileRewrite.h"
 #include "platform/files/RenameWithoutReplacing.h"
 
 #include <QDir>
@@ -16,7 +17,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace lumaro::platform {
@@ -247,31 +247,8 @@ int FileCopier::removePartialCopies(const QString& folder)
 
 bool FileCopier::copyUserAttributes(const QString& source, const QString& destination)
 {
-    const QByteArray from = FileNameCodec::encode(source);
-    const QByteArray to = FileNameCodec::encode(destination);
-    const ssize_t listSize = ::listxattr(from.constData(), nullptr, 0);
-    if (listSize <= 0)
-        return true; // none, or a file system without them: nothing to carry
-    QByteArray names(listSize, '\0');
-    const ssize_t got = ::listxattr(from.constData(), names.data(), size_t(names.size()));
-    if (got < 0)
-        return false;
-    bool allCopied = true;
-    for (const QByteArray& attribute : names.left(got).split('\0')) {
-        if (!attribute.startsWith("user."))
-            continue;
-        const ssize_t valueSize = ::getxattr(from.constData(), attribute.constData(), nullptr, 0);
-        if (valueSize < 0) {
-            allCopied = false;
-            continue;
-        }
-        QByteArray value(valueSize, '\0');
-        if (::getxattr(from.constData(), attribute.constData(), value.data(), size_t(value.size())) < 0 ||
-            ::setxattr(to.constData(), attribute.constData(), value.constData(), size_t(value.size()), 0) !=
-                0)
-            allCopied = false;
-    }
-    return allCopied;
+    return FileRewrite::copyUserAttributes(FileNameCodec::encode(source).constData(),
+                                           FileNameCodec::encode(destination).constData());
 }
 
 } // namespace lumaro::platform

@@ -2,7 +2,7 @@
 // lumaro-cli COMMAND [options]: the front end, without Qt. It answers --help, `COMMAND --help`, a plain `list`, `fav list`,
 // `fav add`, `fav remove`, `tags FILE` and a plain `trash FILE...` itself, in a few milliseconds, and hands
 // every other command line over by exec, byte for byte, to the program that runs it (cli/CommandTable.h):
-// lumaro-cli-light (Qt Core, SQLite), lumaro-cli-exif or lumaro-cli-heavy. Loading Qt Core and the ICU, GLib
+// lumaro-cli-light (Qt Core, SQLite), lumaro-cli-xmp, lumaro-cli-exif or lumaro-cli-heavy. Loading Qt Core and the ICU, GLib
 // and PCRE libraries it needs costs more than listing a folder of 1,000 pictures.
 #include "cli/ExitCode.h"
 #include "cli/front/CommandDirectory.h"
@@ -29,8 +29,8 @@ int printOverview(int code)
     return code;
 }
 
-// A tag toggle also writes the XMP sidecar, which lumaro-cli-light would hand on to lumaro-cli-exif: it goes
-// there straight away, a Qt start sooner. A toggle with bad usage gets the same words from either.
+// A tag toggle also writes the XMP sidecar (exiv2), which this program cannot link statically: it goes to
+// lumaro-cli-xmp, which hands whatever it does not do plainly on to lumaro-cli-exif.
 bool asksForToggle(int count, char* words[])
 {
     for (int i = 0; i < count; ++i) {
@@ -77,7 +77,7 @@ int main(int argc, char* argv[])
         if (const auto code = TagsFastPath::run(argc - 2, argv + 2))
             return *code;
         if (asksForToggle(argc - 2, argv + 2))
-            return handOverToHelper("lumaro-cli-exif", LUMARO_CLI_HELPER_FROM_BIN, argc, argv);
+            return handOverToHelper("lumaro-cli-xmp", LUMARO_CLI_HELPER_FROM_BIN, argc, argv);
     }
     // An unknown command too: lumaro-cli-light words the message.
     return handOverToHelper(command ? command->program : "lumaro-cli-light", LUMARO_CLI_HELPER_FROM_BIN, argc,

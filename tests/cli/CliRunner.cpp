@@ -62,10 +62,10 @@ CliResult runProgram(const QString& program, const QStringList& arguments, const
     return result;
 }
 
-void expectHandedOverToLight(const CliResult& front)
+void expectHandedOver(const CliResult& front, const QString& helper)
 {
     EXPECT_EQ(front.exitCode, 2);
-    EXPECT_TRUE(front.errText().contains(QStringLiteral("cannot start lumaro-cli-light")))
+    EXPECT_TRUE(front.errText().contains(QStringLiteral("cannot start ") + helper))
         << front.errText().toStdString();
     EXPECT_TRUE(front.out.isEmpty());
 }

@@ -27,9 +27,9 @@ CliResult runProgram(const QString& program, const QStringList& arguments, const
 // print the same bytes: what lumaro-cli answers itself must read as lumaro-cli-light's answer. Returns
 // lumaro-cli's result.
 CliResult runFrontAndLight(const QStringList& arguments);
-// Fails the test unless a lone copy of lumaro-cli (no helper beside it) handed the command over before
-// printing anything: it could not start lumaro-cli-light, and says so.
-void expectHandedOverToLight(const CliResult& front);
+// Fails the test unless a lone copy of lumaro-cli or a helper (no program beside it) handed the command over
+// before printing anything: it could not start `helper`, and says so.
+void expectHandedOver(const CliResult& front, const QString& helper = QStringLiteral("lumaro-cli-light"));
 
 bool runningAsRoot();
 

@@ -69,6 +69,18 @@ TEST(LightCommands, LumaroCliExifLoadsExiv2ButNoDecoderOrAnalysisLibrary)
     }
 }
 
+// A tag toggle pays for exiv2 and the C++ library only: Qt Core alone would triple its start.
+TEST(LightCommands, LumaroCliXmpLoadsExiv2ButNotQt)
+{
+    const QStringList needed = neededLibraries(QStringLiteral(LUMARO_CLI_XMP_PATH));
+    ASSERT_TRUE(needed.contains(QStringLiteral("libexiv2.so.27")))
+        << "readelf gave: " << needed.join(QLatin1Char(' ')).toStdString();
+    for (const char* slow : {"libQt6", "libicu", "libglib", "libsqlite3", "libopencv", "libraw", "libheif"}) {
+        for (const QString& library : needed)
+            EXPECT_FALSE(library.startsWith(QLatin1String(slow))) << library.toStdString();
+    }
+}
+
 TEST(LightCommands, HeavyCommandIsHandedOverWithItsArgumentsAndExitCode)
 {
     const auto result =
@@ -79,8 +91,8 @@ TEST(LightCommands, HeavyCommandIsHandedOverWithItsArgumentsAndExitCode)
         << result.errText().toStdString();
 }
 
-// lumaro-cli and lumaro-cli-light without lumaro-cli-heavy anywhere they look: reading tags must not need it,
-// a toggle (which writes the XMP sidecar) must, and must change nothing when it cannot be started.
+// lumaro-cli and lumaro-cli-light without the exiv2 programs anywhere they look: reading tags must not need them,
+// a toggle (which writes the XMP sidecar) must, and must change nothing when none can be started.
 TEST(LightCommands, TagsAreReadWithoutTheHelperAndAToggleIsHandedOver)
 {
     lumaro::testing::TempFolder space;
@@ -105,13 +117,16 @@ TEST(LightCommands, TagsAreReadWithoutTheHelperAndAToggleIsHandedOver)
     EXPECT_EQ(readCode, 0) << read.toStdString();
     EXPECT_EQ(read.trimmed(), QStringLiteral("red"));
 
-    // The toggle writes the sidecar with exiv2: lumaro-cli-exif's, whether asked of the front end or of
-    // lumaro-cli-light, and nothing is changed by the program handing it over.
-    for (const QString& program : {alone, space.filePath(QStringLiteral("bin/lumaro-cli-light"))}) {
+    // The toggle writes the sidecar with exiv2: lumaro-cli-xmp's when asked of the front end, lumaro-cli-exif's
+    // when asked of lumaro-cli-light, and nothing is changed by the program handing it over.
+    const std::pair<QString, QString> handOvers[] = {
+        {alone, QStringLiteral("lumaro-cli-xmp")},
+        {space.filePath(QStringLiteral("bin/lumaro-cli-light")), QStringLiteral("lumaro-cli-exif")}};
+    for (const auto& [program, helper] : handOvers) {
         const auto [toggleCode, toggled] =
             run({QStringLiteral("tags"), picture, QStringLiteral("--toggle"), QStringLiteral("blue")}, program);
         EXPECT_EQ(toggleCode, 2) << toggled.toStdString();
-        EXPECT_TRUE(toggled.contains(QLatin1String("cannot start lumaro-cli-exif"))) << toggled.toStdString();
+        EXPECT_TRUE(toggled.contains(QStringLiteral("cannot start ") + helper)) << toggled.toStdString();
         EXPECT_EQ(lumaro::platform::XattrTagStore::shared().tags(picture, &error),
                   QStringList{QStringLiteral("red")});
         EXPECT_FALSE(space.exists(QStringLiteral("IMG_1.xmp")));

@@ -122,7 +122,7 @@ TEST_P(TrashFrontEnd, AnswersAsTheLightProgramOrHandsOverHavingDoneNothing)
     prepare();
     const CliResult light = run(QStringLiteral(LUMARO_CLI_LIGHT_PATH));
     if (!GetParam().answeredAlone) {
-        expectHandedOverToLight(front);
+        expectHandedOver(front);
         EXPECT_EQ(frontState, before);
         return;
     }

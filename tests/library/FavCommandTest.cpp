@@ -401,7 +401,7 @@ TEST_P(FavChangeFrontEnd, AnswersAsTheLightProgramOrHandsOverHavingDoneNothing)
     prepare();
     const CliResult light = run(QStringLiteral(LUMARO_CLI_LIGHT_PATH));
     if (!GetParam().answeredAlone) {
-        expectHandedOverToLight(front);
+        expectHandedOver(front);
         EXPECT_EQ(frontRows, before);
         return;
     }

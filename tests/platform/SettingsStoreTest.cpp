@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/AppPaths.h"
 #include "platform/QSettingsStore.h"
+#include "platform/files/SettingsFileValue.h"
 
 #include "tests/support/TempFolder.h"
 
 #include <QFileInfo>
+#include <QSettings>
 
 #include <gtest/gtest.h>
 
@@ -67,3 +69,68 @@ TEST(QSettingsStore, SharedStoreWritesUnderTheConfigHome)
     QSettingsStore::shared().sync();
     EXPECT_TRUE(QFileInfo::exists(AppPaths::configDir() + QStringLiteral("/lumaro.conf")));
 }
+
+// The Qt-free reading of one setting must never give a value QSettings would not: for what QSettings itself
+// writes, it gives the same text or admits it cannot tell.
+class SettingsFileValueAgainstQSettings : public ::testing::TestWithParam<QString>
+{
+};
+
+TEST_P(SettingsFileValueAgainstQSettings, GivesQSettingsValueOrSaysItCannotTell)
+{
+    TempFolder folder;
+    const QString file = folder.filePath(QStringLiteral("lumaro.conf"));
+    {
+        QSettingsStore store(file);
+        store.setString(QStringLiteral("LMR_Before"), QStringLiteral("x"));
+        store.setString(QStringLiteral("LMR_SidecarNaming"), GetParam());
+        store.setBytes(QStringLiteral("LMR_Bytes"), QByteArray("\x00naming=picture\n", 16));
+        QSettings(file, QSettings::IniFormat).setValue(QStringLiteral("Window/LMR_SidecarNaming"), 3);
+    }
+    const auto found = SettingsFileValue::read(file.toStdString(), "LMR_SidecarNaming");
+    const bool plainlyWritten = GetParam() == QLatin1String("stem") || GetParam() == QLatin1String("picture");
+    if (found.found == SettingsFileValue::Found::unclear && !plainlyWritten)
+        return;
+    ASSERT_EQ(found.found, SettingsFileValue::Found::plain);
+    EXPECT_EQ(QString::fromStdString(found.text), QSettingsStore(file).string(QStringLiteral("LMR_SidecarNaming")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, SettingsFileValueAgainstQSettings,
+                         ::testing::Values(QStringLiteral("stem"), QStringLiteral("picture"), QString(),
+                                           QStringLiteral(" stem"), QStringLiteral("stem, picture"),
+                                           QStringLiteral("a;b"), QStringLiteral("\"stem\""),
+                                           QStringLiteral("照片 #1"), QStringLiteral("@Variant(x)"),
+                                           QStringLiteral("back\\slash"), QStringLiteral("tab\there")));
+
+struct SettingsText
+{
+    const char* name;
+    const char* contents;
+    SettingsFileValue::Found found;
+    const char* text;
+};
+
+class SettingsFileValueParsing : public ::testing::TestWithParam<SettingsText>
+{
+};
+
+TEST_P(SettingsFileValueParsing, ReadsOnlyThePlainForms)
+{
+    const auto value = SettingsFileValue::parse(GetParam().contents, "LMR_SidecarNaming");
+    EXPECT_EQ(value.found, GetParam().found);
+    EXPECT_EQ(value.text, GetParam().text);
+}
+
+using Found = SettingsFileValue::Found;
+INSTANTIATE_TEST_SUITE_P(
+    Cases, SettingsFileValueParsing,
+    ::testing::Values(SettingsText{"general", "[General]\nLMR_SidecarNaming=stem\n", Found::plain, "stem"},
+                      SettingsText{"beforeAnySection", "LMR_SidecarNaming = stem \r\n[Window]\nx=1\n", Found::plain, "stem"},
+                      SettingsText{"otherSectionOnly", "[Window]\nLMR_SidecarNaming=stem\n", Found::absent, ""},
+                      SettingsText{"empty", "", Found::absent, ""},
+                      SettingsText{"writtenTwice", "[General]\nLMR_SidecarNaming=stem\nLMR_SidecarNaming=picture\n", Found::unclear, ""},
+                      SettingsText{"continued", "[General]\nLMR_Other=a\\\nLMR_SidecarNaming=stem\n", Found::unclear, ""},
+                      SettingsText{"longerKey", "[General]\nLMR_SidecarNamingOld=stem\n", Found::unclear, ""},
+                      SettingsText{"quoted", "[General]\nLMR_SidecarNaming=\"stem\"\n", Found::unclear, ""},
+                      SettingsText{"commented", "[General]\nLMR_SidecarNaming=stem ; was picture\n", Found::unclear, ""}),
+    [](const auto& info) { return std::string(info.param.name); });
