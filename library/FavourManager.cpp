@@ -171,7 +171,7 @@ bool FavourManager::loadAll()
 
 std::optional<QList<FavourRecord>> FavourManager::favourites()
 {
-    return select("WHERE is_favour = 1 ORDER BY updated_at DESC;");
+    return select(FavouritesSchema::favouritesClause);
 }
 
 bool FavourManager::forEachFavouritePath(const std::function<void(const QString& path)>& path)
@@ -190,12 +190,11 @@ FavourResult FavourManager::find(const QString& path)
 
 std::optional<int> FavourManager::audit()
 {
-    const auto rows = m_dbManager.query(QStringLiteral("SELECT COUNT(*) FROM ") + m_tableName
-                                        + QStringLiteral(" WHERE file_path IS NULL OR file_path = '';"));
+    const auto rows = m_dbManager.query(QString::fromUtf8(FavouritesSchema::emptyPathCountQuery));
     if (!rows || rows->isEmpty())
         return std::nullopt;
     const int count = rows->constFirst().value(QStringLiteral("COUNT(*)")).toInt();
-    log(QStringLiteral("📊 %1 条无效收藏记录（file_path 为空）").arg(count));
+    log(QString::fromStdString(FavouritesSchema::emptyPathCountLog(count)));
     return count;
 }
 

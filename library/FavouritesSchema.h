@@ -4,6 +4,7 @@
 // `fav remove` itself without Qt and must print what lumaro-cli-light would.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace lumaro::library {
@@ -21,6 +22,16 @@ struct FavouritesSchema
     // The marked pictures' paths, newest change first.
     static constexpr std::string_view favouritePathsQuery =
         "SELECT file_path FROM favourites WHERE is_favour = 1 ORDER BY updated_at DESC;";
+
+    // The rows without a path (`fav audit`), and the line that counts them.
+    static constexpr std::string_view emptyPathCountQuery =
+        "SELECT COUNT(*) FROM favourites WHERE file_path IS NULL OR file_path = '';";
+    static std::string emptyPathCountLog(long long count)
+    {
+        return "📊 " + std::to_string(count) + " 条无效收藏记录（file_path 为空）";
+    }
+    // The marked pictures' rows, newest change first (after "SELECT <every column> FROM favourites").
+    static constexpr std::string_view favouritesClause = "WHERE is_favour = 1 ORDER BY updated_at DESC;";
 
     // The setting that makes each new favourite copied into a folder of favourites (FavourCopier).
     static constexpr std::string_view copyEnabledKey = "LMR_FlowFavCopyEnabled";

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// lumaro-cli COMMAND [options]: the front end, without Qt. It answers --help, `COMMAND --help`, a plain `list`, `fav list`,
-// `fav add`, `fav remove`, `tags FILE` and a plain `trash FILE...` itself, in a few milliseconds, and hands
-// every other command line over by exec, byte for byte, to the program that runs it (cli/CommandTable.h):
-// lumaro-cli-light (Qt Core, SQLite), lumaro-cli-xmp, lumaro-cli-exif or lumaro-cli-heavy. Loading Qt Core and the ICU, GLib
-// and PCRE libraries it needs costs more than listing a folder of 1,000 pictures.
+// lumaro-cli COMMAND [options]: the front end, without Qt. It answers --help, `COMMAND --help`, a plain
+// `list`, `fav list`, `fav add`, `fav remove`, `fav type`, `fav audit`, `tags FILE` and a plain
+// `trash FILE...` itself, in a few milliseconds, and hands every other command line over by exec, byte for
+// byte, to the program that runs it (cli/CommandTable.h): lumaro-cli-light (Qt Core, SQLite), lumaro-cli-xmp,
+// lumaro-cli-exif or lumaro-cli-heavy. Loading Qt Core and the ICU, GLib and PCRE libraries it needs costs
+// more than listing a folder of 1,000 pictures.
 #include "cli/ExitCode.h"
 #include "cli/front/CommandDirectory.h"
 #include "cli/front/CommandHelp.h"
+#include "cli/front/FavAuditFastPath.h"
 #include "cli/front/FavChangeFastPath.h"
 #include "cli/front/FavListFastPath.h"
 #include "cli/front/HelperHandOver.h"
@@ -67,6 +69,8 @@ int main(int argc, char* argv[])
         if (const auto code = FavListFastPath::run(argc - 2, argv + 2))
             return *code;
         if (const auto code = FavChangeFastPath::run(argc - 2, argv + 2))
+            return *code;
+        if (const auto code = FavAuditFastPath::run(argc - 2, argv + 2))
             return *code;
     }
     if (command && command->name == "trash") {

@@ -16,7 +16,7 @@
 #include <fstream>
 
 using lumaro::testing::CliResult;
-using lumaro::testing::expectHandedOverToLight;
+using lumaro::testing::expectHandedOver;
 using lumaro::testing::runCli;
 using lumaro::testing::runProgram;
 using lumaro::testing::TempFolder;
@@ -445,4 +445,43 @@ INSTANTIATE_TEST_SUITE_P(
         FavChangeCase{"climbsAboveTheRoot", {"remove", "/../a.jpg"}, false, {"/a.jpg|1|"}, false, true, false},
         FavChangeCase{"addWhileCopyIsOn", {"add", "%1/a.jpg"}, false, {}, true, true, false},
         FavChangeCase{"noStoreYet", {"add", "%1/a.jpg"}, false, {}, false, false, false}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+// `fav audit` changes nothing (but with --clean, which the front end leaves to lumaro-cli-light): its cases
+// are held to the light program's output and log lines, and to leaving every row as it was.
+class FavAuditFrontEnd : public FavChangeFrontEnd
+{
+};
+
+TEST_P(FavAuditFrontEnd, AnswersAsTheLightProgramOrHandsOverHavingDoneNothing)
+{
+    prepare();
+    const QStringList before = rows();
+    const CliResult front = run(lone);
+    EXPECT_EQ(rows(), before);
+    prepare();
+    const CliResult light = run(QStringLiteral(LUMARO_CLI_LIGHT_PATH));
+    if (!GetParam().answeredAlone) {
+        expectHandedOver(front);
+        return;
+    }
+    EXPECT_EQ(front.exitCode, light.exitCode) << light.errText().toStdString();
+    EXPECT_EQ(front.out, light.out);
+    EXPECT_EQ(front.errText(), light.errText());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, FavAuditFrontEnd,
+    ::testing::Values(
+        FavChangeCase{"emptyStore", {"audit"}, false, {}, false, true, true},
+        FavChangeCase{"pathlessAndMissing",
+                      {"audit"}, false,
+                      {"%1/a.jpg|1|", "|1|", "%1/gone.jpg|1|H", "%1/gone too.jpg|0|", "%1/新\tline.jpg|1|"},
+                      false, true, true},
+        FavChangeCase{"json", {"--json", "audit", "-q"}, false,
+                      {"%1/gone \"q\".jpg|1|", "|1|", "%1/a.jpg|1|"}, false, true, true},
+        FavChangeCase{"quiet", {"audit", "--quiet"}, false, {"%1/gone.jpg|1|"}, false, true, true},
+        FavChangeCase{"clean", {"audit", "--clean"}, false, {"|1|"}, false, true, false},
+        FavChangeCase{"withAPath", {"audit", "%1/a.jpg"}, false, {}, false, true, false},
+        FavChangeCase{"noStoreYet", {"audit"}, false, {}, false, false, false}),
     [](const auto& info) { return std::string(info.param.name); });
