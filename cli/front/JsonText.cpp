@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/front/JsonText.h"
 
+#include <charconv>
+#include <cmath>
+#include <iterator>
+#include <string>
+
 namespace lumaro::cli {
 
 std::string jsonString(std::string_view utf8)
@@ -30,6 +35,40 @@ std::string jsonString(std::string_view utf8)
     }
     text += '"';
     return text;
+}
+
+std::string jsonNumber(double number)
+{
+    if (!std::isfinite(number))
+        return "null";
+    constexpr double exactWholeNumbers = 9007199254740992.0; // 2^53
+    if (std::trunc(number) == number && std::fabs(number) < exactWholeNumbers)
+        return std::to_string(static_cast<long long>(number));
+    // The shortest digits that read back as the number, and where the point goes; then Qt's choice between
+    // the fixed and the exponent form: the shorter, the fixed one on a tie.
+    char scientific[32];
+    const auto end =
+        std::to_chars(std::begin(scientific), std::end(scientific), std::fabs(number), std::chars_format::scientific)
+            .ptr;
+    const std::string_view text(scientific, size_t(end - scientific));
+    const size_t e = text.find('e');
+    std::string digits(text.substr(0, e));
+    if (digits.size() > 1)
+        digits.erase(1, 1); // the point
+    const int exponent = std::stoi(std::string(text.substr(e + 1)));
+    const int point = exponent + 1; // digits before the decimal point
+    std::string fixed;
+    if (point <= 0)
+        fixed = "0." + std::string(size_t(-point), '0') + digits;
+    else if (point >= int(digits.size()))
+        fixed = digits + std::string(size_t(point) - digits.size(), '0');
+    else
+        fixed = digits.substr(0, size_t(point)) + "." + digits.substr(size_t(point));
+    const std::string magnitude = std::to_string(std::abs(exponent));
+    const std::string withExponent = digits.substr(0, 1) + (digits.size() > 1 ? "." + digits.substr(1) : "") +
+                                     (exponent < 0 ? "e-" : "e+") + (magnitude.size() < 2 ? "0" : "") + magnitude;
+    const std::string& shorter = withExponent.size() < fixed.size() ? withExponent : fixed;
+    return (number < 0 ? "-" : "") + shorter;
 }
 
 } // namespace lumaro::cli

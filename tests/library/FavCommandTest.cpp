@@ -259,10 +259,18 @@ TEST_P(FavListFrontEnd, PrintsWhatTheLightProgramPrints)
     const QString unmarked = folder.writePicture(QStringLiteral("unmarked.jpg"));
     ASSERT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("add"), plain, hard, unmarked}).exitCode, 0);
     ASSERT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("remove"), unmarked}).exitCode, 0);
+    ASSERT_EQ(runCli({QStringLiteral("fav"), QStringLiteral("type"), QStringLiteral("heart"), hard}).exitCode, 0);
 
     const QStringList arguments = QStringList{QStringLiteral("fav")} + GetParam();
     const CliResult front = lumaro::testing::runFrontAndLight(arguments);
     EXPECT_EQ(front.exitCode, 0) << front.errText().toStdString();
+    // Answered by the front end itself: a lone copy of it, with no helper to hand over to, prints the same.
+    TempFolder bin;
+    const QString lone = bin.filePath(QStringLiteral("lumaro-cli"));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(LUMARO_CLI_PATH), lone));
+    const CliResult alone = runProgram(lone, arguments);
+    EXPECT_EQ(alone.exitCode, 0) << alone.errText().toStdString();
+    EXPECT_EQ(alone.out, front.out);
     EXPECT_TRUE(front.outText().contains(QStringLiteral("a.jpg"))) << front.out.toStdString();
     EXPECT_FALSE(front.outText().contains(QStringLiteral("unmarked.jpg")));
 }
@@ -271,7 +279,9 @@ INSTANTIATE_TEST_SUITE_P(Options, FavListFrontEnd,
                          ::testing::Values(QStringList{QStringLiteral("list")},
                                            QStringList{QStringLiteral("list"), QStringLiteral("-q")},
                                            QStringList{QStringLiteral("--quiet"), QStringLiteral("list")},
-                                           QStringList{QStringLiteral("list"), QStringLiteral("--json")}));
+                                           QStringList{QStringLiteral("list"), QStringLiteral("--json")},
+                                           QStringList{QStringLiteral("--json"), QStringLiteral("-q"),
+                                                       QStringLiteral("list")}));
 
 // What the front end does not read it leaves to lumaro-cli-light, which makes the store or its missing index.
 TEST(FavCommand, ListingMakesAMissingStoreAndAMissingIndex)
