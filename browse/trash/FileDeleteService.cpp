@@ -175,8 +175,8 @@ bool FileDeleteService::canStillRestore(const DeletedFileInfo& info)
 
 bool FileDeleteService::restore(const DeletedFileInfo& info, platform::TrashRecords& records)
 {
-    say(QStringLiteral("开始恢复文件: ") + info.fileName);
-    say(QStringLiteral("原始文件夹路径: ") + info.folderPath);
+    say(text(DeleteLogText::restoreStart) + info.fileName);
+    say(text(DeleteLogText::restoreOriginalFolder) + info.folderPath);
     const QString folder = resolveFolder(info.folderPath, info.folderBookmarkData);
     if (info.folderBookmarkData)
         say(QStringLiteral("解析后的文件夹路径: ") + folder);
@@ -185,8 +185,8 @@ bool FileDeleteService::restore(const DeletedFileInfo& info, platform::TrashReco
         return false;
     }
     const QString target = QDir(folder).filePath(info.fileName);
-    say(QStringLiteral("目标文件夹路径: ") + folder);
-    say(QStringLiteral("目标文件路径: ") + target);
+    say(text(DeleteLogText::restoreTargetFolder) + folder);
+    say(text(DeleteLogText::restoreTargetFile) + target);
     FolderAccess access(folder);
 
     QString crossDeviceItem;
@@ -201,7 +201,7 @@ bool FileDeleteService::restore(const DeletedFileInfo& info, platform::TrashReco
         return false;
     }
     restoreSidecars(target, records);
-    say(QStringLiteral("文件恢复完成，准备恢复系统标签 (若有)"));
+    say(text(DeleteLogText::restoreFinished));
     return true;
 }
 
@@ -243,7 +243,7 @@ bool FileDeleteService::restoreFromSavedPath(const DeletedFileInfo& info, const 
                                              QString* crossDeviceItem)
 {
     if (!info.trashFileURL) {
-        say(QStringLiteral("没有保存的废纸篓文件路径，将尝试查找"));
+        say(text(DeleteLogText::restoreNoSavedItem));
         return false;
     }
     const QString saved = *info.trashFileURL;
@@ -264,7 +264,7 @@ bool FileDeleteService::restoreFromSavedPath(const DeletedFileInfo& info, const 
     }
     const platform::RenameResult result = m_restorer.putBack(saved, target);
     if (result.ok) {
-        say(QStringLiteral("成功恢复文件: ") + target);
+        say(text(DeleteLogText::restoreDone) + target);
         return true;
     }
     if (result.crossDevice)
@@ -277,13 +277,13 @@ bool FileDeleteService::restoreFromSavedPath(const DeletedFileInfo& info, const 
 bool FileDeleteService::restoreByLookup(const QString& fileName, const QString& target,
                                         platform::TrashRecords& records, QString* crossDeviceItem)
 {
-    say(QStringLiteral("使用系统API恢复文件: ") + fileName);
+    say(text(DeleteLogText::restoreByLookup) + fileName);
     const QString homeTrash = platform::TrashDirectories::homeTrash();
     if (homeTrash.isEmpty())
         say(QStringLiteral("无法获取废纸篓URL"));
-    say(QStringLiteral("废纸篓路径: ") + homeTrash);
-    say(QStringLiteral("目标目录路径: ") + QFileInfo(target).absolutePath());
-    say(QStringLiteral("要恢复的文件名: ") + fileName);
+    say(text(DeleteLogText::restoreTrashPath) + homeTrash);
+    say(text(DeleteLogText::restoreTargetDirectory) + QFileInfo(target).absolutePath());
+    say(text(DeleteLogText::restoreFileName) + fileName);
 
     QStringList items;
     for (const platform::TrashEntry& entry : m_restorer.findByOriginalPath(target, &records))
@@ -294,7 +294,7 @@ bool FileDeleteService::restoreByLookup(const QString& fileName, const QString& 
     }
     const platform::RenameResult result = m_restorer.putBack(items.constFirst(), target);
     if (result.ok) {
-        say(QStringLiteral("成功恢复文件: ") + target);
+        say(text(DeleteLogText::restoreDone) + target);
         return true;
     }
     if (result.crossDevice && crossDeviceItem->isEmpty())

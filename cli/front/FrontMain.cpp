@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // lumaro-cli COMMAND [options]: the front end, without Qt. It answers --help, `COMMAND --help`, a plain
-// `list`, `fav list`, `fav add`, `fav remove`, `fav type`, `fav audit`, `tags FILE` and a plain
-// `trash FILE...` itself, in a few milliseconds, and hands every other command line over by exec, byte for
-// byte, to the program that runs it (cli/CommandTable.h): lumaro-cli-light (Qt Core, SQLite), lumaro-cli-xmp,
-// lumaro-cli-exif or lumaro-cli-heavy. Loading Qt Core and the ICU, GLib and PCRE libraries it needs costs
-// more than listing a folder of 1,000 pictures.
+// `list`, `fav list`, `fav add`, `fav remove`, `fav type`, `fav audit`, `tags FILE`, a plain `trash FILE...`
+// and `trash --restore FILE...` itself, in a few milliseconds, and hands every other command line over by
+// exec, byte for byte, to the program that runs it (cli/CommandTable.h): lumaro-cli-light (Qt Core, SQLite),
+// lumaro-cli-xmp, lumaro-cli-exif or lumaro-cli-heavy. Loading Qt Core and the ICU, GLib and PCRE libraries
+// it needs costs more than listing a folder of 1,000 pictures.
 #include "cli/ExitCode.h"
 #include "cli/front/CommandDirectory.h"
 #include "cli/front/CommandHelp.h"
@@ -15,6 +15,7 @@
 #include "cli/front/ListFastPath.h"
 #include "cli/front/TagsFastPath.h"
 #include "cli/front/TrashFastPath.h"
+#include "cli/front/TrashRestoreFastPath.h"
 #include "cli/front/WriteAll.h"
 
 #include <cstdio>
@@ -75,6 +76,8 @@ int main(int argc, char* argv[])
     }
     if (command && command->name == "trash") {
         if (const auto code = TrashFastPath::run(argc - 2, argv + 2))
+            return *code;
+        if (const auto code = TrashRestoreFastPath::run(argc - 2, argv + 2))
             return *code;
     }
     if (command && command->name == "tags") {

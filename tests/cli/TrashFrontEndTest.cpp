@@ -26,7 +26,7 @@ struct TrashCase
     const char* name;
     QStringList arguments;     // after "trash"; "%1" stands for the pictures' folder
     bool inPicturesFolder;     // run there, so relative paths resolve against it
-    QStringList trashedBefore; // names already in the Trash (from elsewhere)
+    QStringList trashedBefore; // items already in the Trash: "NAME" (from elsewhere) or "NAME|PATH|DATE"
     bool trashExists;
     bool answeredAlone;
 };
@@ -56,13 +56,18 @@ protected:
             return;
         QDir().mkpath(trash + QStringLiteral("/files"));
         QDir().mkpath(trash + QStringLiteral("/info"));
-        for (const QString& name : GetParam().trashedBefore) {
+        for (const QString& item : GetParam().trashedBefore) {
+            QStringList parts = item.split(QLatin1Char('|'));
+            const QString name = parts.constFirst();
+            if (parts.size() == 1)
+                parts << QStringLiteral("/elsewhere/") + name << QStringLiteral("2026-01-02T03:04:05");
             QFile file(trash + QStringLiteral("/files/") + name);
             ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write("trashed " + name.toUtf8());
             QFile info(trash + QStringLiteral("/info/") + name + QStringLiteral(".trashinfo"));
             ASSERT_TRUE(info.open(QIODevice::WriteOnly));
-            info.write("[Trash Info]\nPath=/elsewhere/" + name.toUtf8() +
-                       "\nDeletionDate=2026-01-02T03:04:05\n");
+            info.write("[Trash Info]\nPath=" + QString(parts.at(1)).replace(QStringLiteral("%1"), pictures.path()).toUtf8() +
+                       "\nDeletionDate=" + parts.at(2).toUtf8() + "\n");
         }
     }
 
@@ -153,7 +158,32 @@ INSTANTIATE_TEST_SUITE_P(
                       TrashCase{"json", {"--json", "%1/a.jpg", "%1/b c.jpg"}, false, {"a.jpg"}, true, true},
         TrashCase{"jsonOddNames", {"-q", "%1/q\"\\ uote\ttab.jpg", "--json", "%1/ctl\x01é.jpg", "%1/new\nline.jpg"},
                   false, {}, true, true},
-                      TrashCase{"restore", {"--restore", "%1/a.jpg"}, false, {"a.jpg"}, true, false},
+                      TrashCase{"restoreFromElsewhereOnly", {"--restore", "%1/gone.jpg"}, false, {"gone.jpg"}, true, false},
+                      TrashCase{"restoreOne", {"--restore", "%1/gone.jpg"}, false,
+                                {"gone.jpg|%1/gone.jpg|2026-01-02T03:04:05"}, true, true},
+                      TrashCase{"restoreTheNewest", {"--restore", "%1/gone.jpg"}, false,
+                                {"gone.jpg|%1/gone.jpg|2026-01-02T03:04:05", "gone.2.jpg|%1/gone.jpg|2026-03-04T05:06:07",
+                                 "gone.3.jpg|%1/gone.jpg|2026-02-03T04:05:06"}, true, true},
+                      TrashCase{"restoreNotAnotherFoldersFile", {"--restore", "%1/gone.jpg"}, false,
+                                {"gone.jpg|/card/DCIM/gone.jpg|2026-05-02T03:04:05", "gone.2.jpg|%1/gone.jpg|2026-01-02T03:04:05"},
+                                true, true},
+                      TrashCase{"restoreTwoQuietRelative", {"-q", "--restore", "gone.jpg", "été #1 gone.jpg"}, true,
+                                {"gone.jpg|%1/gone.jpg|2026-01-02T03:04:05", "été #1 gone.jpg|%1/été #1 gone.jpg|2026-01-02T03:04:05"},
+                                true, true},
+                      TrashCase{"restorePercentEncodedRecord", {"--restore", "%1/été #1 gone.jpg"}, false,
+                                {"été #1 gone.jpg|%1/%C3%A9t%C3%A9%20%231%20gone.jpg|2026-01-02T03:04:05"}, true, true},
+                      TrashCase{"restoreNamedOtherwise", {"--restore", "%1/gone.jpg"}, false,
+                                {"gone (2).jpg|%1/gone.jpg|2026-01-02T03:04:05"}, true, false},
+                      TrashCase{"restoreWithATrashedSidecar", {"--restore", "%1/gone.jpg"}, false,
+                                {"gone.jpg|%1/gone.jpg|2026-01-02T03:04:05", "gone.jpg.xmp|%1/gone.jpg.xmp|2026-01-02T03:04:05"},
+                                true, false},
+                      TrashCase{"restoreOntoAFile", {"--restore", "%1/a.jpg"}, false,
+                                {"a.jpg|%1/a.jpg|2026-01-02T03:04:05"}, true, false},
+                      TrashCase{"restoreDatesWrittenOtherwise", {"--restore", "%1/gone.jpg"}, false,
+                                {"gone.jpg|%1/gone.jpg|2026-01-02T03:04:05Z", "gone.2.jpg|%1/gone.jpg|2026-01-02T03:04:05"},
+                                true, false},
+                      TrashCase{"restoreJson", {"--json", "--restore", "%1/gone.jpg"}, false,
+                                {"gone.jpg|%1/gone.jpg|2026-01-02T03:04:05"}, true, false},
                       TrashCase{"untidyPath", {"%1/sub/../a.jpg"}, false, {}, true, false},
                       TrashCase{"sameFileTwice", {"%1/a.jpg", "a.jpg"}, true, {}, true, false},
                       TrashCase{"noTrashYet", {"%1/a.jpg"}, false, {}, false, false},
