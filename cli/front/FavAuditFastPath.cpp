@@ -25,32 +25,6 @@ namespace {
 
 using library::FavouritesSchema;
 
-struct Request
-{
-    bool quiet = false;
-    bool json = false;
-};
-
-std::optional<Request> plainRequest(int count, char* words[])
-{
-    Request request;
-    bool audit = false;
-    for (int i = 0; i < count; ++i) {
-        const std::string_view word = words[i];
-        if (word == "-q" || word == "--quiet")
-            request.quiet = true;
-        else if (word == "--json")
-            request.json = true;
-        else if (word == "audit" && !audit)
-            audit = true;
-        else
-            return std::nullopt;
-    }
-    if (!audit)
-        return std::nullopt;
-    return request;
-}
-
 std::optional<long long> emptyPathCount(library::StoreSession& session)
 {
     std::optional<long long> count;
@@ -60,7 +34,7 @@ std::optional<long long> emptyPathCount(library::StoreSession& session)
     return read ? count : std::nullopt;
 }
 
-std::string printed(const Request& request, long long empty, const std::vector<std::string>& missing)
+std::string printed(const FavReading& request, long long empty, const std::vector<std::string>& missing)
 {
     std::string out;
     if (request.json) {
@@ -82,7 +56,7 @@ std::string printed(const Request& request, long long empty, const std::vector<s
 
 std::optional<int> FavAuditFastPath::run(int count, char* words[])
 {
-    const auto request = plainRequest(count, words);
+    const auto request = plainFavReading(count, words, "audit");
     const auto databasePath = request ? plainFavouritesPath() : std::nullopt;
     if (!databasePath)
         return std::nullopt;

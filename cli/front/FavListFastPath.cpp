@@ -24,33 +24,6 @@ namespace {
 
 using library::FavouritesSchema;
 
-struct Request
-{
-    bool quiet = false;
-    bool json = false;
-};
-
-// nullopt unless the words are "list", quiet options and --json.
-std::optional<Request> plainRequest(int count, char* words[])
-{
-    Request request;
-    bool list = false;
-    for (int i = 0; i < count; ++i) {
-        const std::string_view word = words[i];
-        if (word == "-q" || word == "--quiet")
-            request.quiet = true;
-        else if (word == "--json")
-            request.json = true;
-        else if (word == "list" && !list)
-            list = true;
-        else
-            return std::nullopt;
-    }
-    if (!list)
-        return std::nullopt;
-    return request;
-}
-
 std::optional<std::string> linesOfPaths(const std::string& databasePath)
 {
     std::string out;
@@ -103,7 +76,7 @@ std::optional<std::string> jsonArrayOfRecords(const std::string& databasePath)
 
 std::optional<int> FavListFastPath::run(int count, char* words[])
 {
-    const auto request = plainRequest(count, words);
+    const auto request = plainFavReading(count, words, "list");
     const auto path = request ? plainFavouritesPath() : std::nullopt;
     if (!path)
         return std::nullopt;

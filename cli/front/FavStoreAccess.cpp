@@ -23,4 +23,24 @@ std::string openedStoreLogLines(const std::string& databasePath)
            logLine(Schema::favouritesLogTag, Schema::tableExistsLog);
 }
 
+std::optional<FavReading> plainFavReading(int count, char* words[], std::string_view subcommand)
+{
+    FavReading reading;
+    bool named = false;
+    for (int i = 0; i < count; ++i) {
+        const std::string_view word = words[i];
+        if (word == "-q" || word == "--quiet")
+            reading.quiet = true;
+        else if (word == "--json")
+            reading.json = true;
+        else if (word == subcommand && !named)
+            named = true;
+        else
+            return std::nullopt;
+    }
+    if (!named)
+        return std::nullopt;
+    return reading;
+}
+
 } // namespace lumaro::cli

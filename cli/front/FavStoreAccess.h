@@ -15,4 +15,13 @@ std::optional<std::string> plainFavouritesPath();
 // "LocalDatabaseManager - ✅ 数据库已打开: PATH" and "FavourManager - ✅ 收藏表已存在", each on its line.
 std::string openedStoreLogLines(const std::string& databasePath);
 
+// A reading subcommand's options.
+struct FavReading
+{
+    bool quiet = false;
+    bool json = false;
+};
+// The words after "fav" when they are `subcommand` and at most -q/--quiet and --json; nullopt otherwise.
+std::optional<FavReading> plainFavReading(int count, char* words[], std::string_view subcommand);
+
 } // namespace lumaro::cli

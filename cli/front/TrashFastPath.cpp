@@ -16,7 +16,6 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <set>
 #include <string>
 #include <string_view>
@@ -75,12 +74,10 @@ bool hasSidecarBeside(const std::string& absolute)
 // The home trash when it is ready to take files as it is (nothing to create) and records absolute paths.
 std::optional<std::string> readyHomeTrash()
 {
-    const auto dataHome = platform::XdgHomes::plainPath(platform::XdgHomes::Home::data,
-                                                        std::getenv("XDG_DATA_HOME"), std::getenv("HOME"));
-    if (!dataHome || dataHome->ends_with("/.Trash"))
-        return std::nullopt; // a trash inside a ".Trash" folder records paths from that folder's parent
-    std::string trash = *dataHome + "/Trash";
-    for (const std::string& folder : {trash, trash + "/files", trash + "/info"}) {
+    auto trash = platform::XdgHomes::plainHomeTrash();
+    if (!trash)
+        return std::nullopt;
+    for (const std::string& folder : {*trash, *trash + "/files", *trash + "/info"}) {
         if (!platform::PathKind::isDirectory(folder.c_str()))
             return std::nullopt;
     }

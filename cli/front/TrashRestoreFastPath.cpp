@@ -6,6 +6,7 @@
 #include "cli/front/WriteAll.h"
 
 #include "browse/trash/DeleteLogText.h"
+#include "platform/files/AsciiTrimmed.h"
 #include "platform/files/CleanAbsolutePath.h"
 #include "platform/files/PathKind.h"
 #include "platform/files/RenameWithoutReplacing.h"
@@ -15,7 +16,6 @@
 #include "platform/files/XdgHomes.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <set>
 #include <string>
@@ -74,15 +74,6 @@ std::optional<Request> plainRequest(int count, char* words[])
     return request;
 }
 
-std::optional<std::string> homeTrash()
-{
-    const auto dataHome = platform::XdgHomes::plainPath(platform::XdgHomes::Home::data, std::getenv("XDG_DATA_HOME"),
-                                                        std::getenv("HOME"));
-    if (!dataHome || dataHome->ends_with("/.Trash"))
-        return std::nullopt; // a trash inside a ".Trash" folder records paths from that folder's parent
-    return *dataHome + "/Trash";
-}
-
 bool endsWithIgnoringCase(std::string_view text, std::string_view end)
 {
     return text.size() >= end.size() &&
@@ -130,16 +121,6 @@ std::string percentDecoded(std::string_view text)
     return bytes;
 }
 
-std::string_view trimmed(std::string_view text)
-{
-    const auto blank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
-    while (!text.empty() && blank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && blank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
 struct Record
 {
     std::string path; // as written, decoded
@@ -164,13 +145,13 @@ std::optional<Record> readRecord(const std::string& infoPath)
         const size_t end = std::min(text.find('\n', start), text.size());
         const std::string_view line(text.data() + start, end - start);
         start = end + 1;
-        if (first && trimmed(line) != "[Trash Info]")
+        if (first && platform::asciiTrimmed(line) != "[Trash Info]")
             return std::nullopt;
         first = false;
         if (line.starts_with("Path="))
-            record.path = percentDecoded(trimmed(line.substr(5)));
+            record.path = percentDecoded(platform::asciiTrimmed(line.substr(5)));
         else if (line.starts_with("DeletionDate="))
-            record.deletionDate = trimmed(line.substr(13));
+            record.deletionDate = platform::asciiTrimmed(line.substr(13));
     }
     if (record.path.empty())
         return std::nullopt;
@@ -282,7 +263,7 @@ std::string restoreLog(const Plan& plan, const std::string& trash)
 std::optional<int> TrashRestoreFastPath::run(int count, char* words[])
 {
     const auto request = plainRequest(count, words);
-    const auto trash = request ? homeTrash() : std::nullopt;
+    const auto trash = request ? platform::XdgHomes::plainHomeTrash() : std::nullopt;
     const auto plans = trash ? planOf(*request, *trash) : std::nullopt;
     if (!plans)
         return std::nullopt;

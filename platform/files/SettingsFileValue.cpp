@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/files/SettingsFileValue.h"
 
+#include "platform/files/AsciiTrimmed.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
@@ -12,16 +14,6 @@ namespace {
 
 using Found = SettingsFileValue::Found;
 
-std::string_view trimmed(std::string_view text)
-{
-    const auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
-    while (!text.empty() && blank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && blank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
 SettingsFileValue unclear() { return {Found::unclear, {}}; }
 
 } // namespace
@@ -32,7 +24,7 @@ SettingsFileValue SettingsFileValue::parse(std::string_view contents, std::strin
     bool topLevel = true;
     for (std::size_t start = 0; start < contents.size();) {
         const std::size_t end = std::min(contents.find('\n', start), contents.size());
-        const std::string_view line = trimmed(contents.substr(start, end - start));
+        const std::string_view line = asciiTrimmed(contents.substr(start, end - start));
         start = end + 1;
         if (line.starts_with('[')) {
             topLevel = line == "[General]";
@@ -46,10 +38,10 @@ SettingsFileValue SettingsFileValue::parse(std::string_view contents, std::strin
         if (line.find(key) == std::string_view::npos)
             continue;
         const std::size_t equals = line.find('=');
-        if (equals == std::string_view::npos || trimmed(line.substr(0, equals)) != key ||
+        if (equals == std::string_view::npos || asciiTrimmed(line.substr(0, equals)) != key ||
             result.found != Found::absent)
             return unclear();
-        const std::string_view value = trimmed(line.substr(equals + 1));
+        const std::string_view value = asciiTrimmed(line.substr(equals + 1));
         // Quotes, escapes, "@Variant(…)", lists and comments are QSettings's to read.
         if (value.find_first_of("\"\\@,;") != std::string_view::npos)
             return unclear();

@@ -37,4 +37,13 @@ std::optional<std::string> XdgHomes::plainAppDir(Home home)
     return *folder + "/" + std::string(appFolder);
 }
 
+std::optional<std::string> XdgHomes::plainHomeTrash()
+{
+    const auto dataHome = plainPath(Home::data, std::getenv("XDG_DATA_HOME"), std::getenv("HOME"));
+    // A trash inside a ".Trash" folder would record paths from that folder's parent.
+    if (!dataHome || dataHome->ends_with("/.Trash"))
+        return std::nullopt;
+    return *dataHome + "/Trash";
+}
+
 } // namespace lumaro::platform

@@ -29,6 +29,9 @@ public:
     static std::optional<std::string> plainPath(Home home, const char* xdgValue, const char* userHome);
     // Lumaro's folder under the plain home of this process's environment.
     static std::optional<std::string> plainAppDir(Home home);
+    // The home trash (Trash under the plain data home) when it records absolute paths, as TrashDirectories
+    // names it.
+    static std::optional<std::string> plainHomeTrash();
 };
 
 } // namespace lumaro::platform

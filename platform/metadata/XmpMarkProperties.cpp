@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/metadata/XmpMarkProperties.h"
 
+#include "platform/files/AsciiTrimmed.h"
+
 #include <exiv2/exiv2.hpp>
 
 #include <algorithm>
@@ -34,16 +36,6 @@ constexpr std::array<Colour, 6> kColours{{
     {"purple", "Purple", 4, 6},
 }};
 
-std::string_view trimmed(std::string_view text)
-{
-    const auto blank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
-    while (!text.empty() && blank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && blank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
 bool sameIgnoringAsciiCase(std::string_view a, std::string_view b)
 {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
@@ -55,7 +47,7 @@ bool sameIgnoringAsciiCase(std::string_view a, std::string_view b)
 template <typename Number>
 std::optional<Number> parsed(std::string_view text)
 {
-    text = trimmed(text);
+    text = asciiTrimmed(text);
     if (text.starts_with('+'))
         text.remove_prefix(1);
     Number value{};
@@ -91,8 +83,8 @@ std::vector<std::string> colours(const Exiv2::XmpData& xmp)
     if (const auto it = xmp.findKey(Exiv2::XmpKey(kLabel)); it != xmp.end()) {
         const std::string label = it->toString();
         for (std::size_t i = 0; i < kColours.size(); ++i) {
-            named[i] = named[i] || sameIgnoringAsciiCase(trimmed(label), kColours[i].label) ||
-                       (kColours[i].digiKam == 6 && sameIgnoringAsciiCase(trimmed(label), "Magenta"));
+            named[i] = named[i] || sameIgnoringAsciiCase(asciiTrimmed(label), kColours[i].label) ||
+                       (kColours[i].digiKam == 6 && sameIgnoringAsciiCase(asciiTrimmed(label), "Magenta"));
         }
     }
     if (const auto it = xmp.findKey(Exiv2::XmpKey(kDarktableLabels)); it != xmp.end()) {

@@ -1,28 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/metadata/XmpSidecarText.h"
 
+#include "platform/files/AsciiTrimmed.h"
+
 #include <exiv2/exiv2.hpp>
 
 namespace lumaro::platform::XmpSidecarText {
 
 namespace {
 
-std::string_view trimmed(std::string_view text)
-{
-    const auto blank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
-    while (!text.empty() && blank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && blank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
 bool holdsNoPacket(std::string_view bytes)
 {
-    std::string_view rest = trimmed(bytes);
+    std::string_view rest = asciiTrimmed(bytes);
     if (rest.starts_with("<?xml")) {
         const std::size_t end = rest.find("?>");
-        rest = end == std::string_view::npos ? rest : trimmed(rest.substr(end + 2));
+        rest = end == std::string_view::npos ? rest : asciiTrimmed(rest.substr(end + 2));
     }
     return rest.empty();
 }
