@@ -2,12 +2,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Start-up of the short lumaro-cli commands against the smallest tool that does the same job, each pair measured
 # in one run, interleaved (warm runs, medians, bench/side_by_side.py): --help and list of 1,000 files vs ls, tags
-# vs getfattr, fav list (empty store), fav add (quiet and with its log lines) and fav remove of one picture vs
-# the sqlite3 shell, fav type vs the sqlite3 shell, trash and trash --json vs gio trash, fav --help and
-# trash --help vs ls: all answered by the front end. A tag toggle (tags and XMP sidecar) vs setfattr, in
-# lumaro-cli-xmp (exiv2, no Qt). Then the short forms still run by lumaro-cli-light (Qt Core): trash --restore
-# of one file, fav audit and fav list --json, against ls for their start alone (sqlite3 -json for the list);
-# and index --help-all, for the price of handing over to lumaro-cli-heavy.
+# vs getfattr, fav list (empty store), fav add (quiet and with its log lines), fav remove and fav type of one
+# picture vs the sqlite3 shell, trash and trash --json vs gio trash, fav --help and trash --help vs ls, then
+# trash --restore of one file, fav audit and index --help-all vs ls (their start alone) and fav list --json vs
+# sqlite3 -json: all answered by the front end. And a tag toggle (tags and XMP sidecar) vs setfattr, run by
+# lumaro-cli-xmp (exiv2, no Qt).
 set -euo pipefail
 build=${1:-build/release}
 here=$(cd "$(dirname "$0")" && pwd)

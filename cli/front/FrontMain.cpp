@@ -56,7 +56,9 @@ int main(int argc, char* argv[])
     if (name == "--help" || name == "-h" || name == "help")
         return printOverview(exitOk);
     const CommandEntry* command = findCommandEntry(name);
-    if (command && argc == 3 && (std::string_view(argv[2]) == "--help" || std::string_view(argv[2]) == "-h")) {
+    // --help-all adds Qt's own options only in a Qt application, which no command program is: it is --help.
+    if (command && argc == 3 && (std::string_view(argv[2]) == "--help" || std::string_view(argv[2]) == "-h" ||
+                                 std::string_view(argv[2]) == "--help-all")) {
         if (const auto help = commandHelp(command->name)) {
             writeAll(stdout, *help);
             return exitOk;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// lumaro-cli answers `COMMAND --help` itself, without Qt, from texts written at build time: each must be what
-// the program that runs the command prints, byte for byte, and what it prints for the --help-all its options
-// list too. Asked of a lone copy of lumaro-cli (no helper beside it), so a hand-over would show as "cannot
+// lumaro-cli answers `COMMAND --help` (and --help-all, the same text) itself, without Qt, from texts written at
+// build time: each must be what the program that runs the command prints, byte for byte, for either. Asked of a lone copy of lumaro-cli (no helper beside it), so a hand-over would show as "cannot
 // start".
 #include "tests/cli/CliRunner.h"
 #include "tests/support/TempFolder.h"
@@ -55,7 +54,7 @@ TEST_P(CommandHelpFrontEnd, IsWhatTheCommandsOwnProgramPrints)
     const CliResult all = runProgram(program, {name, QStringLiteral("--help-all")});
     EXPECT_EQ(all.exitCode, 0) << all.errText().toStdString();
     EXPECT_EQ(all.out, own.out) << "--help-all";
-    for (const QString& ask : {QStringLiteral("--help"), QStringLiteral("-h")}) {
+    for (const QString& ask : {QStringLiteral("--help"), QStringLiteral("-h"), QStringLiteral("--help-all")}) {
         const CliResult front = runProgram(lone, {name, ask});
         EXPECT_EQ(front.exitCode, 0) << front.errText().toStdString();
         EXPECT_EQ(front.out, own.out) << ask.toStdString();
