@@ -36,6 +36,8 @@ echo "== lumaro-cli clean (dry run) on 100,000 + 100,000 files vs find -printf |
 bash "$here/pairing-clean.sh" "$build"
 echo "== lumaro-cli import vs cp -r (200 x 8 MB, cold page cache)"
 bash "$here/import-vs-cp.sh" "$build"
+echo "== favourites copy: fav add of 200 x 8 MB with the copy on vs cp, cold page cache"
+bash "$here/fav-copy-vs-cp.sh" "$build"
 echo "== a second lumaro-cli import with nothing new vs cp -rn (2,000 files)"
 bash "$here/import-again.sh" "$build"
 echo "== file-name grouping of 10,000 pictures: the walk, group and ungroup on disk"
