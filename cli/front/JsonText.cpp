@@ -16,13 +16,27 @@ std::string jsonString(std::string_view utf8)
     text += '"';
     for (const char c : utf8) {
         switch (c) {
-        case '"': text += "\\\""; break;
-        case '\\': text += "\\\\"; break;
-        case '\b': text += "\\b"; break;
-        case '\f': text += "\\f"; break;
-        case '\n': text += "\\n"; break;
-        case '\r': text += "\\r"; break;
-        case '\t': text += "\\t"; break;
+        case '"':
+            text += "\\\"";
+            break;
+        case '\\':
+            text += "\\\\";
+            break;
+        case '\b':
+            text += "\\b";
+            break;
+        case '\f':
+            text += "\\f";
+            break;
+        case '\n':
+            text += "\\n";
+            break;
+        case '\r':
+            text += "\\r";
+            break;
+        case '\t':
+            text += "\\t";
+            break;
         default:
             if (static_cast<unsigned char>(c) < 0x20) {
                 text += "\\u00";
@@ -47,9 +61,9 @@ std::string jsonNumber(double number)
     // The shortest digits that read back as the number, and where the point goes; then Qt's choice between
     // the fixed and the exponent form: the shorter, the fixed one on a tie.
     char scientific[32];
-    const auto end =
-        std::to_chars(std::begin(scientific), std::end(scientific), std::fabs(number), std::chars_format::scientific)
-            .ptr;
+    const auto end = std::to_chars(std::begin(scientific), std::end(scientific), std::fabs(number),
+                                   std::chars_format::scientific)
+                         .ptr;
     const std::string_view text(scientific, size_t(end - scientific));
     const size_t e = text.find('e');
     std::string digits(text.substr(0, e));
@@ -66,7 +80,8 @@ std::string jsonNumber(double number)
         fixed = digits.substr(0, size_t(point)) + "." + digits.substr(size_t(point));
     const std::string magnitude = std::to_string(std::abs(exponent));
     const std::string withExponent = digits.substr(0, 1) + (digits.size() > 1 ? "." + digits.substr(1) : "") +
-                                     (exponent < 0 ? "e-" : "e+") + (magnitude.size() < 2 ? "0" : "") + magnitude;
+                                     (exponent < 0 ? "e-" : "e+") + (magnitude.size() < 2 ? "0" : "") +
+                                     magnitude;
     const std::string& shorter = withExponent.size() < fixed.size() ? withExponent : fixed;
     return (number < 0 ? "-" : "") + shorter;
 }

@@ -130,7 +130,8 @@ struct SidecarChange
 
 // The sidecar with `colours`, written beside it but not yet in place; nullopt when it cannot be read, is not
 // valid XMP, or the new file cannot be written.
-std::optional<SidecarChange> preparedSidecar(const std::string& picture, const std::vector<std::string>& colours)
+std::optional<SidecarChange> preparedSidecar(const std::string& picture,
+                                             const std::vector<std::string>& colours)
 {
     SidecarChange change;
     for (const std::string& candidate : platform::sidecarCandidates(picture)) {
@@ -196,11 +197,12 @@ std::string jsonArray(const std::vector<std::string>& names)
 
 int sidecarFailed(const Request& request, const SidecarChange& sidecar)
 {
-    const std::string message = escapedLineBytes(request.file) + ": tags written, sidecar not: " + sidecar.path +
-                                ": " + std::strerror(sidecar.rewrite->error());
+    const std::string message = escapedLineBytes(request.file) +
+                                ": tags written, sidecar not: " + sidecar.path + ": " +
+                                std::strerror(sidecar.rewrite->error());
     if (request.json)
-        writeAll(stdout, "{\"error\":" + jsonString(message) + ",\"exitCode\":" + std::to_string(exitPartial) +
-                             "}\n");
+        writeAll(stdout, "{\"error\":" + jsonString(message) +
+                             ",\"exitCode\":" + std::to_string(exitPartial) + "}\n");
     writeAll(stderr, "lumaro-cli tags: " + message + "\n");
     return exitPartial;
 }
@@ -217,7 +219,8 @@ std::optional<int> TagToggleFastPath::run(int count, char* words[])
     if (!value)
         return std::nullopt; // a file system without attributes keeps tags in its folder's index file
     const std::vector<std::string> tags = toggled(platform::TagAttribute::names(*value), request->colour);
-    if (!std::all_of(tags.begin(), tags.end(), [](const std::string& tag) { return platform::isValidUtf8(tag); }))
+    if (!std::all_of(tags.begin(), tags.end(),
+                     [](const std::string& tag) { return platform::isValidUtf8(tag); }))
         return std::nullopt;
     std::vector<std::string> colours;
     std::copy_if(tags.begin(), tags.end(), std::back_inserter(colours), Properties::isColourName);

@@ -107,7 +107,10 @@ std::optional<std::set<std::string>> recordNames(const std::string& trash)
 std::string percentDecoded(std::string_view text)
 {
     const auto hex = [](char c) {
-        return c >= '0' && c <= '9' ? c - '0' : c >= 'a' && c <= 'f' ? c - 'a' + 10 : c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+        return c >= '0' && c <= '9'   ? c - '0'
+               : c >= 'a' && c <= 'f' ? c - 'a' + 10
+               : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                      : -1;
     };
     std::string bytes;
     for (size_t i = 0; i < text.size(); ++i) {
@@ -161,9 +164,9 @@ std::optional<Record> readRecord(const std::string& infoPath)
 bool isPlainDate(std::string_view date)
 {
     constexpr std::string_view shape = "0000-00-00T00:00:00";
-    return date.size() == shape.size() && std::equal(shape.begin(), shape.end(), date.begin(), [](char s, char c) {
-               return s == '0' ? c >= '0' && c <= '9' : s == c;
-           });
+    return date.size() == shape.size() &&
+           std::equal(shape.begin(), shape.end(), date.begin(),
+                      [](char s, char c) { return s == '0' ? c >= '0' && c <= '9' : s == c; });
 }
 
 enum class Found
@@ -172,8 +175,8 @@ enum class Found
     unclear // FileDeleteService would search further, or could order or read the records otherwise
 };
 
-// The newest item trashed from `absolute` among the records named after its file, as TrashRestorer probes them:
-// "IMG_1.jpg", "IMG_1.2.jpg", … past gaps of up to 16 names.
+// The newest item trashed from `absolute` among the records named after its file, as TrashRestorer probes
+// them: "IMG_1.jpg", "IMG_1.2.jpg", … past gaps of up to 16 names.
 std::pair<Found, Item> newestItem(const std::string& trash, const std::set<std::string>& names,
                                   const std::string& absolute, const std::string& name)
 {
@@ -182,7 +185,8 @@ std::pair<Found, Item> newestItem(const std::string& trash, const std::set<std::
     for (int attempt = 1; misses < 16 && attempt <= 1000; ++attempt) {
         const std::string itemName = platform::TrashItem::name(name, attempt);
         const std::string recordName = itemName + std::string(recordSuffix);
-        const auto record = names.contains(recordName) ? readRecord(trash + "/info/" + recordName) : std::nullopt;
+        const auto record =
+            names.contains(recordName) ? readRecord(trash + "/info/" + recordName) : std::nullopt;
         if (!record) {
             ++misses;
             continue;
@@ -196,7 +200,8 @@ std::pair<Found, Item> newestItem(const std::string& trash, const std::set<std::
     }
     if (items.empty())
         return {Found::unclear, {}};
-    if (items.size() > 1 && !std::all_of(items.begin(), items.end(), [](const Item& i) { return isPlainDate(i.deletionDate); }))
+    if (items.size() > 1 &&
+        !std::all_of(items.begin(), items.end(), [](const Item& i) { return isPlainDate(i.deletionDate); }))
         return {Found::unclear, {}};
     std::stable_sort(items.begin(), items.end(),
                      [](const Item& a, const Item& b) { return a.deletionDate > b.deletionDate; });
@@ -284,7 +289,8 @@ std::optional<int> TrashRestoreFastPath::run(int count, char* words[])
         }
         ::unlink(plan.item.infoPath.c_str());
         if (!request->quiet)
-            said += restoreLog(plan, *trash) + logLine(Words::tag, std::string(Words::restoreDone) + plan.absolute) +
+            said += restoreLog(plan, *trash) +
+                    logLine(Words::tag, std::string(Words::restoreDone) + plan.absolute) +
                     logLine(Words::tag, Words::restoreFinished);
         out += escapedLineBytes(plan.absolute) + "\n";
     }

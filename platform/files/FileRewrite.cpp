@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/files/FileRewrite.h"
 
-#include <cerrno>
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <utility>
 
@@ -83,11 +83,15 @@ FileRewrite FileRewrite::forExistingFile(const std::string& path, std::string_vi
 }
 
 FileRewrite::FileRewrite(FileRewrite&& other) noexcept
-    : m_path(std::move(other.m_path)), m_temporary(std::exchange(other.m_temporary, {})), m_error(other.m_error)
+    : m_path(std::move(other.m_path)), m_temporary(std::exchange(other.m_temporary, {})),
+      m_error(other.m_error)
 {
 }
 
-FileRewrite::~FileRewrite() { drop(); }
+FileRewrite::~FileRewrite()
+{
+    drop();
+}
 
 void FileRewrite::drop()
 {

@@ -9,8 +9,8 @@
 
 namespace lumaro::platform {
 
-// A temporary file beside `path`, written in full and synced, not yet under its name. Dropped (removed) unless
-// committed. Failures leave errno's value in error().
+// A temporary file beside `path`, written in full and synced, not yet under its name. Dropped (removed)
+// unless committed. Failures leave errno's value in error().
 class FileRewrite
 {
 public:
@@ -18,8 +18,8 @@ public:
     FileRewrite(const std::string& path, std::string_view contents, unsigned mode);
     // For a file that does not exist yet: the permission bits the umask allows.
     static FileRewrite forNewFile(const std::string& path, std::string_view contents);
-    // For a file that exists: its permission bits and user.* extended attributes (colour tags) carried over, so
-    // the rewritten file looks to the user like the same one. error() is set when it cannot be examined.
+    // For a file that exists: its permission bits and user.* extended attributes (colour tags) carried over,
+    // so the rewritten file looks to the user like the same one. error() is set when it cannot be examined.
     static FileRewrite forExistingFile(const std::string& path, std::string_view contents);
     FileRewrite(FileRewrite&& other) noexcept;
     FileRewrite(const FileRewrite&) = delete;

@@ -14,7 +14,10 @@ namespace {
 
 using Found = SettingsFileValue::Found;
 
-SettingsFileValue unclear() { return {Found::unclear, {}}; }
+SettingsFileValue unclear()
+{
+    return {Found::unclear, {}};
+}
 
 } // namespace
 

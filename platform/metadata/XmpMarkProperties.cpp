@@ -44,8 +44,7 @@ bool sameIgnoringAsciiCase(std::string_view a, std::string_view b)
     });
 }
 
-template <typename Number>
-std::optional<Number> parsed(std::string_view text)
+template <typename Number> std::optional<Number> parsed(std::string_view text)
 {
     text = asciiTrimmed(text);
     if (text.starts_with('+'))
@@ -91,7 +90,8 @@ std::vector<std::string> colours(const Exiv2::XmpData& xmp)
         for (long n = 0; n < it->count(); ++n) {
             const auto index = parsed<long>(it->toString(n));
             for (std::size_t i = 0; i < kColours.size(); ++i)
-                named[i] = named[i] || (index && kColours[i].darktable >= 0 && kColours[i].darktable == *index);
+                named[i] =
+                    named[i] || (index && kColours[i].darktable >= 0 && kColours[i].darktable == *index);
         }
     }
     if (const auto code = number(xmp, kColorLabel)) {
@@ -111,7 +111,9 @@ void setColours(Exiv2::XmpData& xmp, const std::vector<std::string>& colours)
     erase(xmp, kLabel);
     erase(xmp, kColorLabel);
     erase(xmp, kDarktableLabels);
-    const auto place = [&colours](const char* name) { return std::find(colours.begin(), colours.end(), name); };
+    const auto place = [&colours](const char* name) {
+        return std::find(colours.begin(), colours.end(), name);
+    };
     const Colour* last = nullptr;
     Exiv2::XmpArrayValue darktable(Exiv2::xmpSeq);
     for (const Colour& colour : kColours) {

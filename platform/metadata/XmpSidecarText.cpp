@@ -20,9 +20,10 @@ bool holdsNoPacket(std::string_view bytes)
 }
 
 constexpr std::string_view declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-constexpr std::string_view emptyPacket = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"
-                                         " <rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"/>\n"
-                                         "</x:xmpmeta>\n";
+constexpr std::string_view emptyPacket =
+    "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"
+    " <rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\"/>\n"
+    "</x:xmpmeta>\n";
 
 } // namespace
 
@@ -34,8 +35,8 @@ bool decode(std::string_view bytes, Exiv2::XmpData& xmp)
 std::optional<std::string> encode(Exiv2::XmpData& xmp)
 {
     std::string packet;
-    if (Exiv2::XmpParser::encode(packet, xmp,
-                                 Exiv2::XmpParser::omitPacketWrapper | Exiv2::XmpParser::useCompactFormat) != 0)
+    if (Exiv2::XmpParser::encode(
+            packet, xmp, Exiv2::XmpParser::omitPacketWrapper | Exiv2::XmpParser::useCompactFormat) != 0)
         return std::nullopt;
     return std::string(declaration) + (packet.empty() ? std::string(emptyPacket) : packet);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // lumaro-cli answers `COMMAND --help` (and --help-all, the same text) itself, without Qt, from texts written at
-// build time: each must be what the program that runs the command prints, byte for byte, for either. Asked of a lone copy of lumaro-cli (no helper beside it), so a hand-over would show as "cannot
-// start".
+// build time: each must be what the program that runs the command prints, byte for byte, for either. Asked
+// of a lone copy of lumaro-cli (no helper beside it), so a hand-over would show as "cannot start".
 #include "tests/cli/CliRunner.h"
 #include "tests/support/TempFolder.h"
 

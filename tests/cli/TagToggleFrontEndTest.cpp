@@ -25,7 +25,8 @@ constexpr char picture[] = "IMG 1 é.JPG";
 // A sidecar darktable left: a rating, a red label and an editing history that must survive.
 constexpr char darktableSidecar[] =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+    "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+    "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
     "<rdf:Description rdf:about=\"\" xmlns:xmp=\"http://ns.adobe.com/xap/1.0/\""
     " xmlns:darktable=\"http://darktable.sf.net/\" xmp:Rating=\"3\" xmp:Label=\"Red\">"
     "<darktable:colorlabels><rdf:Seq><rdf:li>0</rdf:li></rdf:Seq></darktable:colorlabels>"
@@ -35,8 +36,8 @@ constexpr char darktableSidecar[] =
 struct ToggleCase
 {
     const char* name;
-    QStringList arguments;  // after "tags"; "%1" stands for the picture's path
-    QByteArray tagsBefore;  // the attribute's bytes; empty: none
+    QStringList arguments;   // after "tags"; "%1" stands for the picture's path
+    QByteArray tagsBefore;   // the attribute's bytes; empty: none
     const char* sidecarName; // a sidecar there before, or null
     QByteArray sidecarBefore;
     QByteArray settings; // the settings file's contents; empty: none
@@ -88,7 +89,8 @@ protected:
     {
         QStringList arguments{QStringLiteral("tags")};
         for (QString argument : GetParam().arguments)
-            arguments << argument.replace(QStringLiteral("%1"), pictures.filePath(QString::fromUtf8(picture)));
+            arguments << argument.replace(QStringLiteral("%1"),
+                                          pictures.filePath(QString::fromUtf8(picture)));
         return runProgram(program, arguments);
     }
 
@@ -125,17 +127,72 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, TagToggleFrontEnd,
     ::testing::Values(
         ToggleCase{"onWithoutSidecar", {"%1", "--toggle", "red"}, {}, nullptr, {}, {}, true},
-        ToggleCase{"keepsOtherProgramsTags", {"-q", "%1", "--toggle=green"}, " Portfolio , red,client A", nullptr, {}, {}, true},
-        ToggleCase{"lastColourOffLeavesNoFile", {"%1", "--toggle", "red"}, "red,Portfolio", nullptr, {}, {}, true},
+        ToggleCase{"keepsOtherProgramsTags",
+                   {"-q", "%1", "--toggle=green"},
+                   " Portfolio , red,client A",
+                   nullptr,
+                   {},
+                   {},
+                   true},
+        ToggleCase{
+            "lastColourOffLeavesNoFile", {"%1", "--toggle", "red"}, "red,Portfolio", nullptr, {}, {}, true},
         ToggleCase{"json", {"--json", "--toggle", "blue", "%1", "--quiet"}, "red", nullptr, {}, {}, true},
-        ToggleCase{"darktableSidecarKept", {"%1", "--toggle", "yellow"}, "red", "IMG 1 é.JPG.xmp", darktableSidecar, {}, true},
-        ToggleCase{"lightroomStemSidecar", {"%1", "--toggle", "purple"}, {}, "IMG 1 é.xmp", darktableSidecar, {}, true},
-        ToggleCase{"lastColourOffEmptiesSidecar", {"%1", "--toggle", "red"}, "red", "IMG 1 é.JPG.xmp", darktableSidecar, {}, true},
-        ToggleCase{"declarationOnlySidecar", {"%1", "--toggle", "orange"}, {}, "IMG 1 é.JPG.XMP", "<?xml version=\"1.0\"?>\n", {}, true},
-        ToggleCase{"stemNamingSetting", {"%1", "--toggle", "blue"}, {}, nullptr, {}, "[General]\nLMR_SidecarNaming=stem\n", true},
-        ToggleCase{"otherSettingsOnly", {"%1", "--toggle", "blue"}, {}, nullptr, {}, "[General]\nLMR_Other=1\n[Window]\nLMR_SidecarNaming=stem\n", true},
-        ToggleCase{"quotedNamingSetting", {"%1", "--toggle", "blue"}, {}, nullptr, {}, "[General]\nLMR_SidecarNaming=\"stem\"\n", false},
-        ToggleCase{"sidecarNotXmp", {"%1", "--toggle", "red"}, {}, "IMG 1 é.JPG.xmp", "<x:xmpmeta unclosed", {}, false},
+        ToggleCase{"darktableSidecarKept",
+                   {"%1", "--toggle", "yellow"},
+                   "red",
+                   "IMG 1 é.JPG.xmp",
+                   darktableSidecar,
+                   {},
+                   true},
+        ToggleCase{"lightroomStemSidecar",
+                   {"%1", "--toggle", "purple"},
+                   {},
+                   "IMG 1 é.xmp",
+                   darktableSidecar,
+                   {},
+                   true},
+        ToggleCase{"lastColourOffEmptiesSidecar",
+                   {"%1", "--toggle", "red"},
+                   "red",
+                   "IMG 1 é.JPG.xmp",
+                   darktableSidecar,
+                   {},
+                   true},
+        ToggleCase{"declarationOnlySidecar",
+                   {"%1", "--toggle", "orange"},
+                   {},
+                   "IMG 1 é.JPG.XMP",
+                   "<?xml version=\"1.0\"?>\n",
+                   {},
+                   true},
+        ToggleCase{"stemNamingSetting",
+                   {"%1", "--toggle", "blue"},
+                   {},
+                   nullptr,
+                   {},
+                   "[General]\nLMR_SidecarNaming=stem\n",
+                   true},
+        ToggleCase{"otherSettingsOnly",
+                   {"%1", "--toggle", "blue"},
+                   {},
+                   nullptr,
+                   {},
+                   "[General]\nLMR_Other=1\n[Window]\nLMR_SidecarNaming=stem\n",
+                   true},
+        ToggleCase{"quotedNamingSetting",
+                   {"%1", "--toggle", "blue"},
+                   {},
+                   nullptr,
+                   {},
+                   "[General]\nLMR_SidecarNaming=\"stem\"\n",
+                   false},
+        ToggleCase{"sidecarNotXmp",
+                   {"%1", "--toggle", "red"},
+                   {},
+                   "IMG 1 é.JPG.xmp",
+                   "<x:xmpmeta unclosed",
+                   {},
+                   false},
         ToggleCase{"colourInCapitals", {"%1", "--toggle", "Red"}, {}, nullptr, {}, {}, false},
         ToggleCase{"unknownColour", {"%1", "--toggle", "magenta"}, {}, nullptr, {}, {}, false},
         ToggleCase{"twoToggles", {"%1", "--toggle", "red", "--toggle", "blue"}, {}, nullptr, {}, {}, false},

@@ -124,13 +124,16 @@ TEST_P(SettingsFileValueParsing, ReadsOnlyThePlainForms)
 using Found = SettingsFileValue::Found;
 INSTANTIATE_TEST_SUITE_P(
     Cases, SettingsFileValueParsing,
-    ::testing::Values(SettingsText{"general", "[General]\nLMR_SidecarNaming=stem\n", Found::plain, "stem"},
-                      SettingsText{"beforeAnySection", "LMR_SidecarNaming = stem \r\n[Window]\nx=1\n", Found::plain, "stem"},
-                      SettingsText{"otherSectionOnly", "[Window]\nLMR_SidecarNaming=stem\n", Found::absent, ""},
-                      SettingsText{"empty", "", Found::absent, ""},
-                      SettingsText{"writtenTwice", "[General]\nLMR_SidecarNaming=stem\nLMR_SidecarNaming=picture\n", Found::unclear, ""},
-                      SettingsText{"continued", "[General]\nLMR_Other=a\\\nLMR_SidecarNaming=stem\n", Found::unclear, ""},
-                      SettingsText{"longerKey", "[General]\nLMR_SidecarNamingOld=stem\n", Found::unclear, ""},
-                      SettingsText{"quoted", "[General]\nLMR_SidecarNaming=\"stem\"\n", Found::unclear, ""},
-                      SettingsText{"commented", "[General]\nLMR_SidecarNaming=stem ; was picture\n", Found::unclear, ""}),
+    ::testing::Values(
+        SettingsText{"general", "[General]\nLMR_SidecarNaming=stem\n", Found::plain, "stem"},
+        SettingsText{"beforeAnySection", "LMR_SidecarNaming = stem \r\n[Window]\nx=1\n", Found::plain,
+                     "stem"},
+        SettingsText{"otherSectionOnly", "[Window]\nLMR_SidecarNaming=stem\n", Found::absent, ""},
+        SettingsText{"empty", "", Found::absent, ""},
+        SettingsText{"writtenTwice", "[General]\nLMR_SidecarNaming=stem\nLMR_SidecarNaming=picture\n",
+                     Found::unclear, ""},
+        SettingsText{"continued", "[General]\nLMR_Other=a\\\nLMR_SidecarNaming=stem\n", Found::unclear, ""},
+        SettingsText{"longerKey", "[General]\nLMR_SidecarNamingOld=stem\n", Found::unclear, ""},
+        SettingsText{"quoted", "[General]\nLMR_SidecarNaming=\"stem\"\n", Found::unclear, ""},
+        SettingsText{"commented", "[General]\nLMR_SidecarNaming=stem ; was picture\n", Found::unclear, ""}),
     [](const auto& info) { return std::string(info.param.name); });
