@@ -3,6 +3,7 @@
 
 #include "platform/files/FileMover.h"
 #include "platform/files/FileNameCodec.h"
+#include "platform/files/TrashItem.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,7 +15,6 @@
 #include <cerrno>
 #include <cstring>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -111,14 +111,9 @@ const QSet<QString>& TrashRecords::recordNames(const QString& trashDir)
     auto known = m_names.find(trashDir);
     if (known == m_names.end()) {
         QSet<QString> names;
-        if (DIR* dir = ::opendir(FileNameCodec::encode(trashDir + QStringLiteral("/info")).constData())) {
-            while (const dirent* item = ::readdir(dir)) {
-                const QString name = FileNameCodec::decode(QByteArray(item->d_name));
-                if (name.endsWith(QLatin1String(".trashinfo")))
-                    names.insert(name);
-            }
-            ::closedir(dir);
-        }
+        for (const std::string& name :
+             TrashItem::recordNames(FileNameCodec::encode(trashDir).toStdString()).value_or(std::vector<std::string>()))
+            names.insert(FileNameCodec::decode(QByteArray::fromStdString(name)));
         known = m_names.insert(trashDir, names);
     }
     return *known;

@@ -168,15 +168,12 @@ bool XattrTagStore::setTags(const QString& path, const QStringList& tags, QStrin
     int code = 0;
     if (m_forceUnsupported && m_forceUnsupported(path)) {
         code = ENOTSUP;
-    } else if (cleaned.isEmpty()) {
-        if (::removexattr(native.constData(), TagAttribute::name) == 0 || errno == ENODATA)
-            return true;
-        code = errno;
     } else {
-        const QByteArray value = serialise(cleaned);
-        if (::setxattr(native.constData(), TagAttribute::name, value.constData(), size_t(value.size()), 0) == 0)
+        std::vector<std::string> names;
+        for (const QString& tag : cleaned)
+            names.push_back(encodedName(tag).toStdString());
+        if (TagAttribute::write(native.constData(), names, &code))
             return true;
-        code = errno;
     }
     if (isUnsupported(code) && m_fallback)
         return m_fallback->setTags(path, cleaned, error);

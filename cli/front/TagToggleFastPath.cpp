@@ -6,6 +6,7 @@
 #include "cli/front/LineEscape.h"
 #include "cli/front/WriteAll.h"
 
+#include "platform/files/FileBytes.h"
 #include "platform/files/FileRewrite.h"
 #include "platform/files/PathKind.h"
 #include "platform/files/SettingsFileValue.h"
@@ -23,14 +24,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <sys/stat.h>
-#include <sys/xattr.h>
 
 namespace lumaro::cli {
 
@@ -40,8 +36,8 @@ namespace Properties = platform::XmpMarkProperties;
 
 // The settings key PictureRater keeps the naming of new sidecars under.
 constexpr std::string_view namingKey = "LMR_SidecarNaming";
-// XmpSidecar reads no sidecar larger than this.
-constexpr off_t largestSidecar = 16 * 1024 * 1024;
+// XmpSidecar reads at most this much of a sidecar.
+constexpr long long largestSidecar = 16 * 1024 * 1024;
 
 struct Request
 {
@@ -104,23 +100,6 @@ std::optional<std::string> newSidecarPath(const std::string& picture)
     return stemNamed ? picture.substr(0, dot) + ".xmp" : picture + ".xmp";
 }
 
-std::optional<std::string> smallFileContents(const std::string& path)
-{
-    struct stat info
-    {
-    };
-    if (::stat(path.c_str(), &info) != 0 || info.st_size > largestSidecar)
-        return std::nullopt;
-    std::ifstream stream(path, std::ios::binary);
-    std::ostringstream contents;
-    if (!(contents << stream.rdbuf()) && info.st_size > 0)
-        return std::nullopt;
-    // It may have grown since.
-    if (contents.view().size() > std::size_t(largestSidecar))
-        return std::nullopt;
-    return std::move(contents).str();
-}
-
 struct SidecarChange
 {
     std::string path;
@@ -151,7 +130,7 @@ std::optional<SidecarChange> preparedSidecar(const std::string& picture,
     try {
         Exiv2::XmpData xmp;
         if (change.existed) {
-            const auto bytes = smallFileContents(change.path);
+            const auto bytes = platform::readFileBytes(change.path.c_str(), largestSidecar);
             if (!bytes || !platform::XmpSidecarText::decode(*bytes, xmp))
                 return std::nullopt;
         }
@@ -177,14 +156,6 @@ std::string joined(const std::vector<std::string>& names, std::string_view separ
     for (const std::string& name : names)
         text += (text.empty() ? "" : std::string(separator)) + name;
     return text;
-}
-
-bool writeTags(const std::string& file, const std::vector<std::string>& tags)
-{
-    if (tags.empty())
-        return ::removexattr(file.c_str(), platform::TagAttribute::name) == 0 || errno == ENODATA;
-    const std::string value = joined(tags, ",");
-    return ::setxattr(file.c_str(), platform::TagAttribute::name, value.data(), value.size(), 0) == 0;
 }
 
 std::string jsonArray(const std::vector<std::string>& names)
@@ -227,7 +198,7 @@ std::optional<int> TagToggleFastPath::run(int count, char* words[])
     // Everything that could refuse is settled before the first change: the sidecar waits, written in full
     // beside its place, while the attribute is set.
     auto sidecar = preparedSidecar(request->file, colours);
-    if (!sidecar || !writeTags(request->file, tags))
+    if (!sidecar || !platform::TagAttribute::write(request->file.c_str(), tags, &error))
         return std::nullopt;
     if (sidecar->rewrite && !(sidecar->existed ? sidecar->rewrite->replace() : sidecar->rewrite->create()))
         return sidecarFailed(*request, *sidecar);

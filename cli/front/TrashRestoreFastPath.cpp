@@ -8,22 +8,18 @@
 #include "browse/trash/DeleteLogText.h"
 #include "platform/files/AsciiTrimmed.h"
 #include "platform/files/CleanAbsolutePath.h"
+#include "platform/files/FileBytes.h"
 #include "platform/files/PathKind.h"
-#include "platform/files/RenameWithoutReplacing.h"
 #include "platform/files/TrashItem.h"
 #include "platform/files/Utf8Sequence.h"
 #include "platform/files/VisibleEntries.h"
 #include "platform/files/XdgHomes.h"
 
 #include <algorithm>
-#include <fstream>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <dirent.h>
-#include <unistd.h>
 
 namespace lumaro::cli {
 
@@ -40,8 +36,7 @@ struct Request
 
 struct Item
 {
-    std::string trashedPath;
-    std::string infoPath;
+    platform::TrashItem::Placed place;
     std::string deletionDate;
 };
 
@@ -81,25 +76,19 @@ bool endsWithIgnoringCase(std::string_view text, std::string_view end)
                       [](char lower, char c) { return (c | 0x20) == lower; });
 }
 
-// The names in info/, listed once for the batch as FileDeleteService lists them; nullopt when a trashed
-// sidecar is among them (putting it back with its picture is lumaro-cli-light's).
+// The names in info/, listed once for the batch as TrashRecords lists them; nullopt when a trashed sidecar is
+// among them (putting it back with its picture is lumaro-cli-light's).
 std::optional<std::set<std::string>> recordNames(const std::string& trash)
 {
-    DIR* dir = ::opendir((trash + "/info").c_str());
-    if (!dir)
+    const auto listed = platform::TrashItem::recordNames(trash);
+    if (!listed)
         return std::nullopt;
     std::set<std::string> names;
-    while (const dirent* entry = ::readdir(dir)) {
-        const std::string_view name = entry->d_name;
-        if (!name.ends_with(recordSuffix))
-            continue;
-        if (endsWithIgnoringCase(name.substr(0, name.size() - recordSuffix.size()), ".xmp")) {
-            ::closedir(dir);
+    for (const std::string& name : *listed) {
+        if (endsWithIgnoringCase(std::string_view(name).substr(0, name.size() - recordSuffix.size()), ".xmp"))
             return std::nullopt;
-        }
-        names.emplace(name);
+        names.insert(name);
     }
-    ::closedir(dir);
     return names;
 }
 
@@ -134,14 +123,10 @@ struct Record
 // DeletionDate= lines); nullopt when it is not one.
 std::optional<Record> readRecord(const std::string& infoPath)
 {
-    std::ifstream file(infoPath, std::ios::binary);
-    if (!file)
+    const auto bytes = platform::readFileBytes(infoPath.c_str(), 64 * 1024);
+    if (!bytes)
         return std::nullopt;
-    std::string text(64 * 1024, '\0');
-    file.read(text.data(), std::streamsize(text.size()));
-    if (file.bad())
-        return std::nullopt;
-    text.resize(size_t(file.gcount()));
+    const std::string_view text = *bytes;
     Record record;
     bool first = true;
     for (size_t start = 0; start <= text.size();) {
@@ -196,7 +181,7 @@ std::pair<Found, Item> newestItem(const std::string& trash, const std::set<std::
             return {Found::unclear, {}};
         const std::string trashed = trash + "/files/" + itemName;
         if (record->path == absolute && platform::PathKind::exists(trashed.c_str()))
-            items.push_back({trashed, trash + "/info/" + recordName, record->deletionDate});
+            items.push_back({{trashed, trash + "/info/" + recordName}, record->deletionDate});
     }
     if (items.empty())
         return {Found::unclear, {}};
@@ -206,20 +191,6 @@ std::pair<Found, Item> newestItem(const std::string& trash, const std::set<std::
     std::stable_sort(items.begin(), items.end(),
                      [](const Item& a, const Item& b) { return a.deletionDate > b.deletionDate; });
     return {Found::item, items.front()};
-}
-
-// A trash at the top of a volume the folder lies on, which FileDeleteService would search too.
-bool hasVolumeTrashAbove(const std::string& folder)
-{
-    const std::string uid = std::to_string(::getuid());
-    for (std::string dir = folder;; dir = dir.substr(0, std::max<size_t>(dir.rfind('/'), 1))) {
-        const std::string top = dir == "/" ? "" : dir;
-        if (platform::PathKind::exists((top + "/.Trash-" + uid).c_str()) ||
-            platform::PathKind::exists((top + "/.Trash/" + uid).c_str()))
-            return true;
-        if (dir == "/")
-            return false;
-    }
 }
 
 std::optional<std::vector<Plan>> planOf(const Request& request, const std::string& trash)
@@ -241,10 +212,12 @@ std::optional<std::vector<Plan>> planOf(const Request& request, const std::strin
         const std::string folder = slash == 0 ? std::string("/") : absolute->substr(0, slash);
         const std::string name = absolute->substr(slash + 1);
         if (!platform::VisibleEntries::isListableFolder(folder.c_str()) ||
-            platform::PathKind::deviceOf(folder.c_str()) != trashDevice || hasVolumeTrashAbove(folder))
+            platform::PathKind::deviceOf(folder.c_str()) != trashDevice ||
+            platform::TrashItem::hasVolumeTrashAbove(folder))
             return std::nullopt;
         auto [found, item] = newestItem(trash, *names, *absolute, name);
-        if (found != Found::item || platform::PathKind::deviceOf(item.trashedPath.c_str()) != trashDevice)
+        if (found != Found::item ||
+            platform::PathKind::deviceOf(item.place.trashedPath.c_str()) != trashDevice)
             return std::nullopt;
         plans.push_back({path, std::move(*absolute), folder, name, std::move(item)});
     }
@@ -277,7 +250,7 @@ std::optional<int> TrashRestoreFastPath::run(int count, char* words[])
     int failed = 0;
     for (size_t i = 0; i < plans->size(); ++i) {
         const Plan& plan = (*plans)[i];
-        if (!platform::renameBytesWithoutReplacing(plan.item.trashedPath.c_str(), plan.absolute.c_str())) {
+        if (!platform::TrashItem::putBack(plan.item.place, plan.absolute)) {
             // Something took the name or the item since it was looked at: before any change lumaro-cli-light
             // may still do it all and say what failed, after one it is said here.
             if (i == 0)
@@ -287,7 +260,6 @@ std::optional<int> TrashRestoreFastPath::run(int count, char* words[])
                     ": cannot put back (not in the Trash, or a file of that name is already there)\n";
             continue;
         }
-        ::unlink(plan.item.infoPath.c_str());
         if (!request->quiet)
             said += restoreLog(plan, *trash) +
                     logLine(Words::tag, std::string(Words::restoreDone) + plan.absolute) +

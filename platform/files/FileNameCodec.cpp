@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/files/FileNameCodec.h"
 
+#include "platform/files/FileBytes.h"
 #include "platform/files/PathKind.h"
-
 #include "platform/files/Utf8Sequence.h"
 
 #include <algorithm>
@@ -134,33 +134,10 @@ bool FileNameCodec::openForReading(QFile& file, const QString& path)
 
 QByteArray FileNameCodec::readAll(const QString& path, bool* ok, qint64 limit)
 {
+    const auto content = readFileBytes(encode(path).constData(), limit);
     if (ok)
-        *ok = false;
-    const int fd = openForReading(path);
-    if (fd < 0)
-        return {};
-    QByteArray content;
-    char buffer[64 * 1024];
-    for (;;) {
-        const qint64 want =
-            limit < 0 ? qint64(sizeof buffer) : std::min<qint64>(sizeof buffer, limit - content.size());
-        if (want <= 0)
-            break;
-        const ssize_t got = ::read(fd, buffer, size_t(want));
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0) {
-            ::close(fd);
-            return {};
-        }
-        if (got == 0)
-            break;
-        content.append(buffer, got);
-    }
-    ::close(fd);
-    if (ok)
-        *ok = true;
-    return content;
+        *ok = content.has_value();
+    return content ? QByteArray::fromStdString(*content) : QByteArray();
 }
 
 } // namespace lumaro::platform

@@ -89,4 +89,16 @@ std::optional<std::string> TagAttribute::read(const char* path, int* errorNumber
     return std::nullopt;
 }
 
+bool TagAttribute::write(const char* path, const std::vector<std::string>& names, int* errorNumber)
+{
+    std::string value;
+    for (const std::string& tag : names)
+        value += (value.empty() ? "" : ",") + tag;
+    const bool written = value.empty() ? ::removexattr(path, name) == 0 || errno == ENODATA
+                                       : ::setxattr(path, name, value.data(), value.size(), 0) == 0;
+    if (!written)
+        *errorNumber = errno;
+    return written;
+}
+
 } // namespace lumaro::platform

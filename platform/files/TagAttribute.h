@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The user.xdg.tags attribute's value as names, without Qt: the one reading rule XattrTagStore and
-// lumaro-cli's front end (a plain `tags FILE`) share.
+// The user.xdg.tags attribute's value as names, without Qt: the one reading and writing rule XattrTagStore,
+// lumaro-cli's front end (a plain `tags FILE`) and its XMP helper (a toggle) share.
 #pragma once
 
 #include <optional>
@@ -23,6 +23,10 @@ public:
     // cannot be read, with errno's value in `errorNumber` (ENOTSUP where the file system keeps no
     // attributes).
     static std::optional<std::string> read(const char* path, int* errorNumber);
+    // Sets the attribute to `names` (each already clean: trimmed, without commas, once) joined by commas, or
+    // removes it when there are none. False with errno's value in `errorNumber` (ENOTSUP where the file
+    // system keeps no attributes).
+    static bool write(const char* path, const std::vector<std::string>& names, int* errorNumber);
 };
 
 } // namespace lumaro::platform

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <ctime>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -139,6 +140,46 @@ std::optional<TrashItem::Placed> TrashItem::place(const std::string& source, std
     }
     setError(error, "no free name in " + trashDir);
     return std::nullopt;
+}
+
+std::optional<std::vector<std::string>> TrashItem::recordNames(const std::string& trashDir)
+{
+    DIR* dir = ::opendir((trashDir + "/info").c_str());
+    if (!dir)
+        return std::nullopt;
+    std::vector<std::string> names;
+    while (const dirent* entry = ::readdir(dir)) {
+        const std::string_view name = entry->d_name;
+        if (name.ends_with(".trashinfo"))
+            names.emplace_back(name);
+    }
+    ::closedir(dir);
+    return names;
+}
+
+bool TrashItem::putBack(const Placed& item, const std::string& target)
+{
+    if (!renameBytesWithoutReplacing(item.trashedPath.c_str(), target.c_str()))
+        return false;
+    ::unlink(item.infoPath.c_str());
+    return true;
+}
+
+bool TrashItem::hasVolumeTrashAbove(const std::string& folder)
+{
+    const std::string uid = std::to_string(::getuid());
+    for (std::string dir = folder;; dir = dir.substr(0, std::max<size_t>(dir.rfind('/'), 1))) {
+        const std::string top = dir == "/" ? "" : dir;
+        for (const std::string& trash : {top + "/.Trash-" + uid, top + "/.Trash/" + uid}) {
+            struct stat info
+            {
+            };
+            if (::lstat(trash.c_str(), &info) == 0)
+                return true;
+        }
+        if (dir == "/")
+            return false;
+    }
 }
 
 } // namespace lumaro::platform

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One item put into a freedesktop.org trash folder, by the names' bytes and without Qt: its
+// One item put into a freedesktop.org trash folder and taken back out, by the names' bytes and without Qt: its
 // info/NAME.trashinfo record and its files/NAME, named alike. FreedesktopTrash (which picks the trash folder)
 // and lumaro-cli's front end both put items in through this.
 #pragma once
@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lumaro::platform {
 
@@ -39,6 +40,14 @@ public:
     static std::optional<Placed> place(const std::string& source, std::string_view fileName,
                                        const std::string& trashDir, const std::string& record,
                                        std::string* error);
+    // The names of the records in `trashDir`/info ("NAME.trashinfo"), as the folder lists them; nullopt when
+    // it cannot be read.
+    static std::optional<std::vector<std::string>> recordNames(const std::string& trashDir);
+    // Renames the trashed file back to `target` without replacing anything, then removes its record.
+    static bool putBack(const Placed& item, const std::string& target);
+    // Whether a volume trash (TOP/.Trash-UID, TOP/.Trash/UID) lies at `folder` or any folder above it: where
+    // one may, TrashDirectories also searches the volume's trash.
+    static bool hasVolumeTrashAbove(const std::string& folder);
 };
 
 } // namespace lumaro::platform
