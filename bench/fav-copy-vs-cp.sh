@@ -5,6 +5,7 @@
 # same files into a folder, in one run, each read from a cold page cache (the programs themselves warm; as
 # root, else both read warm and the script says so). Ours also records every favourite in the store.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/timing.sh"
 build=${1:-build/release}
 cli="$build/cli/lumaro-cli"
 runs=${RUNS:-6}
@@ -26,8 +27,6 @@ sync
 cold="cold page cache (dropped before each run)"
 drop() { sync; echo 1 > /proc/sys/vm/drop_caches 2>/dev/null || return 1; }
 drop || cold="WARM page cache: /proc/sys/vm/drop_caches is not writable here"
-median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
-time_ms() { local s e; s=$(date +%s%N); "$@" > /dev/null 2>&1; e=$(date +%s%N); echo $(( (e - s) / 1000000 )); }
 
 # Only the pictures are read cold: each program is loaded once after the drop.
 warm_programs() {
@@ -35,9 +34,9 @@ warm_programs() {
   cp --version > /dev/null
 }
 run_lumaro() { rm -rf "$dir/favs" "$dir/data"; mkdir -p "$dir/favs"; drop || true; warm_programs
-  lumaro+=("$(time_ms "$cli" fav add --quiet "$dir"/shoot/*.JPG)"); }
+  lumaro+=("$(time_ms_silent "$cli" fav add --quiet "$dir"/shoot/*.JPG)"); }
 run_peer() { rm -rf "$dir/cp"; mkdir -p "$dir/cp"; drop || true; warm_programs
-  peer+=("$(time_ms cp "$dir"/shoot/*.JPG "$dir/cp/")"); }
+  peer+=("$(time_ms_silent cp "$dir"/shoot/*.JPG "$dir/cp/")"); }
 # Turns at going first, and a first round not counted: a VM's disk still writes back what the last run wrote.
 lumaro=(); peer=()
 run_lumaro; run_peer; lumaro=(); peer=()

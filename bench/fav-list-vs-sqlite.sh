@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # `lumaro-cli fav list` against the sqlite3 shell running the same query on the same 50,000-record store, in one run.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/timing.sh"
 build=${1:-build/release}
 cli="$build/cli/lumaro-cli"
 records=${RECORDS:-50000}
@@ -17,8 +18,6 @@ sqlite3 "$db" "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WH
   SELECT printf('/home/me/Pictures/shoot-%d/IMG_%05d.JPG', i / 500, i), printf('IMG_%05d.JPG', i),
          i % 10 != 0, CASE WHEN i % 3 = 0 THEN 'SSS' END, 1.7e9 + i, 1.7e9 + i FROM n;"
 
-median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
-time_ms() { local s e; s=$(date +%s%N); "$@" > /dev/null; e=$(date +%s%N); echo $(( (e - s) / 1000000 )); }
 query="SELECT file_path FROM favourites WHERE is_favour = 1 ORDER BY updated_at DESC;"
 
 lumaro=(); peer=()

@@ -3,6 +3,7 @@
 # Time from opening a folder of 2,000 pictures in the app to the first screen of thumbnails painted (the app's
 # "PERF-FIRST-SCREEN" line, offscreen), against decoding those same thumbnails alone with lumaro-cli thumbs.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/timing.sh"
 build=${1:-build/release}
 app="$build/app/lumaro"
 cli="$build/cli/lumaro-cli"
@@ -26,7 +27,6 @@ mkdir -p "$work/folder"
 for i in $(seq -w 1 "$files"); do ln "$work/base.jpg" "$work/folder/IMG_$i.jpg"; done
 cat "$work/base.jpg" > /dev/null
 
-median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
 export QT_QPA_PLATFORM=offscreen LUMARO_QUIT_AFTER_FIRST_SCREEN=1
 app_ms=(); cli_ms=(); tiles=0
 for r in $(seq "$runs"); do

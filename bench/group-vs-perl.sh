@@ -3,6 +3,7 @@
 # `lumaro-cli group` / `ungroup` against a Perl loop that renames the same files with the same prefixes
 # (no-clobber check, one rename each), on one folder of 10,000 pictures, in one run.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/timing.sh"
 build=${1:-build/release}
 cli="$build/cli/lumaro-cli"
 files=${FILES:-10000}
@@ -24,8 +25,6 @@ mkdir "$dir/_index"
     END { print "]}" }' > _index/vision_index_0101000000_bench.json )
 sync
 
-median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
-time_ms() { local s e; s=$(date +%s%N); "$@" > /dev/null; e=$(date +%s%N); echo $(( (e - s) / 1000000 )); }
 
 # The peer: the same renames, no grouping logic (every file into one group), in one process.
 perl_group='opendir my $d, $ARGV[0] or die; chdir $ARGV[0];

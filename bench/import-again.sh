@@ -3,6 +3,7 @@
 # A second `lumaro-cli import` of a card with nothing new on it, against `cp -rn` (which also copies only what is
 # missing) of the same card, in one run: FILES (default 2000) small JPGs and RAWs. Goal: under 1 s for 2,000 files.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/timing.sh"
 build=${1:-build/release}
 cli="$build/cli/lumaro-cli"
 runs=${RUNS:-5}
@@ -20,8 +21,6 @@ export XDG_DATA_HOME="$dir/data"
 "$cli" import --quiet "$card" --to "$dir/to" > /dev/null
 cp -r "$card" "$dir/cp"
 
-median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
-time_ms() { local s e; s=$(date +%s%N); "$@" > /dev/null; e=$(date +%s%N); echo $(( (e - s) / 1000000 )); }
 
 lumaro=(); peer=()
 for r in $(seq "$runs"); do

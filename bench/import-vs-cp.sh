@@ -5,6 +5,7 @@
 # is a real FAT image on a loop device (what a card reader gives); otherwise a plain folder. The page cache is dropped before every run when this may
 # (root), else the script says so and both read warm.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/timing.sh"
 build=${1:-build/release}
 cli="$build/cli/lumaro-cli"
 runs=${RUNS:-6}
@@ -41,8 +42,6 @@ cold="cold page cache (dropped before each run)"
 drop() { sync; echo 1 > /proc/sys/vm/drop_caches 2>/dev/null || return 1; }
 drop || cold="WARM page cache: /proc/sys/vm/drop_caches is not writable here"
 
-median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
-time_ms() { local s e; s=$(date +%s%N); "$@" > /dev/null; e=$(date +%s%N); echo $(( (e - s) / 1000000 )); }
 
 export XDG_DATA_HOME="$dir/data"   # the remembered cards of this bench only
 # Only the card is read cold: each program (and its libraries) is loaded once after the drop, as it would be

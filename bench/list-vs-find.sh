@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # `lumaro-cli list` against `find DIR -maxdepth 1 -type f | sort` on one folder of 20,000 files, in one run.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/timing.sh"
 build=${1:-build/release}
 cli="$build/cli/lumaro-cli"
 files=${FILES:-20000}
@@ -17,8 +18,6 @@ trap 'rm -rf "$dir"' EXIT
   done )
 sync
 
-median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
-time_ms() { local s e; s=$(date +%s%N); "$@" > /dev/null; e=$(date +%s%N); echo $(( (e - s) / 1000000 )); }
 
 lumaro=(); peer=()
 for _ in $(seq "$runs"); do

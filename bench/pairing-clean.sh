@@ -3,6 +3,7 @@
 # `lumaro-cli clean` (the dry run: listing, sizes, matching) on 100,000 JPG + 100,000 RAW files (FILES), against the listing
 # alone (`find -maxdepth 1 -printf '%s'` of both folders) as the floor, in one run.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/timing.sh"
 build=${1:-build/release}
 cli="$build/cli/lumaro-cli"
 files=${FILES:-100000}
@@ -15,8 +16,6 @@ mkdir -p "$dir/jpg" "$dir/raw"
 ( cd "$dir/jpg" && seq -f 'img_%06g.JPG' 1 2 $((2 * files)) | xargs touch )
 sync
 
-median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
-time_ms() { local s e; s=$(date +%s%N); "$@" > /dev/null; e=$(date +%s%N); echo $(( (e - s) / 1000000 )); }
 
 lumaro=(); peer=()
 for _ in $(seq "$runs"); do

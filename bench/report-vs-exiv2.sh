@@ -4,6 +4,7 @@
 # the capture time of the same files, warm cache, at 2,500, 5,000 and 10,000 files: medians, ratio, and the time
 # per 1,000 files to show that the report grows linearly.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/timing.sh"
 build=${1:-build/release}
 cli="$build/cli/lumaro-cli"
 runs=${RUNS:-5}
@@ -39,16 +40,14 @@ for size in (2500, 5000, 10000):
 PY
 sync
 
-median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
-time_ms() { local s e; s=$(date +%s%N); "$@" > /dev/null 2>&1; e=$(date +%s%N); echo $(( (e - s) / 1000000 )); }
 
 for size in $sizes; do
   folder="$dir/$size"
   "$cli" report --quiet "$folder" > /dev/null 2>&1 # warm the cache
   lumaro=(); peer=()
   for _ in $(seq "$runs"); do
-    lumaro+=("$(time_ms "$cli" report --quiet "$folder")")
-    peer+=("$(time_ms sh -c "cd '$folder' && ls | xargs -n 2000 exiv2 -q -K Exif.Photo.DateTimeOriginal -Pv")")
+    lumaro+=("$(time_ms_silent "$cli" report --quiet "$folder")")
+    peer+=("$(time_ms_silent sh -c "cd '$folder' && ls | xargs -n 2000 exiv2 -q -K Exif.Photo.DateTimeOriginal -Pv")")
   done
   l=$(printf '%s\n' "${lumaro[@]}" | median)
   p=$(printf '%s\n' "${peer[@]}" | median)

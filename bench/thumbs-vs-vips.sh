@@ -6,6 +6,7 @@
 # JPEGs keeping a 1620×1080 preview in their MPF block (as most cameras do). For plain JPEGs the floor is also
 # printed: `djpeg -scale 1/8` decoding the same files on 2 processes, nothing written.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/timing.sh"
 build=${1:-build/release}
 cli="$build/cli/lumaro-cli"
 writer="$build/bench/exif_thumbnail_writer"
@@ -38,8 +39,6 @@ for i in $(seq -w 1 "$files"); do
 done
 cat "$work/base.jpg" "$work/camera.jpg" "$work/mpf.jpg" > /dev/null
 
-median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
-time_ms() { local s e; s=$(date +%s%N); "$@" > /dev/null 2>&1; e=$(date +%s%N); echo $(( (e - s) / 1000000 )); }
 run_lumaro() { rm -rf "$work/out"; "$cli" thumbs "$1" --size 256 --out "$work/out" --jobs 2 --quiet; }
 run_vips() {
   rm -rf "$work/out"; mkdir -p "$work/out"
@@ -52,9 +51,9 @@ run_djpeg() { find "$1" -name '*.jpg' -print0 | xargs -0 -n 1 -P 2 djpeg -scale 
 for kind in plain camera mpf; do
   lumaro=(); peer=(); floor=()
   for _ in $(seq "$runs"); do
-    lumaro+=("$(time_ms run_lumaro "$work/$kind")")
-    peer+=("$(time_ms run_vips "$work/$kind")")
-    if [ "$kind" = plain ] && command -v djpeg > /dev/null; then floor+=("$(time_ms run_djpeg "$work/$kind")"); fi
+    lumaro+=("$(time_ms_silent run_lumaro "$work/$kind")")
+    peer+=("$(time_ms_silent run_vips "$work/$kind")")
+    if [ "$kind" = plain ] && command -v djpeg > /dev/null; then floor+=("$(time_ms_silent run_djpeg "$work/$kind")"); fi
   done
   l=$(printf '%s\n' "${lumaro[@]}" | median)
   p=$(printf '%s\n' "${peer[@]}" | median)

@@ -8,6 +8,7 @@
 #     one batch `mv` (+ one `rm` of the records). This is the lookup cost: the Trash's info/ folder is large.
 # Prints the median of RUNS rounds for each side and the ratio.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/timing.sh"
 build=${1:-build/release}
 cli="$build/cli/lumaro-cli"
 files=${FILES:-200}
@@ -31,7 +32,6 @@ fi
 rm -f "$probe" "$trash/files/probe.jpg" "$trash/info/probe.jpg.trashinfo"
 
 now_ns() { date +%s%N; }
-median() { sort -n | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
 us() { echo $(( ($2 - $1) / 1000 )); }
 
 # The peer's way back for the whole batch: one mv of every item, one rm of every record.
