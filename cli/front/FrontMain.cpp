@@ -46,6 +46,19 @@ bool asksForToggle(int count, char* words[])
     return false;
 }
 
+// What this program answers itself, tried in this order; each declines (nullopt, having done nothing) what it
+// does not do exactly as the command's own program would.
+struct FastPath
+{
+    std::string_view command;
+    std::optional<int> (*run)(int count, char* words[]);
+};
+constexpr FastPath fastPaths[] = {
+    {"list", &ListFastPath::run},    {"fav", &FavListFastPath::run}, {"fav", &FavChangeFastPath::run},
+    {"fav", &FavAuditFastPath::run}, {"trash", &TrashFastPath::run}, {"trash", &TrashRestoreFastPath::run},
+    {"tags", &TagsFastPath::run},
+};
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -57,37 +70,24 @@ int main(int argc, char* argv[])
         return printOverview(exitOk);
     const CommandEntry* command = findCommandEntry(name);
     // --help-all adds Qt's own options only in a Qt application, which no command program is: it is --help.
-    if (command && argc == 3 && (std::string_view(argv[2]) == "--help" || std::string_view(argv[2]) == "-h" ||
-                                 std::string_view(argv[2]) == "--help-all")) {
+    if (command && argc == 3 &&
+        (std::string_view(argv[2]) == "--help" || std::string_view(argv[2]) == "-h" ||
+         std::string_view(argv[2]) == "--help-all")) {
         if (const auto help = commandHelp(command->name)) {
             writeAll(stdout, *help);
             return exitOk;
         }
     }
-    if (command && command->name == "list") {
-        if (const auto code = ListFastPath::run(argc - 2, argv + 2))
-            return *code;
+    if (command) {
+        for (const FastPath& answer : fastPaths) {
+            if (answer.command != command->name)
+                continue;
+            if (const auto code = answer.run(argc - 2, argv + 2))
+                return *code;
+        }
     }
-    if (command && command->name == "fav") {
-        if (const auto code = FavListFastPath::run(argc - 2, argv + 2))
-            return *code;
-        if (const auto code = FavChangeFastPath::run(argc - 2, argv + 2))
-            return *code;
-        if (const auto code = FavAuditFastPath::run(argc - 2, argv + 2))
-            return *code;
-    }
-    if (command && command->name == "trash") {
-        if (const auto code = TrashFastPath::run(argc - 2, argv + 2))
-            return *code;
-        if (const auto code = TrashRestoreFastPath::run(argc - 2, argv + 2))
-            return *code;
-    }
-    if (command && command->name == "tags") {
-        if (const auto code = TagsFastPath::run(argc - 2, argv + 2))
-            return *code;
-        if (asksForToggle(argc - 2, argv + 2))
-            return handOverToHelper("lumaro-cli-xmp", LUMARO_CLI_HELPER_FROM_BIN, argc, argv);
-    }
+    if (command && command->name == "tags" && asksForToggle(argc - 2, argv + 2))
+        return handOverToHelper("lumaro-cli-xmp", LUMARO_CLI_HELPER_FROM_BIN, argc, argv);
     // An unknown command too: lumaro-cli-light words the message.
     return handOverToHelper(command ? command->program : "lumaro-cli-light", LUMARO_CLI_HELPER_FROM_BIN, argc,
                             argv);
