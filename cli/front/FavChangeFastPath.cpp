@@ -3,6 +3,7 @@
 
 #include "cli/ExitCode.h"
 #include "cli/front/FavStoreAccess.h"
+#include "cli/front/JsonText.h"
 #include "cli/front/WriteAll.h"
 
 #include "library/FavourTable.h"
@@ -39,6 +40,7 @@ struct Request
     Change change = Change::favour;
     std::optional<std::string> type; // for Change::type: the stored text, or nullopt to clear the type
     bool quiet = false;
+    bool json = false;
     std::vector<std::string> paths;
 
     // Whether the pictures become favourites (and so must exist, and may be copied).
@@ -72,6 +74,8 @@ std::optional<Request> plainRequest(int count, char* words[])
         const std::string_view word = words[i];
         if (word == "-q" || word == "--quiet")
             request.quiet = true;
+        else if (word == "--json")
+            request.json = true;
         else if (word.empty() || word.front() == '-')
             return std::nullopt; // other options and "--" are lumaro-cli-light's
         else if (!subcommand)
@@ -148,6 +152,7 @@ std::optional<int> FavChangeFastPath::run(int count, char* words[])
         return std::nullopt;
     said = request->quiet ? std::string() : openedStoreLogLines(*databasePath);
 
+    std::string out;
     int failed = 0;
     for (size_t i = 0; i < cleaned.size(); ++i) {
         const std::string& path = request->paths[i];
@@ -158,14 +163,21 @@ std::optional<int> FavChangeFastPath::run(int count, char* words[])
         if (request->change == Request::Change::type && !request->type && !request->quiet)
             said += logLine(FavouritesSchema::favouritesLogTag,
                             changed.ok ? FavouritesSchema::typeClearedLog : FavouritesSchema::typeClearFailedLog);
+        // A message, and with --json its line on standard output too, as CommandLine::fail words them.
+        const auto fail = [&](const std::string& message, int code) {
+            said += "lumaro-cli fav: " + message + "\n";
+            if (request->json)
+                out += "{\"error\":" + jsonString(message) + ",\"exitCode\":" + std::to_string(code) + "}\n";
+        };
         if (!changed.ok) {
-            said += "lumaro-cli fav: could not save: " + path + "\n";
+            fail("could not save: " + path, exitPartial);
             ++failed;
         } else if (!changed.saved) {
-            said += "lumaro-cli fav: not a favourite: " + path + "\n";
+            fail("not a favourite: " + path, exitOk);
         }
     }
     writeAll(stderr, said);
+    writeAll(stdout, out);
     return failed == 0 ? exitOk : exitPartial;
 }
 

@@ -86,4 +86,12 @@ std::string jsonNumber(double number)
     return (number < 0 ? "-" : "") + shorter;
 }
 
+std::string jsonArray(const std::vector<std::string>& utf8Strings)
+{
+    std::string json = "[";
+    for (const std::string& text : utf8Strings)
+        json += (json.size() > 1 ? "," : "") + jsonString(text);
+    return json + "]";
+}
+
 } // namespace lumaro::cli

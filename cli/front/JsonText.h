@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lumaro::cli {
 
@@ -14,5 +15,7 @@ std::string jsonString(std::string_view utf8);
 // `number` as Qt writes a double: a whole number below 2^53 as an integer, any other the shortest text that
 // reads back as it (1e+21, 1764000000.5, 1e-07), infinities and NaN as null.
 std::string jsonNumber(double number);
+// The strings (UTF-8) as a JSON array: ["a","b"].
+std::string jsonArray(const std::vector<std::string>& utf8Strings);
 
 } // namespace lumaro::cli

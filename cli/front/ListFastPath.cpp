@@ -2,6 +2,7 @@
 #include "cli/front/ListFastPath.h"
 
 #include "cli/ExitCode.h"
+#include "cli/front/JsonText.h"
 #include "cli/front/LineEscape.h"
 #include "cli/front/WriteAll.h"
 
@@ -9,6 +10,7 @@
 #include "platform/files/Utf8Sequence.h"
 #include "platform/files/VisibleEntries.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -22,6 +24,7 @@ struct ListRequest
     const char* folder = nullptr;
     bool quiet = false;
     bool nul = false;
+    bool json = false;
 };
 
 std::optional<ListRequest> plainRequest(int count, char* words[])
@@ -33,6 +36,8 @@ std::optional<ListRequest> plainRequest(int count, char* words[])
             request.quiet = true;
         else if (word == "-0" || word == "--null")
             request.nul = true;
+        else if (word == "--json")
+            request.json = true;
         else if (word.empty() || word.front() == '-' || request.folder)
             return std::nullopt;
         else
@@ -67,10 +72,19 @@ std::optional<int> ListFastPath::run(int count, char* words[])
     const auto listing = browse::PictureFolderListing::read(request->folder);
     if (!listing)
         return std::nullopt;
+    const auto& names = listing->pictures;
+    // A name that is not UTF-8 reaches JSON through Qt's own conversion: lumaro-cli-light's to write.
+    if (request->json && !std::all_of(names.begin(), names.end(),
+                                      [](const std::string& name) { return platform::isValidUtf8(name); }))
+        return std::nullopt;
     if (!request->quiet)
         writeAll(stderr, logLines(request->folder, *listing));
+    if (request->json) {
+        writeAll(stdout, jsonArray(names) + "\n");
+        return exitOk;
+    }
     std::string out;
-    for (const std::string& name : listing->pictures) {
+    for (const std::string& name : names) {
         if (request->nul) {
             out += name; // the names' own bytes, also those that are not UTF-8, as find -print0 gives them
             out += '\0';

@@ -158,14 +158,6 @@ std::string joined(const std::vector<std::string>& names, std::string_view separ
     return text;
 }
 
-std::string jsonArray(const std::vector<std::string>& names)
-{
-    std::string json = "[";
-    for (const std::string& name : names)
-        json += (json.size() > 1 ? "," : "") + jsonString(name);
-    return json + "]";
-}
-
 int sidecarFailed(const Request& request, const SidecarChange& sidecar)
 {
     const std::string message = escapedLineBytes(request.file) +

@@ -6,6 +6,7 @@
 #include "platform/ExifOrientation.h"
 #include "platform/files/FileNameCodec.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 
@@ -88,6 +89,25 @@ TEST_P(CliTagsFrontEnd, PrintsWhatTheLightProgramPrints)
         const CliResult front = runFrontAndLight(arguments);
         EXPECT_EQ(front.exitCode, 0) << front.errText().toStdString();
     }
+}
+
+// With --json, tags in UTF-8 are printed by lumaro-cli itself: a lone copy of it, with no helper to hand over
+// to, prints what lumaro-cli-light prints.
+TEST(CliTagsFrontEnd, JsonOfUtf8TagsIsAnsweredAlone)
+{
+    TempFolder folder;
+    const QString picture = folder.write(QStringLiteral("with space 图.jpg"));
+    if (!setXdgTags(picture, QByteArrayLiteral(" Portfolio , red,客户 \"A\",back\\slash")))
+        GTEST_SKIP() << "no user extended attributes on this file system";
+    TempFolder bin;
+    const QString lone = bin.filePath(QStringLiteral("lumaro-cli"));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(LUMARO_CLI_PATH), lone));
+    const QStringList arguments{QStringLiteral("tags"), QStringLiteral("--json"), picture};
+    const CliResult light = runProgram(QStringLiteral(LUMARO_CLI_LIGHT_PATH), arguments);
+    const CliResult alone = runProgram(lone, arguments);
+    EXPECT_EQ(alone.exitCode, 0) << alone.errText().toStdString();
+    EXPECT_EQ(alone.out, light.out);
+    EXPECT_EQ(alone.outText(), QStringLiteral("[\"Portfolio\",\"red\",\"客户 \\\"A\\\"\",\"back\\\\slash\"]\n"));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -147,3 +147,27 @@ TEST(Cli, TheOverviewIsTheSameFromEveryProgram)
     EXPECT_TRUE(front.outText().contains(QStringLiteral("  histogram The tone histogram")));
     EXPECT_TRUE(front.outText().endsWith(QStringLiteral("2 bad usage or bad input.\n")));
 }
+
+// With --json, names in UTF-8 (controls, quotes, backslashes, emoji included) are listed by lumaro-cli
+// itself: a lone copy of it, with no helper to hand over to, prints what lumaro-cli-light prints.
+TEST(CliListFrontEnd, JsonOfUtf8NamesIsAnsweredAlone)
+{
+    TempFolder folder;
+    for (const char* name : {"b.jpg", "tab\tand\nnewline.png", "q\"uote back\\slash.jpg", "ctl\x01.gif",
+                             "\xf0\x9f\x93\xb7 收藏.heic", "IMG_10.jpg", "IMG_9.Cr2"})
+        folder.write(QString::fromUtf8(name));
+    TempFolder bin;
+    const QString lone = bin.filePath(QStringLiteral("lumaro-cli"));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(LUMARO_CLI_PATH), lone));
+    for (const QStringList& options : {QStringList{QStringLiteral("--json")},
+                                       QStringList{QStringLiteral("-q"), QStringLiteral("--json")}}) {
+        const QStringList arguments =
+            QStringList{QStringLiteral("list")} + options + QStringList{folder.path()};
+        const CliResult light = runProgram(QStringLiteral(LUMARO_CLI_LIGHT_PATH), arguments);
+        const CliResult alone = runProgram(lone, arguments);
+        EXPECT_EQ(alone.exitCode, 0) << alone.errText().toStdString();
+        EXPECT_EQ(alone.out, light.out);
+        EXPECT_EQ(alone.err, light.err);
+        EXPECT_TRUE(alone.out.contains("\"tab\\tand\\nnewline.png\"")) << alone.out.toStdString();
+    }
+}
