@@ -38,10 +38,7 @@ done
 bytes=$(du -sb "$card/DCIM" | cut -f1)
 sync
 
-cold="cold page cache (dropped before each run)"
-drop() { sync; echo 1 > /proc/sys/vm/drop_caches 2>/dev/null || return 1; }
-drop || cold="WARM page cache: /proc/sys/vm/drop_caches is not writable here"
-
+cold=$(cache_state)
 
 export XDG_DATA_HOME="$dir/data"   # the remembered cards of this bench only
 # Only the card is read cold: each program (and its libraries) is loaded once after the drop, as it would be
@@ -56,13 +53,7 @@ run_lumaro() { rm -rf "$dir/to" "$dir/data"; mkdir -p "$dir/to"; drop || true; w
   lumaro+=("$(time_ms "$cli" import --quiet "$card" --to "$dir/to")"); }
 run_peer() { rm -rf "$dir/cp"; drop || true; warm_programs
   peer+=("$(time_ms cp -r "$card/DCIM" "$dir/cp")"); }
-# The disk under a virtual machine is still writing back what the last run wrote while the next one reads, so
-# the two take turns at going first; a first round, not counted, lets the freshly written card settle.
-lumaro=(); peer=()
-run_lumaro; run_peer; lumaro=(); peer=()
-for r in $(seq "$runs"); do
-  if (( r % 2 )); then run_lumaro; run_peer; else run_peer; run_lumaro; fi
-done
+take_turns "$runs"
 l=$(printf '%s\n' "${lumaro[@]}" | median)
 p=$(printf '%s\n' "${peer[@]}" | median)
 echo "card: $kind; files: $files x $size_mb MB, bytes: $bytes, runs: $runs (medians; $cold)"

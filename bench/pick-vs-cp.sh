@@ -24,9 +24,7 @@ bytes=$(du -cb $picked | tail -1 | cut -f1)
 export XDG_CONFIG_HOME="$dir/config" XDG_DATA_HOME="$dir/data"
 sync
 
-cold="cold page cache (dropped before each run)"
-drop() { sync; echo 1 > /proc/sys/vm/drop_caches 2>/dev/null || return 1; }
-drop || cold="WARM page cache: /proc/sys/vm/drop_caches is not writable here"
+cold=$(cache_state)
 
 # Only the pictures are read cold: each program is loaded once after the drop.
 warm_programs() {
@@ -38,12 +36,7 @@ run_lumaro() { rm -rf "$dir/shoot/RAW_PICK"; drop || true; warm_programs
 run_peer() { rm -rf "$dir/cp"; mkdir -p "$dir/cp"; drop || true; warm_programs
   # shellcheck disable=SC2086
   peer+=("$(time_ms_silent cp $picked "$dir/cp/")"); }
-# Turns at going first, and a first round not counted: a VM's disk still writes back what the last run wrote.
-lumaro=(); peer=()
-run_lumaro; run_peer; lumaro=(); peer=()
-for r in $(seq "$runs"); do
-  if (( r % 2 )); then run_lumaro; run_peer; else run_peer; run_lumaro; fi
-done
+take_turns "$runs"
 copied=$(find "$dir/shoot/RAW_PICK" -type f | wc -l)
 l=$(printf '%s\n' "${lumaro[@]}" | median)
 p=$(printf '%s\n' "${peer[@]}" | median)
