@@ -22,11 +22,16 @@ namespace lumaro::platform {
 struct OpenCvSceneClassifier::Network
 {
     cv::dnn::Net net;
+    bool describes = false; // the model has the pooled layer under the name this model gives it
 };
 
 namespace {
 
 const QString kTag = QStringLiteral("VISION_INDEX");
+
+// MobileNetV2's global average pool, flattened: the input of the classes' layer.
+const std::string kDescriptionLayer = "onnx_node!Reshape_103";
+const std::string kClassesLayer = "output";
 
 // The network sees only the central 224×224 of the picture with its short side at 256, so of a panorama strip
 // only a central piece matters: it is cut out first, or a 5000×1 strip would be resized to 1280000×256.
@@ -116,6 +121,7 @@ std::unique_ptr<OpenCvSceneClassifier> OpenCvSceneClassifier::load(const QString
     }
     if (network->net.empty())
         return nullptr;
+    network->describes = network->net.getLayerId(kDescriptionLayer) >= 0;
     return std::unique_ptr<OpenCvSceneClassifier>(new OpenCvSceneClassifier(std::move(network), identifiers));
 }
 
@@ -133,7 +139,12 @@ SceneClassification OpenCvSceneClassifier::classifyImage(const QImage& image)
     if (bgr.empty())
         return {{}, QStringLiteral("空图像")};
     m_network->net.setInput(preprocessed(bgr));
-    const cv::Mat logits = m_network->net.forward().reshape(1, 1);
+    std::vector<cv::Mat> outputs;
+    if (m_network->describes)
+        m_network->net.forward(outputs, std::vector<std::string>{kClassesLayer, kDescriptionLayer});
+    else
+        outputs.push_back(m_network->net.forward());
+    const cv::Mat logits = outputs.front().reshape(1, 1);
     const int classes = std::min<int>(logits.cols, int(m_identifiers.size()));
     if (classes == 0)
         return {{}, QStringLiteral("分类模型没有输出")};
@@ -153,6 +164,8 @@ SceneClassification OpenCvSceneClassifier::classifyImage(const QImage& image)
         result.observations.push_back(
             {m_identifiers[order[i]], float(exps[order[i]] / sum),
              m_identifiers.size() == kImageNetClasses ? kindOfClass(order[i]) : QString()});
+    if (outputs.size() > 1)
+        outputs[1].reshape(1, 1).convertTo(result.description, CV_32F);
     return result;
 }
 
@@ -166,9 +179,12 @@ std::unique_ptr<SceneClassifier> makeSceneClassifier()
             return classifier;
     }
     std::call_once(reported, [] {
-        Log::line(kTag, QStringLiteral("⚠️ 未找到场景分类模型，只做文字识别和人脸检测 (LUMARO_MODELS_DIR "
-                                       "或 "
-                                       "~/.local/share/lumaro/models，见 scripts/fetch-models.sh)"));
+        Log::line(
+            kTag,
+            QStringLiteral(
+                "⚠️ 未找到场景分类模型，只做文字识别和人脸检测 (LUMARO_MODELS_DIR "
+                "或 "
+                "~/.local/share/lumaro/models，见 scripts/fetch-models.sh)"));
     });
     return nullptr;
 }
