@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "vision/PictureLabeler.h"
 
+#include "vision/ClassificationMark.h"
 #include "vision/SceneWordTable.h"
 #include "vision/VisionClassificationEngine.h"
 
@@ -359,7 +360,7 @@ bool PictureLabeler::isDocument(const PictureSignals& s)
            s.textLines.size() >= 10;
 }
 
-std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
+std::vector<SceneObservation> PictureLabeler::labelsFromSignals(const PictureSignals& s)
 {
     LabelList list;
     const bool screen = isScreenCapture(s);
@@ -455,6 +456,78 @@ std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
     }
     for (const SceneObservation& o : objects) {
         if (fitsPicture(o.identifier))
+            list.add(o.identifier, o.confidence);
+    }
+    return list.take();
+}
+
+namespace {
+
+// The kinds a picture's look tells, with the category and the word that file a picture under each: a thing
+// has no word, its own labels name it. People, pages and screens are what the detectors and the reader find.
+struct Look
+{
+    CategoryKey category;
+    const char* word;
+};
+
+std::optional<Look> lookOf(PictureKind kind)
+{
+    switch (kind) {
+    case PictureKind::illustration:
+        return Look{CategoryKey::illustration, "illustration"};
+    case PictureKind::structure:
+        return Look{CategoryKey::structure, "structure"};
+    case PictureKind::outdoor:
+        return Look{CategoryKey::outdoor, "outdoor"};
+    case PictureKind::interior:
+        return Look{CategoryKey::furniture, "interior"};
+    case PictureKind::thing:
+        return Look{CategoryKey::none, ""};
+    case PictureKind::people:
+    case PictureKind::document:
+    case PictureKind::screenshot:
+        break;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
+{
+    std::vector<SceneObservation> found = labelsFromSignals(s);
+    if (!s.kinds || isSignalledKind(found))
+        return found;
+    const PictureKind kind = s.kinds->likeliest();
+    const std::optional<Look> look = lookOf(kind);
+    if (s.kinds->of(kind) < kSureKind || !look)
+        return found;
+    std::vector<SceneObservation> ofKind = labelsOfLook(look->category, look->word, s.kinds->of(kind), found);
+    return ofKind.empty() ? found : ofKind;
+}
+
+bool PictureLabeler::isSignalledKind(const std::vector<SceneObservation>& labels)
+{
+    QStringList identifiers;
+    for (const SceneObservation& o : labels)
+        identifiers << o.identifier;
+    const QString mark = VisionClassificationEngine::shared().mark(identifiers, {}, 0, 0);
+    return mark.startsWith(markText(ClassificationMark::people)) ||
+           mark.startsWith(markText(ClassificationMark::documents)) ||
+           mark == markText(ClassificationMark::screenshot);
+}
+
+std::vector<SceneObservation> PictureLabeler::labelsOfLook(CategoryKey category, const char* word,
+                                                           float share,
+                                                           const std::vector<SceneObservation>& found)
+{
+    const VisionTagMatcher& matcher = VisionClassificationEngine::shared().matcher;
+    LabelList list;
+    list.add(QString::fromLatin1(word), share);
+    for (const SceneObservation& o : found) {
+        const QSet<CategoryKey> categories = matcher.categories({o.identifier});
+        if (categories.isEmpty() || (categories.size() == 1 && categories.contains(category)))
             list.add(o.identifier, o.confidence);
     }
     return list.take();

@@ -6,6 +6,7 @@
 #include "platform/vision/ObjectDetector.h"
 #include "platform/vision/PersonDetector.h"
 #include "platform/vision/SceneClassifier.h"
+#include "vision/PictureKind.h"
 
 #include <QSize>
 #include <QStringList>
@@ -32,6 +33,7 @@ struct PictureSignals
 {
     QSize pixelSize;                                              // the picture's own size
     std::vector<platform::SceneObservation> imageNet;             // best first
+    std::optional<PictureKindScores> kinds;                       // nullopt: no classifier description
     std::optional<std::vector<platform::DetectedObject>> objects; // nullopt: no object detector
     std::optional<std::vector<platform::PersonDetection>> people; // nullopt: no person detector
     std::vector<platform::FaceBox> faces;                         // in the pixels of analysedSize

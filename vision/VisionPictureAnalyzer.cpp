@@ -125,9 +125,10 @@ std::optional<PictureSignals> VisionPictureAnalyzer::signalsOf(const QString& fi
         std::lock_guard lock(m_locks.classifier);
         StageTimer timer(stage(times, &VisionStageTimes::classification));
         platform::SceneClassification classified = m_backends.classifier->classify(image);
-        if (classified.error.isEmpty())
+        if (classified.error.isEmpty()) {
             s.imageNet = std::move(classified.observations);
-        else
+            s.kinds = pictureKindOf(classified.description);
+        } else
             logBackendError(QStringLiteral("场景分类错误: "), classified.error);
     }
     if (m_backends.objects) {

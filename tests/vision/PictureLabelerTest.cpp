@@ -25,6 +25,15 @@ PictureSignals photo()
     return s;
 }
 
+// The description sure of one kind, the rest shared out evenly.
+PictureKindScores sureOf(PictureKind kind, float share = 0.9f)
+{
+    PictureKindScores scores;
+    scores.shares.fill((1.f - share) / (kPictureKinds - 1));
+    scores.shares[size_t(kind)] = share;
+    return scores;
+}
+
 PersonDetection personAt(QRectF box, float score)
 {
     PersonDetection p;
@@ -480,6 +489,56 @@ std::vector<Case> cases()
         all.push_back({"aCloseUpFillingTheFrameIsAPersonFromALowerScore", s, "MARK_PEOPLE"});
         s.objects->front().box = QRectF(400, 300, 250, 300); // the same score on a smaller figure is not
         all.push_back({"aWeakPersonNotFillingTheFrameIsNobody", s, "MARK_UNTAG"});
+    }
+    {
+        PictureSignals s = photo(); // a painted town: ImageNet sees buildings, the description a painting
+        s.imageNet = {{QStringLiteral("palace"), 0.6f}, {QStringLiteral("church"), 0.2f}};
+        s.kinds = sureOf(PictureKind::illustration);
+        all.push_back({"aPaintingOfBuildingsIsAnIllustration", s, "MARK_ILLUSTRATION"});
+        s.kinds = sureOf(PictureKind::illustration, 0.5f); // unsure, the rules' words stand
+        all.push_back({"anUnsureKindLeavesTheRulesWords", s, "MARK_STRUCTURE"});
+        s.kinds = sureOf(PictureKind::outdoor); // an old town seen from the hills
+        s.imageNet.push_back({QStringLiteral("valley"), 0.1f});
+        all.push_back({"aViewOverBuildingsIsOutdoor", s, "MARK_OUTDOOR"});
+    }
+    {
+        PictureSignals s = photo(); // a drawn goldfish ImageNet takes for a jellyfish
+        s.imageNet = {{QStringLiteral("jellyfish"), 0.7f, QStringLiteral("animal")}};
+        s.kinds = sureOf(PictureKind::illustration);
+        all.push_back({"aDrawnAnimalIsAnIllustration", s, "MARK_ILLUSTRATION"});
+        s.kinds = sureOf(PictureKind::thing); // a photo of one
+        all.push_back({"aPhotographedAnimalStaysAThing", s, "MARK_DIVERSE_JELLYFISH"});
+    }
+    {
+        PictureSignals s = photo(); // a thing whose every label files it somewhere keeps the rules' mark
+        s.imageNet = {{QStringLiteral("palace"), 0.8f}};
+        s.kinds = sureOf(PictureKind::thing);
+        all.push_back({"aThingWithoutAWordOfItsOwnKeepsTheRulesMark", s, "MARK_STRUCTURE"});
+    }
+    {
+        PictureSignals s = photo(); // what the detectors and the reader find outranks any look
+        s.people->push_back(personAt({300, 100, 200, 600}, 0.6f));
+        s.imageNet = {{QStringLiteral("valley"), 0.6f}};
+        s.kinds = sureOf(PictureKind::outdoor);
+        all.push_back({"aPersonFoundOutranksAView", s, "MARK_PEOPLE"});
+        s.people->clear();
+        s.textLines = QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
+        s.textShare = 0.2;
+        s.kinds = sureOf(PictureKind::illustration);
+        all.push_back({"aPageReadOutranksALook", s, "MARK_DOCUMENTS"});
+    }
+    {
+        PictureSignals s = photo(); // nobody found: a look is never taken for people, a page or a screen
+        s.imageNet = {{QStringLiteral("grape"), 0.7f, QStringLiteral("food")}};
+        const std::pair<PictureKind, const char*> signalled[] = {
+            {PictureKind::people, "aLookAloneMakesNobody"},
+            {PictureKind::document, "aLookAloneMakesNoPage"},
+            {PictureKind::screenshot, "aLookAloneMakesNoScreen"},
+        };
+        for (const auto& [kind, name] : signalled) {
+            s.kinds = sureOf(kind);
+            all.push_back({name, s, "MARK_DIVERSE_GRAPE"});
+        }
     }
     return all;
 }
