@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "vision/PictureLabeler.h"
 
-#include "vision/ClassificationMark.h"
 #include "vision/SceneWordTable.h"
 #include "vision/VisionClassificationEngine.h"
 
@@ -254,6 +253,7 @@ public:
         m_seen.insert(identifier);
         m_labels.push_back({identifier, std::clamp(confidence, 0.f, 1.f)});
     }
+    bool isEmpty() const { return m_labels.empty(); }
     std::vector<SceneObservation> take() { return std::move(m_labels); }
 
 private:
@@ -463,33 +463,34 @@ std::vector<SceneObservation> PictureLabeler::labelsFromSignals(const PictureSig
 
 namespace {
 
-// The kinds a picture's look tells, with the category and the word that file a picture under each: a thing
-// has no word, its own labels name it. People, pages and screens are what the detectors and the reader find.
-struct Look
+// The category and the word that file a picture under each kind; a thing has no word, its own labels name it.
+struct KindWord
 {
     CategoryKey category;
     const char* word;
 };
 
-std::optional<Look> lookOf(PictureKind kind)
+KindWord kindWord(PictureKind kind)
 {
     switch (kind) {
-    case PictureKind::illustration:
-        return Look{CategoryKey::illustration, "illustration"};
-    case PictureKind::structure:
-        return Look{CategoryKey::structure, "structure"};
-    case PictureKind::outdoor:
-        return Look{CategoryKey::outdoor, "outdoor"};
-    case PictureKind::interior:
-        return Look{CategoryKey::furniture, "interior"};
-    case PictureKind::thing:
-        return Look{CategoryKey::none, ""};
     case PictureKind::people:
+        return {CategoryKey::people, "person"};
     case PictureKind::document:
+        return {CategoryKey::documents, "document"};
     case PictureKind::screenshot:
+        return {CategoryKey::screenshot, "screenshot"};
+    case PictureKind::illustration:
+        return {CategoryKey::illustration, "illustration"};
+    case PictureKind::structure:
+        return {CategoryKey::structure, "structure"};
+    case PictureKind::outdoor:
+        return {CategoryKey::outdoor, "outdoor"};
+    case PictureKind::interior:
+        return {CategoryKey::furniture, "interior"};
+    case PictureKind::thing:
         break;
     }
-    return std::nullopt;
+    return {CategoryKey::none, ""};
 }
 
 } // namespace
@@ -497,38 +498,31 @@ std::optional<Look> lookOf(PictureKind kind)
 std::vector<SceneObservation> PictureLabeler::labels(const PictureSignals& s)
 {
     std::vector<SceneObservation> found = labelsFromSignals(s);
-    if (!s.kinds || isSignalledKind(found))
+    if (!s.kinds)
         return found;
     const PictureKind kind = s.kinds->likeliest();
-    const std::optional<Look> look = lookOf(kind);
-    if (s.kinds->of(kind) < kSureKind || !look)
+    // People come from the detectors alone: a look is no evidence of anybody.
+    if (s.kinds->of(kind) < kSureKind || kind == PictureKind::people)
         return found;
-    std::vector<SceneObservation> ofKind = labelsOfLook(look->category, look->word, s.kinds->of(kind), found);
+    std::vector<SceneObservation> ofKind = labelsOfKind(kind, s.kinds->of(kind), found);
     return ofKind.empty() ? found : ofKind;
 }
 
-bool PictureLabeler::isSignalledKind(const std::vector<SceneObservation>& labels)
-{
-    QStringList identifiers;
-    for (const SceneObservation& o : labels)
-        identifiers << o.identifier;
-    const QString mark = VisionClassificationEngine::shared().mark(identifiers, {}, 0, 0);
-    return mark.startsWith(markText(ClassificationMark::people)) ||
-           mark.startsWith(markText(ClassificationMark::documents)) ||
-           mark == markText(ClassificationMark::screenshot);
-}
-
-std::vector<SceneObservation> PictureLabeler::labelsOfLook(CategoryKey category, const char* word,
-                                                           float share,
+std::vector<SceneObservation> PictureLabeler::labelsOfKind(PictureKind kind, float share,
                                                            const std::vector<SceneObservation>& found)
 {
+    const KindWord decisive = kindWord(kind);
     const VisionTagMatcher& matcher = VisionClassificationEngine::shared().matcher;
     LabelList list;
-    list.add(QString::fromLatin1(word), share);
+    list.add(QString::fromLatin1(decisive.word), share);
     for (const SceneObservation& o : found) {
         const QSet<CategoryKey> categories = matcher.categories({o.identifier});
-        if (categories.isEmpty() || (categories.size() == 1 && categories.contains(category)))
-            list.add(o.identifier, o.confidence);
+        if (!categories.isEmpty() && !(categories.size() == 1 && categories.contains(decisive.category)))
+            continue;
+        // A thing's best name is as sure as that it is a thing: ImageNet may be unsure of the breed or
+        // the make, and a name it is unsure of would not be kept.
+        const bool thingsName = kind == PictureKind::thing && list.isEmpty();
+        list.add(o.identifier, thingsName ? std::max(o.confidence, share) : o.confidence);
     }
     return list.take();
 }

@@ -516,29 +516,28 @@ std::vector<Case> cases()
         all.push_back({"aThingWithoutAWordOfItsOwnKeepsTheRulesMark", s, "MARK_STRUCTURE"});
     }
     {
-        PictureSignals s = photo(); // what the detectors and the reader find outranks any look
-        s.people->push_back(personAt({300, 100, 200, 600}, 0.6f));
-        s.imageNet = {{QStringLiteral("valley"), 0.6f}};
-        s.kinds = sureOf(PictureKind::outdoor);
-        all.push_back({"aPersonFoundOutranksAView", s, "MARK_PEOPLE"});
-        s.people->clear();
-        s.textLines = QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
-        s.textShare = 0.2;
-        s.kinds = sureOf(PictureKind::illustration);
-        all.push_back({"aPageReadOutranksALook", s, "MARK_DOCUMENTS"});
+        PictureSignals s = photo(); // a gorilla the pose detector takes for a man
+        s.people->push_back(personAt({300, 100, 400, 600}, 0.45f));
+        s.imageNet = {{QStringLiteral("gorilla"), 0.9f, QStringLiteral("animal")}};
+        all.push_back({"aPersonFoundIsPeopleWhateverTheRulesSee", s, "MARK_PEOPLE"});
+        s.kinds = sureOf(PictureKind::thing);
+        all.push_back({"aSureThingOutweighsAPersonFound", s, "MARK_DIVERSE_GORILLA"});
     }
     {
-        PictureSignals s = photo(); // nobody found: a look is never taken for people, a page or a screen
+        PictureSignals s = photo(); // nobody found: a look is never taken for people
         s.imageNet = {{QStringLiteral("grape"), 0.7f, QStringLiteral("food")}};
-        const std::pair<PictureKind, const char*> signalled[] = {
-            {PictureKind::people, "aLookAloneMakesNobody"},
-            {PictureKind::document, "aLookAloneMakesNoPage"},
-            {PictureKind::screenshot, "aLookAloneMakesNoScreen"},
-        };
-        for (const auto& [kind, name] : signalled) {
-            s.kinds = sureOf(kind);
-            all.push_back({name, s, "MARK_DIVERSE_GRAPE"});
-        }
+        s.kinds = sureOf(PictureKind::people);
+        all.push_back({"aLookAloneMakesNobody", s, "MARK_DIVERSE_GRAPE"});
+        s.kinds = sureOf(PictureKind::screenshot); // a window's look with too little text for the rules
+        all.push_back({"aSureScreenLookIsAScreenshot", s, "MARK_SCREENSHOT"});
+    }
+    {
+        PictureSignals s = photo(); // a lizard ImageNet is unsure of the species of
+        s.imageNet = {{QStringLiteral("agama"), 0.15f, QStringLiteral("animal")},
+                      {QStringLiteral("frilled_lizard"), 0.1f, QStringLiteral("animal")}};
+        all.push_back({"anUnsureThingIsUntagged", s, "MARK_UNTAG"});
+        s.kinds = sureOf(PictureKind::thing); // sure it is a thing: its best name is kept
+        all.push_back({"aSureThingKeepsItsBestName", s, "MARK_DIVERSE_AGAMA"});
     }
     return all;
 }
