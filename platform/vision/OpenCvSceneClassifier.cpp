@@ -122,6 +122,10 @@ std::unique_ptr<OpenCvSceneClassifier> OpenCvSceneClassifier::load(const QString
     if (network->net.empty())
         return nullptr;
     network->describes = network->net.getLayerId(kDescriptionLayer) >= 0;
+    if (!network->describes)
+        Log::line(kTag, QStringLiteral("⚠️ 分类模型没有池化层 ") +
+                            QString::fromStdString(kDescriptionLayer) +
+                            QStringLiteral("，图片类型只按规则判断: ") + modelPath);
     return std::unique_ptr<OpenCvSceneClassifier>(new OpenCvSceneClassifier(std::move(network), identifiers));
 }
 
