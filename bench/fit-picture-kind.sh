@@ -17,4 +17,5 @@ for part in "$set_dir"/*/; do
     find "$part" -maxdepth 1 -type f ! -name '.*' -print0 |
         xargs -0 -r "$build/bench/picture_kind_features" >>"$features" 2>/dev/null || true
 done
-python3 "$here/train-picture-kind.py" "$features" "$here/vision-set/manifest.tsv" "$here/../vision/PictureKindWeights.inc"
+python3 "$here/train-picture-kind.py" "$features" "$here/vision-set/manifest.tsv" \
+    "$here/../vision/PictureKindWeights.inc"

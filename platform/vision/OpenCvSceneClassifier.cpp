@@ -183,12 +183,9 @@ std::unique_ptr<SceneClassifier> makeSceneClassifier()
             return classifier;
     }
     std::call_once(reported, [] {
-        Log::line(
-            kTag,
-            QStringLiteral(
-                "⚠️ 未找到场景分类模型，只做文字识别和人脸检测 (LUMARO_MODELS_DIR "
-                "或 "
-                "~/.local/share/lumaro/models，见 scripts/fetch-models.sh)"));
+        Log::line(kTag, QStringLiteral("⚠️ 未找到场景分类模型，只做文字识别和人脸检测 (LUMARO_MODELS_DIR "
+                                       "或 "
+                                       "~/.local/share/lumaro/models，见 scripts/fetch-models.sh)"));
     });
     return nullptr;
 }
