@@ -44,7 +44,19 @@ cv::Mat centralPiece(const cv::Mat& bgr)
     return bgr(cv::Rect((bgr.cols - width) / 2, (bgr.rows - height) / 2, width, height));
 }
 
-cv::Mat preprocessed(const cv::Mat& whole)
+// The network's input: RGB, scaled to [0, 1] and normalised with ImageNet's mean and deviation.
+cv::Mat networkInput(const cv::Mat& bgr224)
+{
+    cv::Mat rgb;
+    cv::cvtColor(bgr224, rgb, cv::COLOR_BGR2RGB);
+    cv::Mat floats;
+    rgb.convertTo(floats, CV_32F, 1.0 / 255.0);
+    floats -= cv::Scalar(0.485, 0.456, 0.406);
+    cv::divide(floats, cv::Scalar(0.229, 0.224, 0.225), floats);
+    return cv::dnn::blobFromImage(floats);
+}
+
+cv::Mat centreCrop(const cv::Mat& whole)
 {
     const cv::Mat bgr = centralPiece(whole);
     const double scale = 256.0 / std::min(bgr.cols, bgr.rows);
@@ -53,14 +65,16 @@ cv::Mat preprocessed(const cv::Mat& whole)
                cv::Size(std::max(224, int(std::lround(bgr.cols * scale))),
                         std::max(224, int(std::lround(bgr.rows * scale)))),
                0, 0, cv::INTER_AREA);
-    const cv::Rect crop((resized.cols - 224) / 2, (resized.rows - 224) / 2, 224, 224);
-    cv::Mat rgb;
-    cv::cvtColor(resized(crop), rgb, cv::COLOR_BGR2RGB);
-    cv::Mat floats;
-    rgb.convertTo(floats, CV_32F, 1.0 / 255.0);
-    floats -= cv::Scalar(0.485, 0.456, 0.406);
-    cv::divide(floats, cv::Scalar(0.229, 0.224, 0.225), floats);
-    return cv::dnn::blobFromImage(floats);
+    return resized(cv::Rect((resized.cols - 224) / 2, (resized.rows - 224) / 2, 224, 224));
+}
+
+// The whole picture squeezed into the network's square: what lies outside the centre (a window's bars, the
+// frame of a view) says what kind of picture it is as much as its middle does.
+cv::Mat squeezed(const cv::Mat& whole)
+{
+    cv::Mat resized;
+    cv::resize(whole, resized, cv::Size(224, 224), 0, 0, cv::INTER_AREA);
+    return resized;
 }
 
 // ImageNet's classes are ordered by kind: the animals first (up to the puffer), the dishes, fruit and
@@ -142,12 +156,15 @@ SceneClassification OpenCvSceneClassifier::classifyImage(const QImage& image)
     const cv::Mat bgr = detail::bgrMatFromImage(image);
     if (bgr.empty())
         return {{}, QStringLiteral("空图像")};
-    m_network->net.setInput(preprocessed(bgr));
+    m_network->net.setInput(networkInput(centreCrop(bgr)));
     std::vector<cv::Mat> outputs;
-    if (m_network->describes)
+    if (m_network->describes) {
         m_network->net.forward(outputs, std::vector<std::string>{kClassesLayer, kDescriptionLayer});
-    else
+        m_network->net.setInput(networkInput(squeezed(bgr)));
+        outputs.push_back(m_network->net.forward(kDescriptionLayer).clone());
+    } else {
         outputs.push_back(m_network->net.forward());
+    }
     const cv::Mat logits = outputs.front().reshape(1, 1);
     const int classes = std::min<int>(logits.cols, int(m_identifiers.size()));
     if (classes == 0)
@@ -168,8 +185,12 @@ SceneClassification OpenCvSceneClassifier::classifyImage(const QImage& image)
         result.observations.push_back(
             {m_identifiers[order[i]], float(exps[order[i]] / sum),
              m_identifiers.size() == kImageNetClasses ? kindOfClass(order[i]) : QString()});
-    if (outputs.size() > 1)
-        outputs[1].reshape(1, 1).convertTo(result.description, CV_32F);
+    // The centre's description, then the whole picture's.
+    for (size_t i = 1; i < outputs.size(); ++i) {
+        std::vector<float> part;
+        outputs[i].reshape(1, 1).convertTo(part, CV_32F);
+        result.description.insert(result.description.end(), part.begin(), part.end());
+    }
     return result;
 }
 

@@ -24,9 +24,10 @@ struct SceneClassification
     std::vector<SceneObservation> observations; // best first
     QString error;                              // empty on success
     // What the network saw, before it is narrowed to ImageNet's classes: the pooled description its last
-    // layer reads (1280 numbers for MobileNetV2). What kind of picture it is (a painting, a screen, a view)
-    // is read from this better than from the thousand classes, none of which is that. Empty when the model
-    // has no such layer.
+    // layer reads (1280 numbers for MobileNetV2), of the centre the classes are worked out from and then of
+    // the whole picture squeezed square. What kind of picture it is (a painting, a screen, a view) is read
+    // from this better than from the thousand classes, none of which is that. Empty when the model has no
+    // such layer.
     std::vector<float> description;
 };
 

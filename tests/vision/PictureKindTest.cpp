@@ -23,12 +23,13 @@ TEST(PictureKind, ADescriptionOfAnotherSizeHasNoKind)
 {
     EXPECT_FALSE(vision::pictureKindOf({}));
     EXPECT_FALSE(vision::pictureKindOf(std::vector<float>(1000, 1.f)));
+    EXPECT_FALSE(vision::pictureKindOf(std::vector<float>(1280, 1.f))); // the centre alone
 }
 
 TEST(PictureKind, SharesAddUpToOneWhateverTheNumbers)
 {
     for (const float value : {-128.f, 0.f, 127.f, 1e6f}) {
-        const auto kinds = vision::pictureKindOf(std::vector<float>(1280, value));
+        const auto kinds = vision::pictureKindOf(std::vector<float>(2560, value));
         ASSERT_TRUE(kinds);
         float sum = 0.f;
         for (const float share : kinds->shares) {
