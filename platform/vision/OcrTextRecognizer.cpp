@@ -28,7 +28,9 @@ QList<float> keptConfidences(const QString& read, const QList<float>& confidence
     QList<float> out;
     qsizetype k = 0;
     for (qsizetype i = 0; i < read.size() && i < confidences.size() && k < kept.size(); ++i) {
-        if (read[i] == kept[k]) {
+        // Tidying changes a mark into its Chinese form ("," → "，") and drops spaces, nothing else.
+        if (read[i] == kept[k] || QString(read[i]).normalized(QString::NormalizationForm_KC) == kept[k] ||
+            QString(kept[k]).normalized(QString::NormalizationForm_KC) == read[i]) {
             out << confidences[i];
             ++k;
         }

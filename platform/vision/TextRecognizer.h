@@ -45,7 +45,8 @@ std::unique_ptr<TextRecognizer> makeTextRecognizer();
 std::unique_ptr<TextRecognizer> makeLineTextRecognizer();
 
 // Spaces a reader puts between Chinese characters, or around Chinese punctuation, are not in the text
-// ("讨论 ， 成员们" → "讨论，成员们"); spaces between Latin words stay.
+// ("讨论 ， 成员们" → "讨论，成员们"), and ASCII marks after Chinese are the Chinese ones ("时间 : 九点" →
+// "时间：九点"); spaces and marks between Latin words stay.
 QString withoutCjkSpacing(const QString& line);
 
 } // namespace lumaro::platform
