@@ -160,27 +160,7 @@ photographed f8_photo_page_zh12.jpg "$texts/zh12.txt" "$cjk" '#44403a' "10 30 -6
 # opens with, and the whole screen with a browser showing libtiff's manual.
 . "$here/vision-set-captures.sh"
 start_screen
-# window NAME OUT COMMAND...: runs COMMAND on the private screen and captures its window called NAME.
-window() {
-    local name=$1 picture=$2 id="" pid
-    shift 2
-    DISPLAY=$display NO_AT_BRIDGE=1 "$@" >/dev/null 2>&1 &
-    pid=$!
-    for _ in $(seq 20); do
-        sleep 1
-        id=$(DISPLAY=$display xdotool search --onlyvisible --name "$name" 2>/dev/null | tail -1) || true
-        [ -n "$id" ] && break
-    done
-    sleep 2
-    if [ -n "$id" ]; then
-        import -window "$id" -display "$display" "$out/$picture"
-    else
-        note "no window called $name for $picture"
-    fi
-    kill "$pid" 2>/dev/null || true
-    wait "$pid" 2>/dev/null || true
-}
-window gtk3-widget-factory f8_window_widget_factory.png "$work/unpacked/usr/bin/gtk3-widget-factory"
-window 'Widget Demonstration' f8_window_tk_demos.png wish "$tk/widget"
+capture_program gtk3-widget-factory f8_window_widget_factory.png "$work/unpacked/usr/bin/gtk3-widget-factory"
+capture_program 'Widget Demonstration' f8_window_tk_demos.png wish "$tk/widget"
 browse "file://$pkg/doc/libtiff-doc/manual/index.html" f8_screen_libtiff_manual.png 1920,1080 screen 0,0
 echo "picture set in $out"

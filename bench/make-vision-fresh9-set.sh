@@ -124,27 +124,7 @@ photographed f9_photo_page_zh14.jpg "$texts/zh14.txt" "$cjk" '#3a4048' "50 10 -2
 # screen with a browser showing pygame's manual.
 . "$here/vision-set-captures.sh"
 start_screen
-# window NAME OUT COMMAND...: runs COMMAND on the private screen and captures its window called NAME.
-window() {
-    local name=$1 picture=$2 id="" pid
-    shift 2
-    DISPLAY=$display "$@" >/dev/null 2>&1 &
-    pid=$!
-    for _ in $(seq 20); do
-        sleep 1
-        id=$(DISPLAY=$display xdotool search --onlyvisible --name "$name" 2>/dev/null | tail -1) || true
-        [ -n "$id" ] && break
-    done
-    sleep 2
-    if [ -n "$id" ]; then
-        import -window "$id" -display "$display" "$out/$picture"
-    else
-        note "no window called $name for $picture"
-    fi
-    kill "$pid" 2>/dev/null || true
-    wait "$pid" 2>/dev/null || true
-}
-window 'listing' f9_window_xterm_listing.png xterm -T listing -geometry 110x34 -fa Monospace -fs 11 \
+capture_program 'listing' f9_window_xterm_listing.png xterm -T listing -geometry 110x34 -fa Monospace -fs 11 \
     -e sh -c 'cd /usr/share/doc && ls -l | head -25; echo; uname -a; df -h / ; sleep 60'
 cat >"$work/form.tcl" <<'TCL'
 wm title . "Order form"
@@ -159,6 +139,6 @@ foreach item {"Blue mug" "Tea towel" "Notebook A5" "Pencil set" "Calendar 2025"}
 grid [frame .b] -row 6 -column 1 -sticky e -pady 8
 pack [button .b.ok -text Order] [button .b.cancel -text Cancel] -side left -padx 4
 TCL
-window 'Order form' f9_window_tk_order_form.png wish "$work/form.tcl"
+capture_program 'Order form' f9_window_tk_order_form.png wish "$work/form.tcl"
 browse "file://$pkg/doc/python-pygame-doc/html/index.html" f9_screen_pygame_manual.png 1920,1080 screen 0,0
 echo "picture set in $out"
