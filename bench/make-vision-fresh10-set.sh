@@ -4,17 +4,16 @@
 # in SET/fresh10 (default /tmp/lumaro-vision-set):
 #   ViSP's data set (the 1927 Solvay conference group photo and two cuts of it, a Klimt painting); labelme's
 #   examples (two men at a meal, three women on a sofa, an old bus, a kitten, a dog, a street with a lorry,
-#   objects on a shelf, and windows of the annotation tool); the OpenJDK Swing demos (a toddler with a ball, a
+#   objects on a shelf, and a window of the annotation tool); the OpenJDK Swing demos (a toddler with a ball, a
 #   mother with her child, a girl, an astronaut, an old house, a motor boat, crayons, a cow, clouds, engravings
 #   and Duke clip-art); GNOME's developer demos (a red fox, a fruit bat, a swan, a penguin, window captures and
-#   a drawing); FooBillard++ (a city at night, game screens and its title art); Qt Multimedia's autumn leaves;
-#   the Lomiri toolkit's waterfall and the Lomiri phone's settings and camera screens; Sweet Home 3D (a cloudy
-#   sky, a drawn room, its windows); Irrlicht's manual (a demo window, rendered mountains); Wesnoth's Liberty
-#   and Sceptre of Fire paintings and portraits; Kanagram's wallpaper; LyX's knight; Eterm's grid; the
-#   wallpapers of SDDM's Debian Maui theme, Arctica Greeter and LXDE; screenshots from the manuals of
-#   Kanagram, KDiamond, Kigo, Skanlite, KiCad, Fritzing and XSane; new pages in English and Chinese turned
-#   6–14° or photographed on a desk; and captures under Xvfb of xterm, a Tk settings window, the Swing demo
-#   and a browser showing Ghostscript's manual.
+#   a drawing); FooBillard++ (a city at night, a game screen and its title art); Qt Multimedia's autumn leaves;
+#   the Lomiri toolkit's waterfall and the Lomiri phone's settings screen; Sweet Home 3D (a cloudy sky, a drawn
+#   room, a dialog in Chinese); Irrlicht's manual (a demo window, rendered mountains); Wesnoth's Liberty and
+#   Sceptre of Fire paintings and portraits; Kanagram's wallpaper; LyX's knight; the wallpapers of SDDM's Debian
+#   Maui theme, Arctica Greeter and LXDE; screenshots from the manuals of Kanagram, Kigo, KiCad, Fritzing and
+#   XSane; new pages in English and Chinese turned 6–14° or photographed on a desk; and captures under Xvfb of
+#   xterm, a Tk settings window, the Swing demo and a browser showing KiCad's manual.
 #   truth/ gets the true text of every made text picture.
 # The expected mark of every picture is in bench/vision-set/manifest.tsv (written before the set was first
 # scored). Packages come with apt-get download and are only unpacked. Needs imagemagick, unzip, fonts-noto-cjk,
@@ -36,9 +35,9 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"; [ -n "${xvfb:-}" ] && kill "$xvfb" 2>/dev/null || true' EXIT
 
 (cd "$work" && apt-get download visp-images-data labelme-examples openjdk-17-demo gnome-devel-docs \
-    foobillardplus-data qtmultimedia5-examples lomiri-ui-toolkit-examples lomiri-system-settings lomiri-camera-app \
-    sweethome3d libirrlicht-doc wesnoth-1.16-l wesnoth-1.16-sof kanagram lyx-common eterm sddm-theme-debian-maui \
-    arctica-greeter lxde-common kdiamond kigo skanlite kicad-doc-en fritzing-data xsane-common ghostscript-doc \
+    foobillardplus-data qtmultimedia5-examples lomiri-ui-toolkit-examples lomiri-system-settings sweethome3d \
+    libirrlicht-doc wesnoth-1.16-l wesnoth-1.16-sof kanagram lyx-common sddm-theme-debian-maui arctica-greeter \
+    lxde-common kigo kicad-doc-en fritzing-data xsane-common \
     >/dev/null 2>&1 && for deb in *.deb; do
         case $deb in
             visp-images-data*) mkdir -p unpacked && dpkg-deb --fsys-tarfile "$deb" |
@@ -90,7 +89,6 @@ take "$lm/classification/data_annotated/0002.jpg" f10_lm_black_dog.jpg
 take "$lm/video_annotation/data_annotated/00000100.jpg" f10_lm_street_lorry.jpg
 take "$lm/tutorial/apc2016_obj3_json/img.png" f10_lm_shelf_objects.jpg
 take "$lm/bbox_detection/.readme/annotation.jpg" f10_lm_tool_window_meal.jpg
-take "$lm/classification/.readme/annotation_dog.jpg" f10_lm_tool_window_dog.jpg
 jfc=$pkg/doc/openjdk-17-jre-headless/demo/jfc
 swing=$jfc/SwingSet2/SwingSet2.jar
 from_jar "$swing" resources/images/tabbedpane/ewan.jpg f10_jd_toddler_ball.jpg
@@ -101,7 +99,6 @@ from_jar "$swing" resources/images/scrollpane/crayons.jpg f10_jd_crayons.jpg
 from_jar "$swing" resources/images/tooltip/cow.gif f10_jd_cow.png
 from_jar "$swing" resources/images/Octavo/ant.jpg f10_jd_ant_engraving.jpg
 from_jar "$swing" resources/images/Octavo/seaweed.jpg f10_jd_seaweed_engraving.jpg
-from_jar "$swing" resources/images/misc/duchess.gif f10_jd_duke_clipart.png
 from_jar "$jfc/J2Ddemo/J2Ddemo.jar" images/bld@2x.jpg f10_jd_old_house.jpg
 from_jar "$jfc/J2Ddemo/J2Ddemo.jar" images/boat@2x.png f10_jd_motor_boat.png
 from_jar "$jfc/J2Ddemo/J2Ddemo.jar" images/clouds@2x.jpg f10_jd_clouds.jpg
@@ -118,17 +115,14 @@ take "$pkg/help/C/hig/figures/hig.png" f10_gd_screens_drawing.png
 fb=$pkg/games/foobillardplus/data
 take "$fb/skyline.png" f10_fb_city_night.jpg
 take "$fb/locale/img/snooker.png" f10_fb_snooker_game.png
-take "$fb/locale/img/birdview.png" f10_fb_pool_table_game.png
 take "$fb/intro.png" f10_fb_title_art.png
 qt=$work/unpacked/usr/lib/x86_64-linux-gnu/qt5/examples
 take "$qt/multimedia/video/qmlvideo/images/leaves.jpg" f10_qt_autumn_leaves.jpg
 take "$qt/lomiri-ui-toolkit/examples/lomiri-ui-toolkit-gallery/demo_image.jpg" f10_lo_waterfall.jpg
 take "$pkg/lomiri-system-settings/screenshot.png" f10_lo_phone_settings.png
-take "$pkg/lomiri-camera-app/screenshot.png" f10_lo_phone_camera.png
 sh3d=$pkg/sweethome3d/sweethome3d.jar
 from_jar "$sh3d" com/eteks/sweethome3d/io/resources/textures/veryCloudy.jpg f10_sh_cloudy_sky.jpg
 from_jar "$sh3d" com/eteks/sweethome3d/viewcontroller/resources/importedFurnitureWizard@2x.png f10_sh_room_drawing.png
-from_jar "$sh3d" com/eteks/sweethome3d/viewcontroller/resources/help/images/applicationPanes.png f10_sh_plan_window.png
 from_jar "$sh3d" com/eteks/sweethome3d/viewcontroller/resources/help/zh_CN/images/creatingPhotos.jpg \
     f10_sh_photo_dialog_zh.jpg
 take "$pkg/doc/libirrlicht-dev/media/008shot.jpg" f10_ir_demo_window.jpg
@@ -141,15 +135,12 @@ take "$wn/Liberty/images/portraits/harper.png" f10_wn_young_man_portrait.png
 take "$wn/Sceptre_of_Fire/images/portraits/thursagan.png" f10_wn_old_dwarf_portrait.png
 take "$pkg/kanagram/ui/images/background.jpg" f10_kg_stripes_wallpaper.jpg
 take "$pkg/lyx/examples/beamer-knight1.png" f10_lyx_knight_clipart.png
-take "$pkg/Eterm/pix/scale/Neopolis-horizon.jpg" f10_et_grid_horizon.jpg
 convert "$pkg/sddm/themes/debian-maui/background.png" -resize 1600x -quality 90 "$out/f10_sddm_maui_wallpaper.jpg"
 convert "$pkg/arctica-greeter/backgrounds/arctica-greeter.png" -resize 1600x -quality 90 "$out/f10_ag_red_wallpaper.jpg"
 take "$pkg/lxde/wallpapers/lxde_green.jpg" f10_lxde_green_wallpaper.jpg
 manual=$pkg/doc/HTML/en
 take "$manual/kanagram/kanagram.png" f10_kde_kanagram_window.png
-take "$manual/kdiamond/gameboard.png" f10_kde_kdiamond_window.png
 take "$manual/kigo/play-game.png" f10_kde_kigo_window.png
-take "$manual/skanlite/preview.png" f10_kde_skanlite_window.png
 take "$pkg/doc/kicad/help/en/images/pcbnew_user_interface.png" f10_kicad_board_editor.png
 take "$pkg/fritzing/help/images/start.png" f10_fritzing_window.png
 take "$pkg/doc/xsane-common/html/xsane-preview.jpg" f10_xsane_preview_window.jpg
@@ -164,7 +155,7 @@ photographed f10_photo_page_en17.jpg "$texts/en17.txt" "$bookman" '#2f3b46' "-20
 photographed f10_photo_page_zh15.jpg "$texts/zh15.txt" "$cjk" '#6b5a48' "60 20 -10 60 -50 -40 30 -30" '#f4f4f4-#a0a0a0' 1.0
 
 # Captures under Xvfb, each of one window: xterm showing the start of /etc/services and the disk use, a Tk
-# settings window, the Swing demo, and a browser showing Ghostscript's manual.
+# settings window, the Swing demo, and a browser showing KiCad's manual.
 . "$here/vision-set-captures.sh"
 start_screen
 capture_program 'services' f10_window_xterm_services.png xterm -T services -geometry 96x36 -fa Monospace -fs 11 \
@@ -190,5 +181,5 @@ pack [button .b.ok -text Print] [button .b.cancel -text Cancel] -side left -padx
 TCL
 capture_program 'Printer settings' f10_window_tk_printer_settings.png wish "$work/settings.tcl"
 capture_program 'SwingSet' f10_window_swing_demo.png java -jar "$swing"
-browse "file://$pkg/doc/ghostscript/html/Use.html" f10_window_ghostscript_manual.png 1400,950 window 100,60
+browse "file://$pkg/doc/kicad/help/en/getting_started_in_kicad.html" f10_window_kicad_manual.png 1400,950 window 100,60
 echo "picture set in $out"
