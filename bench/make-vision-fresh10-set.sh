@@ -57,7 +57,7 @@ take() { # FILE OUT: one packaged picture (converted when OUT's type differs), o
         convert "$1" -background white -flatten -quality 92 "$out/$2"
     fi
 }
-# cut_out FILE OUT CROP: part of a packaged picture (WxH+X+Y).
+# cut_out FILE OUT CROP: a region of a packaged picture (WxH+X+Y).
 cut_out() {
     if [ -f "$1" ]; then
         convert "$1" -crop "$3" +repage -quality 92 "$out/$2"
