@@ -38,6 +38,32 @@ QList<float> keptConfidences(const QString& read, const QList<float>& confidence
     return out.size() == kept.size() ? out : QList<float>{};
 }
 
+// Tesseract reads a page of Chinese less well than the line reader, and when it fails it fails whole lines
+// ("价目表" → "MAX"): its reading is taken for pages in other scripts.
+bool mostlyChinese(const QStringList& lines)
+{
+    qsizetype han = 0, letters = 0;
+    for (const QString& line : lines) {
+        for (QChar c : line) {
+            if (!c.isLetter())
+                continue;
+            ++letters;
+            han += c.script() == QChar::Script_Han;
+        }
+    }
+    return 2 * han >= letters && han > 0;
+}
+
+// The detector's box hugs the letters; a little room around it keeps a line's last mark ("。", "，") and the
+// strokes that stand out of it.
+cv::RotatedRect withRoom(cv::RotatedRect box)
+{
+    const float room = 0.2f * std::min(box.size.width, box.size.height);
+    box.size.width += room;
+    box.size.height += room;
+    return box;
+}
+
 double shareOf(const std::vector<cv::RotatedRect>& boxes, const cv::Size& picture)
 {
     double area = 0;
@@ -121,21 +147,39 @@ TextRecognition OcrTextRecognizer::readLines(const QImage& image)
         if (int(boxes.size()) >= kPageLines && result.textShare >= kPageTextShare && pages()) {
             int confidence = 0;
             TextRecognition page = pages()->recognize(image, detail::skewFromLines(boxes), &confidence);
-            if (page.error.isEmpty() && confidence >= kTrustedPageConfidence && !page.lines.isEmpty()) {
+            if (page.error.isEmpty() && confidence >= kTrustedPageConfidence && !page.lines.isEmpty() &&
+                !mostlyChinese(page.lines)) {
                 page.textShare = result.textShare;
                 return page;
             }
         }
-        for (const cv::RotatedRect& box : boxes) {
-            if (result.lines.size() >= kMaxLines)
-                break;
-            const detail::ReadLine line = m_lines->read(bgr, box);
-            const QString text = withoutCjkSpacing(line.text.trimmed());
-            if (line.confidence >= kMinLineConfidence && hasLetterOrDigit(text)) {
-                result.lines << text;
-                result.characterConfidences << keptConfidences(line.text, line.characters, text);
-                const cv::Rect bounds = box.boundingRect() & cv::Rect(0, 0, bgr.cols, bgr.rows);
-                result.boxes << QRect(bounds.x, bounds.y, bounds.width, bounds.height);
+        for (const std::vector<cv::RotatedRect>& row : detail::readingRows(boxes)) {
+            bool rowHasLine = false;
+            for (const cv::RotatedRect& box : row) {
+                if (result.lines.size() >= kMaxLines)
+                    return result;
+                const detail::ReadLine line = m_lines->read(bgr, withRoom(box));
+                const QString text = withoutCjkSpacing(line.text.trimmed());
+                if (line.confidence < kMinLineConfidence || text.isEmpty())
+                    continue;
+                const cv::Rect cut = box.boundingRect() & cv::Rect(0, 0, bgr.cols, bgr.rows);
+                const QRect bounds(cut.x, cut.y, cut.width, cut.height);
+                const QList<float> confidences = keptConfidences(line.text, line.characters, text);
+                if (hasLetterOrDigit(text)) {
+                    result.lines << text;
+                    result.characterConfidences << confidences;
+                    result.boxes << bounds;
+                    rowHasLine = true;
+                } else if (rowHasLine) {
+                    // A mark standing apart after the last word ("，" "。" at a line's end) gets a box of
+                    // its own: it belongs to the line before it.
+                    // Joined, it takes the Chinese form after Chinese ("," → "，").
+                    const QString joined = result.lines.last() + text;
+                    QList<float>& kept = result.characterConfidences.last();
+                    result.lines.last() = withoutCjkSpacing(joined);
+                    kept = keptConfidences(joined, kept + confidences, result.lines.last());
+                    result.boxes.last() |= bounds;
+                }
             }
         }
     } catch (const std::exception& error) {

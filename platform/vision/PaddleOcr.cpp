@@ -273,10 +273,6 @@ std::vector<cv::RotatedRect> PaddleOcr::detect(const cv::Mat& bgr)
         rect.size.height /= float(scale);
         boxes.push_back(rect);
     }
-    std::sort(boxes.begin(), boxes.end(), [](const cv::RotatedRect& a, const cv::RotatedRect& b) {
-        const float rowA = std::round(a.center.y / 12), rowB = std::round(b.center.y / 12);
-        return rowA != rowB ? rowA < rowB : a.center.x < b.center.x;
-    });
     return boxes;
 }
 

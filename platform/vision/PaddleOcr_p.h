@@ -37,7 +37,8 @@ public:
                                            const QString& keysPath);
     ~PaddleOcr();
 
-    // Text line boxes in the picture's pixels, top to bottom then left to right. Throws cv::Exception.
+    // Text line boxes in the picture's pixels, in no particular order (readingRows() orders them). Throws
+    // cv::Exception.
     std::vector<cv::RotatedRect> detect(const cv::Mat& bgr);
     // The detector input a picture of this size is fitted into: the square page, or the strip for a picture
     // at least three times as wide as tall.

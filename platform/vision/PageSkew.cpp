@@ -38,6 +38,43 @@ double skewFromLines(const std::vector<cv::RotatedRect>& lines)
     return angles[angles.size() / 2];
 }
 
+std::vector<std::vector<cv::RotatedRect>> readingRows(const std::vector<cv::RotatedRect>& boxes)
+{
+    struct Placed
+    {
+        cv::RotatedRect box;
+        double along, across, height;
+    };
+    // Centres turned so the page's lines run level.
+    const double radians = skewFromLines(boxes) * CV_PI / 180.0;
+    const double c = std::cos(radians), s = std::sin(radians);
+    std::vector<Placed> placed;
+    for (const cv::RotatedRect& box : boxes)
+        placed.push_back({box, box.center.x * c + box.center.y * s, box.center.y * c - box.center.x * s,
+                          double(std::min(box.size.width, box.size.height))});
+    std::sort(placed.begin(), placed.end(), [](const Placed& a, const Placed& b) { return a.across < b.across; });
+    std::vector<std::vector<Placed>> rows;
+    double rowAcross = 0, rowHeight = 0;
+    for (const Placed& p : placed) {
+        if (rows.empty() || std::abs(p.across - rowAcross) > 0.5 * std::min(p.height, rowHeight)) {
+            rows.emplace_back();
+            rowAcross = p.across;
+            rowHeight = p.height;
+        }
+        rows.back().push_back(p);
+        rowAcross += (p.across - rowAcross) / double(rows.back().size()); // the row's mean
+        rowHeight = std::max(rowHeight, p.height);
+    }
+    std::vector<std::vector<cv::RotatedRect>> ordered;
+    for (std::vector<Placed>& row : rows) {
+        std::sort(row.begin(), row.end(), [](const Placed& a, const Placed& b) { return a.along < b.along; });
+        ordered.emplace_back();
+        for (const Placed& p : row)
+            ordered.back().push_back(p.box);
+    }
+    return ordered;
+}
+
 double skewFromProjection(const cv::Mat& gray)
 {
     const double scale = std::min(1.0, 800.0 / std::max(gray.cols, gray.rows));

@@ -13,6 +13,11 @@ namespace lumaro::platform::detail {
 // long enough to tell.
 double skewFromLines(const std::vector<cv::RotatedRect>& lines);
 
+// The boxes in the order a reader takes them: rows top to bottom, each row left to right, the rows found along
+// the page's own lines so a turned page's rows do not interleave. Boxes whose centres lie within half a line's
+// height of each other across the lines share a row.
+std::vector<std::vector<cv::RotatedRect>> readingRows(const std::vector<cv::RotatedRect>& boxes);
+
 // From the page alone: the turn whose row profile of ink is sharpest, searched over ±15° in quarter degrees
 // on a small binarised copy. For when no line detector is installed.
 double skewFromProjection(const cv::Mat& gray);
