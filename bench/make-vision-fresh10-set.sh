@@ -48,15 +48,7 @@ trap 'rm -rf "$work"; [ -n "${xvfb:-}" ] && kill "$xvfb" 2>/dev/null || true' EX
     done)
 pkg=$work/unpacked/usr/share
 note() { echo "make-vision-fresh10-set: $1" >&2; }
-take() { # FILE OUT: one packaged picture (converted when OUT's type differs), or a note that it is missing
-    if [ ! -f "$1" ]; then
-        note "$1 not found"
-    elif [ "${1##*.}" = "${2##*.}" ]; then
-        cp "$1" "$out/$2"
-    else
-        convert "$1" -background white -flatten -quality 92 "$out/$2"
-    fi
-}
+. "$here/vision-set-take.sh"
 # cut_out FILE OUT CROP: a region of a packaged picture (WxH+X+Y).
 cut_out() {
     if [ -f "$1" ]; then

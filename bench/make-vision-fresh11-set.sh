@@ -37,15 +37,7 @@ trap 'rm -rf "$work"; [ -n "${xvfb:-}" ] && kill "$xvfb" 2>/dev/null || true' EX
     >/dev/null 2>&1 && for deb in *.deb; do dpkg -x "$deb" unpacked; done)
 pkg=$work/unpacked/usr/share
 note() { echo "make-vision-fresh11-set: $1" >&2; }
-take() { # FILE OUT: one packaged picture (converted when OUT's type differs), or a note that it is missing
-    if [ ! -f "$1" ]; then
-        note "$1 not found"
-    elif [ "${1##*.}" = "${2##*.}" ]; then
-        cp "$1" "$out/$2"
-    else
-        convert "$1" -background white -flatten -quality 92 "$out/$2"
-    fi
-}
+. "$here/vision-set-take.sh"
 
 rm=$pkg/doc/ruby-rmagick-doc/html/ex/images
 take "$rm/Ballerina3.jpg" f11_rm_ballerina.jpg
