@@ -218,6 +218,14 @@ TEST_F(RealAnalysis, TiltedPagesAreDocumentsAndTheirTextIsRead)
           QStringLiteral("2. Budget review moves to Friday at 10:30."),
           QStringLiteral("3. Send your travel receipts this month."),
           QStringLiteral("Questions go to Maria or Tom in the office.")}},
+        // Each price far from its dish: turned, a price sits lower than the next dish, and read a line late
+        // the text is out of order.
+        {"zh_menu_-9.jpg",
+         "Noto Sans CJK SC",
+         -9,
+         {QStringLiteral("春风小面馆  价目表"), QStringLiteral("牛肉拉面                    二十二元"),
+          QStringLiteral("番茄鸡蛋面                  十六元"), QStringLiteral("炸酱面                      十八元"),
+          QStringLiteral("凉拌黄瓜                    八元"), QStringLiteral("本店营业时间：上午十点至晚上九点。")}},
     };
     lumaro::testing::TempFolder folder;
     for (const PageCase& page : pages) {
