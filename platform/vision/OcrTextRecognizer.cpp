@@ -172,8 +172,7 @@ TextRecognition OcrTextRecognizer::readLines(const QImage& image)
                     rowHasLine = true;
                 } else if (rowHasLine) {
                     // A mark standing apart after the last word ("，" "。" at a line's end) gets a box of
-                    // its own: it belongs to the line before it.
-                    // Joined, it takes the Chinese form after Chinese ("," → "，").
+                    // its own: it belongs to the line before it, and after Chinese takes the Chinese form.
                     const QString joined = result.lines.last() + text;
                     QList<float>& kept = result.characterConfidences.last();
                     result.lines.last() = withoutCjkSpacing(joined);
