@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Marks and text read by `lumaro-cli index` on the picture sets made by bench/make-vision-set.sh and
-# bench/make-vision-fresh{,3,4,5,6,7,8,9,10,11}-set.sh: the share of pictures whose mark is what a photographer expects
-# (bench/vision-set/manifest.tsv), for each part separately (tuned, heldout, fresh, fresh2 … fresh11: those
+# bench/make-vision-fresh{,3,4,5,6,7,8,9,10,11,12}-set.sh: the share of pictures whose mark is what a photographer expects
+# (bench/vision-set/manifest.tsv), for each part separately (tuned, heldout, fresh, fresh2 … fresh12: those
 # present), and the characters read right on every text picture (white space ignored: 1 - edit distance / length
 # of the true text).
 #   bench/vision-accuracy.sh [BUILD] [SET] [PART...]      (defaults: build/dev, /tmp/lumaro-vision-set, all parts)
@@ -13,7 +13,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 export LUMARO_MODELS_DIR=${LUMARO_MODELS_DIR:-$here/../../shared/models}
 parts=("${@:3}")
 if [ ${#parts[@]} -eq 0 ]; then
-    for part in tuned heldout fresh fresh2 fresh3 fresh4 fresh5 fresh6 fresh7 fresh8 fresh9 fresh10 fresh11; do [ -d "$set_dir/$part" ] && parts+=("$part"); done
+    for part in tuned heldout fresh fresh2 fresh3 fresh4 fresh5 fresh6 fresh7 fresh8 fresh9 fresh10 fresh11 fresh12; do [ -d "$set_dir/$part" ] && parts+=("$part"); done
 fi
 for part in "${parts[@]}"; do
     rm -rf "$set_dir/$part/_index"
