@@ -9,6 +9,7 @@
 #include "vision/VisionIndexService.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPointer>
@@ -47,6 +48,9 @@ VisionPanel::VisionPanel(ToolHost& host, QWidget* parent)
     browse::LMRModeState& state = m_host.modeState();
     connect(&state, &browse::LMRModeState::selectionChanged, this, &VisionPanel::showSelection);
     connect(&state, &browse::LMRModeState::folderChanged, this, [this] {
+        // A finished run's outcome was about the folder left behind; a run still going goes on saying so.
+        if (!m_cancel)
+            m_status->clear();
         forgetIndex();
         showSelection();
     });
@@ -179,6 +183,8 @@ void VisionPanel::finish(const QString& folder, const vision::VisionIndexRunResu
     else
         m_status->setText(
             QStringLiteral("✅ 已分析 %1 张，失败 %2 张").arg(run.results.size()).arg(run.failed));
+    if (m_host.modeState().currentFolder() != folder) // the photographer has moved on to another folder
+        m_status->setText(QFileInfo(folder).fileName() + QStringLiteral("：") + m_status->text());
     if (folder == m_cachedFolder || folder == m_loadingFolder)
         forgetIndex();
     showSelection();
